@@ -1,0 +1,36 @@
+// The malloc heap behind small owners: what the interface hands out is released by free().
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace reedid {
+
+struct FreeDeleter {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+// Owner of one object or of an array (`MallocPtr<T[]>`) on the malloc heap.
+template <class T>
+using MallocPtr = std::unique_ptr<T, FreeDeleter>;
+
+template <class T>
+T* AllocateZeroed(size_t count = 1) {
+  return static_cast<T*>(std::calloc(count == 0 ? 1 : count, sizeof(T)));
+}
+
+// A copy of `size` bytes in a buffer of `room` bytes (at least 1 and at least `size`), zero behind them. Null without
+// memory.
+inline uint8_t* CopyBytes(const uint8_t* bytes, size_t size, size_t room = 0) {
+  if (room < size) room = size;
+  auto* copy = static_cast<uint8_t*>(std::malloc(room == 0 ? 1 : room));
+  if (copy == nullptr) return nullptr;
+  if (size > 0) std::memcpy(copy, bytes, size);
+  std::memset(copy + size, 0, room - size);
+  return copy;
+}
+
+}  // namespace reedid

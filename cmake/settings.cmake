@@ -1,0 +1,11 @@
+# Compiler settings that every target of the project shares, as the interface target reedid_settings.
+add_library(reedid_settings INTERFACE)
+target_compile_options(reedid_settings INTERFACE -Wall -Wextra -Wconversion -Wshadow)
+if(REEDID_WERROR)
+  target_compile_options(reedid_settings INTERFACE -Werror)
+endif()
+if(REEDID_SANITIZE)
+  set(sanitize -fsanitize=${REEDID_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(reedid_settings INTERFACE ${sanitize})
+  target_link_options(reedid_settings INTERFACE ${sanitize})
+endif()
