@@ -1,0 +1,103 @@
+/*
+ * reedid/timing.h - the decoded timing and what converts to and from it: detailed timing descriptors
+ * (EDID 1.4, 3.10.2), CTA video identification codes, VESA DMT identifiers, established and standard timings, the
+ * CVT 1.2 formula; and the PQ curve. The conventions are those of reedid/image.h. The caller owns every record; nothing
+ * here allocates.
+ */
+#ifndef REEDID_TIMING_H
+#define REEDID_TIMING_H
+
+#include <stdint.h>
+
+#include "reedid/version.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Picture aspect codes used by every record that has an `aspectRatio`. */
+typedef enum AspectCode {
+  ASPECT_1_1 = 0,
+  ASPECT_5_4 = 1,
+  ASPECT_4_3 = 2,
+  ASPECT_5_3 = 3, /* the 15:9 of EDID and CVT */
+  ASPECT_16_9 = 4,
+  ASPECT_16_10 = 5,
+  ASPECT_64_27 = 6,
+  ASPECT_256_135 = 7,
+  ASPECT_UNKNOWN = 8
+} AspectCode;
+
+/* One timing, wherever it came from. 36 bytes. */
+typedef struct DtdTiming {
+  uint32_t pixelClock;    /* kHz */
+  uint16_t hactive;       /* pixels */
+  uint16_t hblank;        /* pixels */
+  uint16_t hfrontPorch;   /* pixels */
+  uint16_t hsyncWidth;    /* pixels */
+  uint16_t vactive;       /* lines; of one field when interlaced */
+  uint16_t vblank;        /* lines */
+  uint16_t vfrontPorch;   /* lines */
+  uint16_t vsyncWidth;    /* lines */
+  uint8_t hsyncPositive;  /* 1 positive, 0 negative or not stated */
+  uint8_t vsyncPositive;  /* 1 positive, 0 negative or not stated */
+  uint8_t interlaced;     /* 1 interlaced */
+  uint8_t frameRate;      /* Hz, rounded; the field rate when interlaced; 0 where the source of the timing sets none */
+  uint16_t aspectRatio;   /* an AspectCode */
+  uint8_t preferred;      /* 1 marked preferred, by a DisplayID descriptor or as slot 0 of the base block */
+  uint8_t reserved;       /* cleared by VESA_GetDTD, otherwise unused */
+  uint16_t hImageSize;    /* mm */
+  uint16_t vImageSize;    /* mm */
+  uint32_t reservedFinal; /* cleared by VESA_GetDTD, otherwise unused */
+} DtdTiming;
+
+/* An 18-byte descriptor as it stands in the EDID, behind a flag that tells what it is. 19 bytes. */
+typedef struct DtdSlot {
+  uint8_t flag;      /* 1 detailed timing; else the display descriptor tag (0xF7..0xFF), or 0 for an empty slot */
+  uint8_t bytes[18]; /* EDID 1.4, tables 3.21 and 3.22 */
+} DtdSlot;
+
+/* A timing given by a formula: what the CVT codecs exchange and Cvt2ToDtd expands. 16 bytes. */
+typedef struct CvtTiming {
+  uint8_t formula;     /* 0 CVT standard blanking, 1 reduced blanking version 1, 2 reduced blanking version 2 */
+  uint8_t aspectRatio; /* an AspectCode */
+  uint16_t hactive;    /* pixels */
+  uint16_t frameRate;  /* Hz; the field rate when interlaced */
+  uint8_t interlaced;  /* 1 interlaced */
+  uint8_t preferred;   /* preferred flag of the 3-byte and 7-byte forms */
+  uint8_t ycc420;      /* byte 0 bit 7 of a 6-byte descriptor, YCbCr 4:2:0 */
+  uint8_t flagA;       /* byte 0 bit 4 when formula is not 3; for formula 2 the rate is scaled by 1000/1001 */
+  uint8_t flagB;       /* byte 0 bit 4 when formula is 3 */
+  uint16_t vactive;    /* lines of the frame; 0 = from hactive and aspectRatio */
+  uint8_t extraBits42; /* bits 4..2 of the extra byte of a type X descriptor */
+  uint8_t extraBits75; /* bits 7..5 of that byte */
+} CvtTiming;
+
+/* A standard timing (EDID 1.4, 3.9), decoded. */
+typedef struct StdTiming {
+  uint8_t valid;       /* 1 the entry holds a timing */
+  uint8_t frameRate;   /* Hz, 60..123 */
+  uint16_t hactive;    /* pixels, 256..2288, multiples of 8 */
+  uint8_t aspectRatio; /* ASPECT_5_4, ASPECT_4_3, ASPECT_16_9 or ASPECT_16_10 */
+} StdTiming;
+
+/*
+ * Decodes a detailed timing descriptor. The slot's flag must be 1 ("invalid parameters", -1, record untouched). Clears
+ * the record first; polarities are taken from digital separate sync only, `aspectRatio` is 8, `frameRate` is rounded (0
+ * where a total is 0). Borders and stereo bits are not read.
+ */
+REEDID_API int32_t VESA_GetDTD(const DtdSlot* slot, DtdTiming* timing);
+
+/*
+ * Encodes a detailed timing descriptor with digital separate sync and no border. Accepts clocks of 10..655359 kHz
+ * (stored in units of 10 kHz, truncated), actives, blankings and image sizes below 4096, horizontal porch and sync
+ * below 1024, vertical ones below 64. Anything else is "invalid timing: ...", -1, and leaves a slot with flag 1 and 18
+ * zero bytes.
+ */
+REEDID_API int32_t VESA_SetDTD(const DtdTiming* timing, DtdSlot* slot);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
