@@ -1,0 +1,74 @@
+/*
+ * reedid/vesa.h - the EDID base block (VESA EDID 1.4, section 3): a decoded model of block 0 and the codecs of its
+ * display descriptors. The conventions are those of reedid/image.h.
+ */
+#ifndef REEDID_VESA_H
+#define REEDID_VESA_H
+
+#include <stdint.h>
+
+#include "reedid/image.h"
+#include "reedid/timing.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The base block in decoded units. "1.4 only" fields are 0 for any other version and not written for it. */
+typedef struct VesaBlock {
+  uint8_t header[8];        /* bytes 0..7 */
+  char manufacturer[4];     /* bytes 8..9 as three letters 'A'..'Z', then 0 */
+  uint16_t productCode;     /* bytes 10..11 */
+  uint32_t serialNumber;    /* bytes 12..15 */
+  uint8_t week;             /* byte 16: 1..54, 255 = `year` is a model year */
+  uint16_t year;            /* byte 17 + 1990 */
+  uint8_t version;          /* byte 18 */
+  uint8_t revision;         /* byte 19 */
+  uint8_t digitalInput;     /* byte 20 bit 7 */
+  uint8_t bitDepth;         /* bits per colour, 6..16, 0 = undefined (1.4 only) */
+  uint8_t interfaceType;    /* byte 20 bits 3..0 (1.4 only) */
+  uint8_t hScreenSize;      /* cm; 0 in 1.4 when bytes 21..22 hold an aspect ratio */
+  uint8_t vScreenSize;      /* cm */
+  uint16_t aspectRatioX100; /* aspect ratio in hundredths (1.4 only); always written as landscape */
+  uint16_t gammaX100;       /* gamma in hundredths, 100..354; 0 = not stated */
+  uint8_t standby;          /* byte 24 bit 7 */
+  uint8_t suspend;          /* byte 24 bit 6 */
+  uint8_t activeOff;        /* byte 24 bit 5 */
+  uint8_t colorType;        /* byte 24 bits 4..3 (1.4 only) */
+  uint8_t sRgbDefault;      /* byte 24 bit 2 */
+  uint8_t preferredNative;  /* byte 24 bit 1 */
+  uint8_t continuousFreq;   /* byte 24 bit 0 */
+  uint16_t redX, redY;      /* CIE 1931 chromaticity, units of 1/1024 */
+  uint16_t greenX, greenY;
+  uint16_t blueX, blueY;
+  uint16_t whiteX, whiteY;
+  uint8_t established[17];      /* flags; index i is bit i mod 8 of byte 35 + i / 8, index 16 is bit 7 of byte 37 */
+  StdTiming standardTimings[8]; /* bytes 38..53 */
+  DtdSlot descriptors[4];       /* bytes 54..125 */
+  uint8_t extensionCount;       /* byte 126 */
+  uint8_t checksum;             /* byte 127 as read; not used for writing */
+  uint8_t checksumValid;        /* 1 the checksum was right when read */
+} VesaBlock;
+
+/*
+ * Parses an EdidBlock of type EDID_BLOCK_VESA. Null for bad arguments, a wrong header ("error edid header") or no
+ * memory. A wrong checksum is a warning. Close with VESA_Close, or free(): the model owns no other memory.
+ */
+REEDID_API VesaBlock* VESA_Open(const EdidBlock* block);
+REEDID_API void VESA_Close(VesaBlock* model);
+
+/*
+ * Writes the model into `out` (bytes and capacity of at least 128 given by the caller) with a fresh checksum. A wrong
+ * header or a manufacturer that is not three letters A..Z is refused and leaves `out` cleared; a bad week, year or
+ * standard timing is reported and written all the same.
+ */
+REEDID_API int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out);
+
+/* Removes descriptor `index` (0..3); later ones move up and slot 3 becomes empty. */
+REEDID_API int32_t VESA_DeleteDescriptor(VesaBlock* model, uint32_t index);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,208 @@
+// The base block (EDID 1.4, table 3.1).
+//
+//   0-7    header                          25-34   chromaticity: low bits in 25 and 26, high bits in 27..34
+//   8-9    manufacturer, three letters     35-37   established timings
+//  10-11   product code                    38-53   8 standard timings
+//  12-15   serial number                   54-125  4 descriptors of 18 bytes
+//  16, 17  week, year - 1990               126     number of extensions
+//  18, 19  version, revision               127     checksum
+//  20      input definition                21, 22  screen size in cm, or in 1.4 an aspect ratio
+//  23      gamma * 100 - 100               24      feature support
+
+#include "vesa/model.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "base/bytes.h"
+#include "base/log.h"
+#include "base/memory.h"
+#include "edid/image.h"
+#include "timing/dtd.h"
+#include "vesa/std_timing.h"
+
+namespace reedid {
+namespace {
+
+constexpr unsigned kInputByte = 20;
+constexpr unsigned kScreenSizeByte = 21;
+constexpr unsigned kGammaByte = 23;
+constexpr unsigned kEstablishedByte = 35;
+constexpr unsigned kStdTimingsByte = 38;
+constexpr unsigned kDescriptorsByte = 54;
+constexpr uint8_t kNoGamma = 0xFF;
+constexpr uint8_t kColorTypeBefore14 = 1;  // bits 4..3 of byte 24 written for any other version: RGB colour
+
+// The fields whose bits are read and written alike.
+template <class Io, class Model>
+constexpr void PlainLayout(const Io& io, Model& model) {
+  io(model.productCode, Place{10}, Place{11});
+  io(model.serialNumber, Place{12}, Place{13}, Place{14}, Place{15});
+  io(model.week, Place{16});
+  io(model.version, Place{18});
+  io(model.revision, Place{19});
+  io(model.digitalInput, Place{kInputByte, 7, 1});
+  io(model.standby, Place{24, 7, 1});
+  io(model.suspend, Place{24, 6, 1});
+  io(model.activeOff, Place{24, 5, 1});
+  io(model.sRgbDefault, Place{24, 2, 1});
+  io(model.preferredNative, Place{24, 1, 1});
+  io(model.continuousFreq, Place{24, 0, 1});
+  io(model.redX, Place{25, 6, 2}, Place{27});
+  io(model.redY, Place{25, 4, 2}, Place{28});
+  io(model.greenX, Place{25, 2, 2}, Place{29});
+  io(model.greenY, Place{25, 0, 2}, Place{30});
+  io(model.blueX, Place{26, 6, 2}, Place{31});
+  io(model.blueY, Place{26, 4, 2}, Place{32});
+  io(model.whiteX, Place{26, 2, 2}, Place{33});
+  io(model.whiteY, Place{26, 0, 2}, Place{34});
+  io(model.extensionCount, Place{126});
+  for (uint8_t i = 0; i < 16; ++i) {
+    io(model.established[i], Place{Low8(kEstablishedByte + i / 8u), Low8(i % 8u), 1});
+  }
+}
+
+// Feature support bits that are fixed before EDID 1.4.
+template <class Io, class Field>
+constexpr void ColorTypeLayout(const Io& io, Field& colorType) {
+  io(colorType, Place{24, 3, 2});
+}
+
+void DecodeManufacturer(Bytes bytes, char* letters) {
+  const unsigned code = static_cast<unsigned>(bytes[8]) << 8 | bytes[9];
+  for (unsigned i = 0; i < 3; ++i) letters[i] = static_cast<char>(Bits(code, 10 - 5 * i, 5) + 0x40);
+  letters[3] = '\0';
+}
+
+bool EncodeManufacturer(const char* letters, uint8_t* bytes) {
+  unsigned code = 0;
+  for (unsigned i = 0; i < 3; ++i) {
+    if (letters[i] < 'A' || letters[i] > 'Z') return false;
+    code = code << 5 | (static_cast<unsigned>(letters[i]) - 0x40u);
+  }
+  bytes[8] = Low8(code >> 8);
+  bytes[9] = Low8(code);
+  return true;
+}
+
+void DecodeInput14(Bytes bytes, VesaBlock& model) {
+  const unsigned depth = Bits(bytes[kInputByte], 4, 3);
+  model.bitDepth = Low8(depth == 0 ? 0 : depth * 2 + 4);
+  model.interfaceType = Low8(Bits(bytes[kInputByte], 0, 4));
+}
+
+void EncodeInput14(const VesaBlock& model, uint8_t* bytes) {
+  unsigned bits = model.interfaceType & 0x0Fu;
+  if (model.bitDepth != 0) bits |= static_cast<unsigned>((model.bitDepth - 4) * 8) & 0x70u;
+  bytes[kInputByte] = Low8(bytes[kInputByte] | bits);
+}
+
+// In 1.4, one zero byte makes the other an aspect ratio: landscape in the first, portrait in the second.
+void DecodeScreenSize(Bytes bytes, VesaBlock& model) {
+  const uint8_t h = bytes[kScreenSizeByte];
+  const uint8_t v = bytes[kScreenSizeByte + 1];
+  if (IsEdid14(model) && (h == 0 || v == 0)) {
+    if (h != v) model.aspectRatioX100 = Low16((h | v) + 99);
+    return;
+  }
+  model.hScreenSize = h;
+  model.vScreenSize = v;
+}
+
+void EncodeScreenSize(const VesaBlock& model, uint8_t* bytes) {
+  if (!IsEdid14(model) || model.hScreenSize != 0 || model.vScreenSize != 0) {
+    bytes[kScreenSizeByte] = model.hScreenSize;
+    bytes[kScreenSizeByte + 1] = model.vScreenSize;
+  } else if (model.aspectRatioX100 >= 101) {
+    bytes[kScreenSizeByte] = Low8(model.aspectRatioX100 - 99);
+  }
+}
+
+// A detailed timing has a clock; without one, byte 3 is the tag of a display descriptor.
+uint8_t SlotFlag(const uint8_t* bytes) {
+  return bytes[0] != 0 || bytes[1] != 0 ? kDtdSlotFlag : bytes[3];
+}
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+VesaBlock* VESA_Open(const EdidBlock* block) {
+  if (block == nullptr || block->bytes == nullptr || block->size != kEdidBlockSize || block->type != EDID_BLOCK_VESA) {
+    return REEDID_ERR("invalid parameters");
+  }
+  if (!isEdidHeader(block->bytes)) return REEDID_ERR("error edid header");
+  auto* model = AllocateZeroed<VesaBlock>();
+  if (model == nullptr) return REEDID_ERR("malloc fail");
+
+  const Bytes bytes(block->bytes, kEdidBlockSize);
+  const LayoutReader reader(bytes);
+  model->checksum = bytes[127];
+  model->checksumValid = CheckChecksum(block->bytes, kEdidBlockSize, __func__);
+  std::memcpy(model->header, bytes.data(), sizeof model->header);
+  DecodeManufacturer(bytes, model->manufacturer);
+  PlainLayout(reader, *model);
+  model->year = Low16(bytes[17] + 1990);
+  model->gammaX100 = Low16(bytes[kGammaByte] == kNoGamma ? 0 : bytes[kGammaByte] + 100);
+  model->established[16] = Bit(bytes[37], 7);
+  DecodeScreenSize(bytes, *model);
+  if (IsEdid14(*model)) {
+    DecodeInput14(bytes, *model);
+    ColorTypeLayout(reader, model->colorType);
+  }
+  for (unsigned i = 0; i < 8; ++i) model->standardTimings[i] = DecodeStdTiming(bytes.From(kStdTimingsByte + 2 * i));
+  for (unsigned i = 0; i < kDescriptorSlots; ++i) {
+    DtdSlot& slot = model->descriptors[i];
+    std::memcpy(slot.bytes, bytes.data() + kDescriptorsByte + kDtdSize * i, kDtdSize);
+    slot.flag = SlotFlag(slot.bytes);
+  }
+  return model;
+}
+
+void VESA_Close(VesaBlock* model) {
+  std::free(model);
+}
+
+int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out) {
+  if (model == nullptr || out == nullptr || out->bytes == nullptr || out->capacity < kEdidBlockSize) {
+    return REEDID_ERR("invalid parameters");
+  }
+  uint8_t* bytes = out->bytes;
+  out->type = EDID_BLOCK_VESA;
+  out->size = kEdidBlockSize;
+  std::memset(bytes, 0, out->capacity);  // before the checks: a refused model leaves a cleared block
+
+  if (!isEdidHeader(model->header)) return REEDID_ERR("invalid edid header");
+  std::memcpy(bytes, model->header, sizeof model->header);
+  const char* letters = model->manufacturer;
+  if (!EncodeManufacturer(letters, bytes)) {
+    return REEDID_ERR("invalid manufacturer name %c%c%c", letters[0], letters[1], letters[2]);
+  }
+  if (model->week >= 55 && model->week <= 254) REEDID_ERR("invalid week:%d", model->week);
+  if (model->year < 1990) REEDID_ERR("invalid year:%d", model->year);
+
+  const LayoutWriter writer(bytes);
+  PlainLayout(writer, *model);
+  bytes[17] = Low8(model->year - 1990);
+  bytes[kGammaByte] = model->gammaX100 >= 100 ? Low8(model->gammaX100 - 100) : kNoGamma;
+  bytes[37] = model->established[16] != 0 ? 0x80 : 0;
+  EncodeScreenSize(*model, bytes);
+  if (IsEdid14(*model)) EncodeInput14(*model, bytes);
+  ColorTypeLayout(writer, IsEdid14(*model) ? model->colorType : kColorTypeBefore14);
+  for (unsigned i = 0; i < 8; ++i) {
+    EncodeStdTiming(model->standardTimings[i], kStdRateMask, __func__, bytes + kStdTimingsByte + 2 * i);
+  }
+  for (unsigned i = 0; i < kDescriptorSlots; ++i) {
+    std::memcpy(bytes + kDescriptorsByte + kDtdSize * i, model->descriptors[i].bytes, kDtdSize);
+  }
+  bytes[127] = Low8(GetChecksum(bytes, kEdidBlockSize));
+  return 0;
+}
+
+int32_t VESA_DeleteDescriptor(VesaBlock* model, uint32_t index) {
+  if (model == nullptr || index >= kDescriptorSlots) return REEDID_ERR("invalid parameters");
+  for (; index + 1 < kDescriptorSlots; ++index) model->descriptors[index] = model->descriptors[index + 1];
+  model->descriptors[kDescriptorSlots - 1] = {};
+  return 0;
+}
