@@ -1,0 +1,90 @@
+// What every data block codec of a CTA extension starts with: the block's header, the check of a getter, the header of
+// a setter.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "base/bytes.h"
+#include "base/log.h"
+#include "reedid/cea.h"
+
+namespace reedid {
+
+enum CeaTag : uint8_t {
+  kAudioTag = 1,
+  kVideoTag = 2,
+  kVendorTag = 3,
+  kSpeakerTag = 4,
+  kExtendedTag = 7,
+};
+
+enum CeaExtTag : uint8_t {
+  kVideoCapabilityExtTag = 0,
+  kVendorVideoExtTag = 1,
+  kColorimetryExtTag = 5,
+  kStaticHdrExtTag = 6,
+  kDynamicHdrExtTag = 7,
+  kFormatPreferenceExtTag = 13,
+  k420VideoExtTag = 14,
+  k420MapExtTag = 15,
+  kTypeViiExtTag = 0x22,
+  kTypeViiiExtTag = 0x23,
+  kTypeXExtTag = 0x2A,
+  kExtensionOverrideExtTag = 120,
+};
+
+inline constexpr unsigned kCeaDataBlockRoom = 32;  // the largest data block; what a setter's buffer holds
+
+// The header byte: tag in bits 7..5, number of bytes that follow in bits 4..0.
+struct CeaHeader {
+  explicit constexpr CeaHeader(uint8_t byte) : tag(byte >> 5), size(Low8((byte & 0x1F) + 1)) {}
+  uint8_t tag;
+  uint8_t size;
+};
+
+// A kind of data block and the sizes that its getter accepts.
+struct CeaForm {
+  uint8_t tag;
+  uint8_t extTag;  // of an extended block
+  uint8_t minSize;
+  uint8_t maxSize;
+};
+
+constexpr bool IsKind(const CeaDataBlock& entry, uint8_t tag, uint8_t extTag = 0) {
+  return entry.tag == tag && (tag != kExtendedTag || entry.extTag == extTag);
+}
+
+constexpr bool Matches(const CeaDataBlock* entry, const CeaForm& form) {
+  return entry != nullptr && entry->bytes != nullptr && IsKind(*entry, form.tag, form.extTag) &&
+         entry->size >= form.minSize && entry->size <= form.maxSize;
+}
+
+inline Bytes BytesOf(const CeaDataBlock& entry) {
+  return {entry.bytes, entry.size};
+}
+
+constexpr bool CanHold(const CeaDataBlock* entry) {
+  return entry != nullptr && entry->bytes != nullptr;
+}
+
+// Gives an entry its tag, size and header bytes over a cleared buffer, for the payload to be written behind.
+inline LayoutWriter BeginDataBlock(CeaDataBlock& entry, const CeaForm& form, unsigned size) {
+  entry.tag = form.tag;
+  entry.extTag = form.tag == kExtendedTag ? form.extTag : uint8_t{0};
+  entry.size = Low8(size);
+  std::memset(entry.bytes, 0, kCeaDataBlockRoom);
+  entry.bytes[0] = Low8(static_cast<unsigned>(form.tag) << 5 | (size - 1));
+  if (form.tag == kExtendedTag) entry.bytes[1] = form.extTag;
+  return LayoutWriter(entry.bytes);
+}
+
+// A data block in a buffer of its own, to set and then add or put in place of another.
+struct ScratchDataBlock : CeaDataBlock {
+  ScratchDataBlock() : CeaDataBlock{0, 0, 0, buffer} {}
+  ScratchDataBlock(const ScratchDataBlock&) = delete;
+  ScratchDataBlock& operator=(const ScratchDataBlock&) = delete;
+  uint8_t buffer[kCeaDataBlockRoom] = {};
+};
+
+}  // namespace reedid

@@ -1,0 +1,250 @@
+// The two vendor-specific data blocks of HDMI. Bytes 1..3 are the OUI, least significant byte first.
+//
+// HDMI 1.4b VSDB (HDMI 1.4b, table 8-16), OUI 00-0C-03:
+//   4-5  physical address, high byte first       8      latency 7, interlaced latency 6, video 5, content types 3..0
+//   6    AI 7, 48 bit 6, 36 bit 5, 30 bit 4,     9-12   latencies: 0 not stated, else ms / 2 + 1
+//        Y444 3, DVI dual 0                      then   image size 4..3; HDMI VIC count 7..5; HDMI VICs
+//   7    max TMDS clock / 5 MHz
+//
+// HDMI Forum VSDB (HDMI 2.1, table 10-6), OUI C4-5D-D8:
+//   4    version                                 9-10   VRRmin 5..0, VRRmax 9..8 in 7..6; VRRmax 7..0
+//   5    max TMDS character rate / 5 MHz         11     DSC 7, native 4:2:0 6, all bpp 3, 16/12/10 bpc 2..0
+//   6-7  capabilities; max FRL rate 7..4         12     DSC max FRL rate 7..4, max slices 3..0
+//   8    VRR, ALLM, FAPA flags                   13     DSC total chunk KiB - 1 5..0
+
+#include <cstring>
+
+#include "base/bytes.h"
+#include "base/log.h"
+#include "cea/codec.h"
+
+namespace reedid {
+namespace {
+
+constexpr CeaForm kAnyVsdb = {kVendorTag, 0, 4, 31};
+constexpr CeaForm kHdmi14b = {kVendorTag, 0, 6, 31};
+constexpr CeaForm kHdmiForum = {kVendorTag, 0, 8, 31};
+constexpr uint8_t kHdmi14bOui[3] = {0x03, 0x0C, 0x00};
+constexpr uint8_t kHdmiForumOui[3] = {0xD8, 0x5D, 0xC4};
+constexpr unsigned kLatencyByte = 9;
+
+bool HasOui(const CeaDataBlock& entry, const uint8_t* oui) {
+  return std::memcmp(entry.bytes + 1, oui, 3) == 0;
+}
+
+Failure BadOui(const CeaDataBlock& entry, const char* name) {
+  return REEDID_ERR_AS(name, "invalid OUI(%02X%02X%02x)", entry.bytes[3], entry.bytes[2], entry.bytes[1]);
+}
+
+// Bytes 6 and 8 of the 1.4b block; a reader of a shorter block gets zeroes.
+template <class Io, class Record>
+constexpr void H14bLayout(const Io& io, Record& r) {
+  io(r.physAddr, Place{5}, Place{4});
+  io(r.supportsAI, Place{6, 7, 1});
+  io(r.DC_48bit, Place{6, 6, 1});
+  io(r.DC_36bit, Place{6, 5, 1});
+  io(r.DC_30bit, Place{6, 4, 1});
+  io(r.DC_Y444, Place{6, 3, 1});
+  io(r.DVI_Dual, Place{6, 0, 1});
+  io(r.latencyPresent, Place{8, 7, 1});
+  io(r.iLatencyPresent, Place{8, 6, 1});
+  io(r.hdmiVideoPresent, Place{8, 5, 1});
+  for (uint8_t i = 0; i < 4; ++i) io(r.cnc[i], Place{8, i, 1});
+}
+
+constexpr uint16_t LatencyOf(uint8_t code) {
+  return Low16(code == 0 ? 0 : (code - 1) * 2);
+}
+
+constexpr uint8_t LatencyCode(uint16_t milliseconds) {
+  return milliseconds == 0 ? uint8_t{0} : Low8(milliseconds / 2 + 1);
+}
+
+// Reads the latencies and returns where the video part begins. The interlaced pair is taken whenever the block is long
+// enough for it, without asking its flag; writing follows the same rule.
+unsigned ReadLatencies(Bytes b, H14bRecord& r) {
+  if (!r.latencyPresent || b.size() < 11) return kLatencyByte;
+  r.videoLatency = LatencyOf(b[9]);
+  r.audioLatency = LatencyOf(b[10]);
+  if (b.size() < 13) return kLatencyByte + 2;
+  r.iVideoLatency = LatencyOf(b[11]);
+  r.iAudioLatency = LatencyOf(b[12]);
+  return kLatencyByte + 4;
+}
+
+unsigned WriteLatencies(const H14bRecord& r, uint8_t* b) {
+  if (!Bit(r.latencyPresent, 0)) return kLatencyByte;
+  b[9] = LatencyCode(r.videoLatency);
+  b[10] = LatencyCode(r.audioLatency);
+  b[11] = LatencyCode(r.iVideoLatency);
+  b[12] = LatencyCode(r.iAudioLatency);
+  return kLatencyByte + 4;
+}
+
+void ReadHdmiVideo(Bytes b, unsigned at, H14bRecord& r) {
+  if (!r.hdmiVideoPresent || at + 1 >= b.size()) return;
+  r.imageSize = Low8(Bits(b[at], 3, 2));
+  r.hdmiVicLen = Low8(Bits(b[at + 1], 5, 3));
+  const Bytes vics = b.From(at + 2).First(r.hdmiVicLen);
+  if (vics.size() > 0) std::memcpy(r.hdmiVics, vics.data(), vics.size());
+}
+
+void WriteHdmiVideo(const H14bRecord& r, uint8_t* b) {
+  if (!Bit(r.hdmiVideoPresent, 0)) return;
+  b[0] = Low8(Bits(r.imageSize, 0, 2) << 3);
+  b[1] = Low8(r.hdmiVicLen << 5);
+  std::memcpy(b + 2, r.hdmiVics, r.hdmiVicLen);
+}
+
+unsigned H14bSize(const H14bRecord& r) {
+  const unsigned latencies = Bit(r.latencyPresent, 0) ? (Bit(r.iLatencyPresent, 0) ? 4 : 2) : 0;
+  return kLatencyByte + latencies + (Bit(r.hdmiVideoPresent, 0) ? r.hdmiVicLen + 2u : 0u);
+}
+
+template <class Io, class Record>
+constexpr void HfBaseLayout(const Io& io, Record& r) {
+  io(r.version, Place{4});
+  io(r.scdcPresent, Place{6, 7, 1});
+  io(r.rrCapable, Place{6, 6, 1});
+  io(r.ccbpci, Place{6, 4, 1});
+  io(r.lte340Scramble, Place{6, 3, 1});
+  io(r.independentView, Place{6, 2, 1});
+  io(r.dualView, Place{6, 1, 1});
+  io(r.osdDisparity3d, Place{6, 0, 1});
+  io(r.Max_FRL_Rate, Place{7, 4, 4});
+  io(r.dc48bit420, Place{7, 2, 1});
+  io(r.dc36bit420, Place{7, 1, 1});
+  io(r.dc30bit420, Place{7, 0, 1});
+}
+
+template <class Io, class Record>
+constexpr void HfVrrFlagsLayout(const Io& io, Record& r) {
+  io(r.mDelta, Place{8, 5, 1});
+  io(r.cinemaVrr, Place{8, 4, 1});
+  io(r.cnmVrr, Place{8, 3, 1});
+  io(r.fva, Place{8, 2, 1});
+  io(r.allm, Place{8, 1, 1});
+  io(r.fapaStartLocation, Place{8, 0, 1});
+}
+
+template <class Io, class Record>
+constexpr void HfVrrLayout(const Io& io, Record& r) {
+  io(r.VRRmin, Place{9, 0, 6});
+  io(r.VRRmax, Place{10}, Place{9, 6, 2});
+}
+
+template <class Io, class Record>
+constexpr void HfDscLayout(const Io& io, Record& r) {
+  io(r.DSC_1p2, Place{11, 7, 1});
+  io(r.dscNative420, Place{11, 6, 1});
+  io(r.dscAllBpp, Place{11, 3, 1});
+  io(r.dsc16bpc, Place{11, 2, 1});
+  io(r.dsc12bpc, Place{11, 1, 1});
+  io(r.dsc10bpc, Place{11, 0, 1});
+  io(r.DSC_Max_FRL_Rate, Place{12, 4, 4});
+  io(r.DSC_MaxSlices, Place{12, 0, 4});
+}
+
+// Values that contradict each other are the caller's to mend; they are reported and written all the same.
+void ReportHfRates(const HfVsdbRecord& r, const char* name) {
+  const unsigned needed = r.Max_FRL_Rate == 0 ? 0 : r.Max_FRL_Rate == 1 ? 300 : 600;
+  if (r.TMDS_Character_Rate < needed) {
+    REEDID_ERR_AS(name, "invalid FRL_Rate %d or TMDS_Character_Rate %d", r.Max_FRL_Rate, r.TMDS_Character_Rate);
+  }
+}
+
+void ReportVrr(const HfVsdbRecord& r, const char* name) {
+  if (r.VRRmin > 48) REEDID_ERR_AS(name, "invalid VRRmin %d", r.VRRmin);
+  if (r.VRRmax < 100) REEDID_ERR_AS(name, "invalid VRRmax %d", r.VRRmax);
+}
+
+void ReportDsc(const HfVsdbRecord& r, const char* name) {
+  if (r.Max_FRL_Rate == 0 || r.DSC_Max_FRL_Rate == 0) {
+    REEDID_ERR_AS(name, "should set Max_FRL_Rate > 0 and DSC_Max_FRL_Rate > 0 when DSC_1p2=1");
+  }
+  if (r.DSC_MaxSlices == 0) REEDID_ERR_AS(name, "should set DSC_MaxSlices > 0 when DSC_1p2=1");
+  if (r.DSC_TotalChunkKBytes == 0) REEDID_ERR_AS(name, "should set DSC_TotalChunkKBytes > 0 when DSC_1p2=1");
+}
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t CEA_GetVSDBType(const CeaDataBlock* entry) {
+  if (!Matches(entry, kAnyVsdb)) {
+    REEDID_ERR("invalid parameters");
+    return VSDB_NONE;
+  }
+  if (HasOui(*entry, kHdmi14bOui)) return VSDB_HDMI14B;
+  return HasOui(*entry, kHdmiForumOui) ? VSDB_HDMI_FORUM : VSDB_NONE;
+}
+
+int32_t CEA_GetH14bVSDB(const CeaDataBlock* entry, H14bRecord* record) {
+  if (!Matches(entry, kHdmi14b) || record == nullptr) return REEDID_ERR("invalid parameters");
+  if (!HasOui(*entry, kHdmi14bOui)) return BadOui(*entry, __func__);
+  *record = {};
+  const Bytes bytes = BytesOf(*entry);
+  H14bLayout(LayoutReader(bytes), *record);
+  record->max_TMDS_Clock = Low16(bytes[7] * 5);
+  ReadHdmiVideo(bytes, ReadLatencies(bytes, *record), *record);
+  return 0;
+}
+
+int32_t CEA_SetH14bVSDB(const H14bRecord* record, CeaDataBlock* entry) {
+  if (record == nullptr || !CanHold(entry) || record->hdmiVicLen > sizeof record->hdmiVics) {
+    return REEDID_ERR("invalid parameters");
+  }
+  const LayoutWriter writer = BeginDataBlock(*entry, kHdmi14b, H14bSize(*record));
+  uint8_t* bytes = entry->bytes;
+  std::memcpy(bytes + 1, kHdmi14bOui, sizeof kHdmi14bOui);
+  if (record->physAddr == 0x0000 || record->physAddr == 0xFFFF) REEDID_WARN("invalid phyaddr: %04X", record->physAddr);
+  if (record->max_TMDS_Clock < 25) REEDID_ERR("invalid max_TMDS_Clock: %dMHz", record->max_TMDS_Clock);
+  H14bLayout(writer, *record);
+  bytes[7] = Low8(record->max_TMDS_Clock / 5);
+  WriteHdmiVideo(*record, bytes + WriteLatencies(*record, bytes));
+  return 0;
+}
+
+int32_t CEA_GetHFVSDB(const CeaDataBlock* entry, HfVsdbRecord* record) {
+  if (!Matches(entry, kHdmiForum) || record == nullptr) return REEDID_ERR("invalid parameters");
+  if (!HasOui(*entry, kHdmiForumOui)) return BadOui(*entry, __func__);
+  *record = {};
+  const Bytes bytes = BytesOf(*entry);
+  const LayoutReader reader(bytes);
+  HfBaseLayout(reader, *record);
+  record->TMDS_Character_Rate = Low16(bytes[5] * 5);
+  HfVrrFlagsLayout(reader, *record);
+  if (bytes.size() >= 11) HfVrrLayout(reader, *record);
+  if (bytes.size() >= 14) {
+    HfDscLayout(reader, *record);
+    record->DSC_TotalChunkKBytes = Low8(Bits(bytes[13], 0, 6) + 1);
+  }
+  return 0;
+}
+
+int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry) {
+  if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
+  const LayoutWriter writer = BeginDataBlock(*entry, kHdmiForum, 8);
+  uint8_t* bytes = entry->bytes;
+  std::memcpy(bytes + 1, kHdmiForumOui, sizeof kHdmiForumOui);
+  ReportHfRates(*record, __func__);
+  HfBaseLayout(writer, *record);
+  bytes[5] = Low8(record->TMDS_Character_Rate / 5);
+  HfVrrFlagsLayout(writer, *record);
+  unsigned size = bytes[8] != 0 ? 9 : 8;
+  if (record->VRRmax != 0) {
+    ReportVrr(*record, __func__);
+    HfVrrLayout(writer, *record);
+    size = 11;
+  }
+  if (Bit(record->DSC_1p2, 0)) {
+    ReportDsc(*record, __func__);
+    HfDscLayout(writer, *record);
+    bytes[13] = Low8((record->DSC_TotalChunkKBytes & 0x3F) - 1);  // 64 KiB wraps to 0xFF, as readers of it expect
+    size = 14;
+  }
+  entry->size = Low8(size);
+  bytes[0] = Low8(unsigned{kVendorTag} << 5 | (size - 1));
+  return 0;
+}
