@@ -1,0 +1,13 @@
+/* reedid/reedid.h - the whole interface. */
+#ifndef REEDID_REEDID_H
+#define REEDID_REEDID_H
+
+#include "reedid/cea.h"
+#include "reedid/displayid.h"
+#include "reedid/image.h"
+#include "reedid/timing.h"
+#include "reedid/transforms.h"
+#include "reedid/version.h"
+#include "reedid/vesa.h"
+
+#endif

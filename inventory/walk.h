@@ -1,0 +1,121 @@
+// Opening a block with its family's parser, working on the model, writing it back and closing it: the one road on which
+// every question about an image and every edit of one goes.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#include "base/bytes.h"
+#include "edid/image.h"
+#include "reedid/cea.h"
+#include "reedid/displayid.h"
+#include "reedid/vesa.h"
+
+namespace reedid {
+
+// Which blocks a model stands for, and its calls.
+template <class Model>
+struct Family;
+
+template <>
+struct Family<VesaBlock> {
+  static constexpr auto kOpen = VESA_Open;
+  static constexpr auto kGenerate = VESA_GenerateBlock;
+  static constexpr auto kClose = VESA_Close;
+  static constexpr bool Owns(uint8_t type) { return type == EDID_BLOCK_VESA; }
+};
+
+template <>
+struct Family<CeaBlock> {
+  static constexpr auto kOpen = CEA_Open;
+  static constexpr auto kGenerate = CEA_GenerateBlock;
+  static constexpr auto kClose = CEA_Close;
+  static constexpr bool Owns(uint8_t type) { return type == EDID_BLOCK_CEA; }
+};
+
+template <>
+struct Family<DispIdBlock> {
+  static constexpr auto kOpen = DispID_Open;
+  static constexpr auto kGenerate = DispID_GenerateBlock;
+  static constexpr auto kClose = DispID_Close;
+  static constexpr bool Owns(uint8_t type) { return type >= EDID_BLOCK_DISPID_FIRST && type <= EDID_BLOCK_DISPID_EXT; }
+};
+
+template <class Model>
+struct ModelCloser {
+  void operator()(Model* model) const { Family<Model>::kClose(model); }
+};
+
+// A model that closes itself; empty when the block did not open.
+template <class Model>
+using Opened = std::unique_ptr<Model, ModelCloser<Model>>;
+
+template <class Model>
+Opened<Model> Open(const EdidBlock& block) {
+  return Opened<Model>(Family<Model>::kOpen(&block));
+}
+
+// Writes a model over the block that it came from. A refused model leaves the block's bytes as they were.
+template <class Model>
+int32_t Regenerate(const Model& model, EdidBlock& block) {
+  uint8_t buffer[kMaxSectionSize];
+  EdidBlock scratch = block;
+  scratch.bytes = buffer;
+  if (scratch.capacity > sizeof buffer) scratch.capacity = sizeof buffer;
+  if (Family<Model>::kGenerate(&model, &scratch) != 0) return -1;
+  std::memcpy(block.bytes, buffer, scratch.size);
+  std::memset(block.bytes + scratch.size, 0, block.capacity - scratch.size);
+  block.type = scratch.type;
+  block.size = scratch.size;
+  return 0;
+}
+
+// Opens the block when the visitor takes the family's model (`visit(model)`).
+template <class Model, class Visit>
+void VisitAs(const EdidBlock& block, Visit& visit) {
+  if constexpr (requires(Model & model) { visit(model); }) {
+    if (!Family<Model>::Owns(block.type)) return;
+    if (const Opened<Model> model = Open<Model>(block)) visit(*model);
+  }
+}
+
+// Visits the model of every block that the visitor takes, in image order; blocks that do not open are skipped.
+template <class Visit>
+void VisitBlocks(const EdidHandle& handle, Visit&& visit) {
+  if (handle.blocks == nullptr) return;
+  for (unsigned i = 0; i < handle.blockCount; ++i) {
+    VisitAs<VesaBlock>(handle.blocks[i], visit);
+    VisitAs<CeaBlock>(handle.blocks[i], visit);
+    VisitAs<DispIdBlock>(handle.blocks[i], visit);
+  }
+}
+
+// The same for an edit that is always written back; a refused regeneration keeps the block.
+template <class Edit>
+void EditBlocks(EdidHandle& handle, Edit&& edit) {
+  if (handle.blocks == nullptr) return;
+  for (unsigned i = 0; i < handle.blockCount; ++i) {
+    EdidBlock& block = handle.blocks[i];
+    auto editAndWrite = [&]<class Model>(Model & model) requires requires {
+      edit(model);
+    }
+    {
+      edit(model);
+      Regenerate(model, block);
+    };
+    VisitAs<VesaBlock>(block, editAndWrite);
+    VisitAs<CeaBlock>(block, editAndWrite);
+    VisitAs<DispIdBlock>(block, editAndWrite);
+  }
+}
+
+// One visitor out of several lambdas.
+template <class... Visits>
+struct Overloaded : Visits... {
+  using Visits::operator()...;
+};
+template <class... Visits>
+Overloaded(Visits...) -> Overloaded<Visits...>;
+
+}  // namespace reedid

@@ -1,0 +1,197 @@
+// Is this image valid, does it describe an HDMI sink, and which physical address does it give?
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "base/log.h"
+#include "base/memory.h"
+#include "cea/codec.h"
+#include "edid/image.h"
+#include "inventory/walk.h"
+#include "reedid/transforms.h"
+
+namespace reedid {
+namespace {
+
+constexpr uint16_t kNoPhysAddr = 0xFFFF;
+
+template <class Model>
+bool OpensWithChecksum(const EdidBlock& block) {
+  const Opened<Model> model = Open<Model>(block);
+  return model != nullptr && model->checksumValid;
+}
+
+bool IsValidBlock(const EdidBlock& block) {
+  switch (block.type) {
+    case EDID_BLOCK_VESA:
+      return OpensWithChecksum<VesaBlock>(block);
+    case EDID_BLOCK_CEA:
+      return OpensWithChecksum<CeaBlock>(block);
+    case EDID_BLOCK_DISPID_FIRST:
+    case EDID_BLOCK_DISPID_NEXT:
+    case EDID_BLOCK_DISPID_EXT:
+      return OpensWithChecksum<DispIdBlock>(block);
+    default:
+      return false;
+  }
+}
+
+struct HdmiVsdb {
+  unsigned blockIndex;
+  Opened<CeaBlock> model;
+  CeaDataBlock* entry;
+};
+
+CeaDataBlock* FindHdmi14b(CeaBlock& model) {
+  for (unsigned i = 0; i < model.dataBlockCount; ++i) {
+    CeaDataBlock& entry = model.dataBlocks[i];
+    if (entry.bytes != nullptr && entry.tag == kVendorTag && CEA_GetVSDBType(&entry) == VSDB_HDMI14B) return &entry;
+  }
+  return nullptr;
+}
+
+// The first HDMI 1.4b VSDB of the image. Blocks and data blocks are counted with one counter, so that a CTA extension
+// without the VSDB is followed by the block whose index is one more than the number of its data blocks. The search only
+// moves forward.
+std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle) {
+  for (unsigned i = 0; i < handle.blockCount;) {
+    unsigned next = i + 1;
+    if (handle.blocks[i].type == EDID_BLOCK_CEA) {
+      if (Opened<CeaBlock> model = Open<CeaBlock>(handle.blocks[i])) {
+        if (CeaDataBlock* entry = FindHdmi14b(*model)) return HdmiVsdb{i, std::move(model), entry};
+        next = std::max(next, model->dataBlockCount + 1u);
+      }
+    }
+    i = next;
+  }
+  return std::nullopt;
+}
+
+bool HasBlocks(const EdidHandle* handle) {
+  return handle != nullptr && handle->blocks != nullptr && handle->blockCount > 0;
+}
+
+// A CTA extension without data blocks or DTDs, as an HDMI sink shows it.
+Opened<CeaBlock> NewCeaModel() {
+  Opened<CeaBlock> model(AllocateZeroed<CeaBlock>());
+  if (model == nullptr) return model;
+  model->revision = 3;
+  model->underscan = 1;
+  model->basicAudio = 1;
+  model->nativeDtdCount = 1;
+  model->freeSpace = 122;
+  return model;
+}
+
+// Takes block 1 out of the image and returns its model when it was a CTA extension, else empty.
+Opened<CeaBlock> TakeSecondBlock(EdidHandle& handle) {
+  Opened<CeaBlock> model;
+  if (handle.blockCount < 2) return model;
+  EdidBlock& second = handle.blocks[1];
+  if (second.type == EDID_BLOCK_CEA) model = Open<CeaBlock>(second);
+  EDID_DeleteBlock(&handle, &second);
+  return model;
+}
+
+void PrepareForHdmi(CeaBlock& model, unsigned needed) {
+  model.revision = 3;
+  model.basicAudio = 1;
+  if (model.freeSpace < needed && model.dtds != nullptr && model.dtdCount > 0) {
+    CEA_DeleteDTD(&model, &model.dtds[model.dtdCount - 1]);
+  }
+}
+
+// Right behind the video formats, where sources expect them; in front when there are none.
+unsigned HdmiBlocksPosition(const CeaBlock& model) {
+  const CeaDataBlock* video = CEA_FindDataBlock(&model, kVideoTag, 0);
+  return video == nullptr ? 0 : static_cast<unsigned>(video - model.dataBlocks) + 1;
+}
+
+// Two-channel L-PCM at 48 kHz and 16 bit, the front speakers, and the HDMI VSDB. What does not fit is left out.
+void AddHdmiBlocks(CeaBlock& model, uint16_t physAddr) {
+  const unsigned position = HdmiBlocksPosition(model);
+  ScratchDataBlock block;
+  AdbRecord audio = {};
+  audio.sadCount = 1;
+  audio.sads[0].formatCode = 1;
+  audio.sads[0].channels = 2;
+  audio.sads[0].rate48k = 1;
+  audio.sads[0].bits16 = 1;
+  CEA_SetADB(&audio, &block);
+  CEA_AddDataBlock(&model, &block, position);
+
+  SpeakerRecord speakers = {};
+  speakers.FL_FR = 1;
+  CEA_SetSADB(&speakers, &block);
+  CEA_AddDataBlock(&model, &block, position + 1);
+
+  H14bRecord hdmi = {};
+  hdmi.physAddr = physAddr;
+  hdmi.max_TMDS_Clock = 150;
+  CEA_SetH14bVSDB(&hdmi, &block);
+  CEA_AddDataBlock(&model, &block, position + 2);
+}
+
+constexpr unsigned kHdmiBlocksSize = 4 + 4 + 9;
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t isValidEdid(const EdidHandle* handle) {
+  if (handle == nullptr || handle->blocks == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
+  }
+  return std::all_of(handle->blocks, handle->blocks + handle->blockCount, IsValidBlock);
+}
+
+int32_t isDVIEdid(const EdidHandle* handle) {
+  if (handle == nullptr || handle->blocks == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
+  }
+  return !FindHdmiVsdb(*handle).has_value();
+}
+
+int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr) {
+  if (handle == nullptr || handle->blocks == nullptr) return REEDID_ERR("invalid parameters");
+  if (!isDVIEdid(handle)) return 0;
+  Opened<CeaBlock> model = TakeSecondBlock(*handle);
+  if (model != nullptr) {
+    PrepareForHdmi(*model, kHdmiBlocksSize);
+  } else {
+    model = NewCeaModel();
+  }
+  if (model == nullptr) return REEDID_ERR("malloc fail");
+  AddHdmiBlocks(*model, physAddr);
+
+  uint8_t bytes[kEdidBlockSize];
+  EdidBlock block = {EDID_BLOCK_CEA, kEdidBlockSize, kEdidBlockSize, bytes};
+  if (CEA_GenerateBlock(model.get(), &block) != 0) return -1;
+  return EDID_AddBlock(handle, &block, handle->blockCount);
+}
+
+uint16_t EDID_GetPhyAddr(const EdidHandle* handle) {
+  if (!HasBlocks(handle)) return kNoPhysAddr;
+  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle);
+  H14bRecord record;
+  if (!found || CEA_GetH14bVSDB(found->entry, &record) != 0) return kNoPhysAddr;
+  return record.physAddr;
+}
+
+int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr) {
+  if (!HasBlocks(handle)) return -1;
+  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle);
+  if (!found) return -1;
+  H14bRecord record;
+  if (CEA_GetH14bVSDB(found->entry, &record) != 0) return -1;
+  record.physAddr = physAddr;
+  ScratchDataBlock block;
+  if (CEA_SetH14bVSDB(&record, &block) != 0) return -1;
+  if (CEA_ReplaceDataBlock(found->model.get(), found->entry, &block) != 0) return -1;
+  return Regenerate(*found->model, handle->blocks[found->blockIndex]);
+}
