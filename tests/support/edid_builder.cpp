@@ -1,0 +1,172 @@
+#include "tests/support/edid_builder.h"
+
+#include <algorithm>
+#include <numeric>
+#include <stdexcept>
+
+namespace reedid::test {
+namespace {
+
+void Append(ByteVector& to, const ByteVector& bytes) {
+  to.reserve(to.size() + bytes.size());
+  for (const uint8_t byte : bytes) to.push_back(byte);
+}
+
+ByteVector DescriptorOf(const DtdTiming& timing) {
+  const DtdSlot slot = SlotOf(timing);
+  return ByteVector(slot.bytes, slot.bytes + sizeof slot.bytes);
+}
+
+}  // namespace
+
+DtdTiming AtClock(DtdTiming timing, uint32_t pixelClock) {
+  timing.pixelClock = pixelClock;
+  timing.frameRate = 0;
+  return timing;
+}
+
+DtdSlot SlotOf(const DtdTiming& timing) {
+  DtdSlot slot;
+  if (VESA_SetDTD(&timing, &slot) != 0) throw std::invalid_argument("a timing that no DTD can hold");
+  return slot;
+}
+
+void FixChecksum(ByteVector& bytes) {
+  uint8_t& last = bytes.at(bytes.size() - 1);
+  last = 0;
+  last = static_cast<uint8_t>(0u - std::accumulate(bytes.begin(), bytes.end(), 0u));
+}
+
+Cta& Cta::Flags(uint8_t byte3) {
+  flags_ = byte3;
+  return *this;
+}
+
+Cta& Cta::Revision(uint8_t revision) {
+  revision_ = revision;
+  return *this;
+}
+
+Cta& Cta::Block(uint8_t tag, const ByteVector& payload) {
+  blocks_.push_back(static_cast<uint8_t>(tag << 5 | payload.size()));
+  Append(blocks_, payload);
+  return *this;
+}
+
+Cta& Cta::Extended(uint8_t extTag, const ByteVector& payload) {
+  return Block(7, Concat({{extTag}, payload}));
+}
+
+Cta& Cta::Hdmi(uint16_t physAddr, const ByteVector& rest) {
+  const ByteVector head = {0x03, 0x0C, 0x00, static_cast<uint8_t>(physAddr >> 8), static_cast<uint8_t>(physAddr)};
+  return Block(3, Concat({head, rest}));
+}
+
+Cta& Cta::HdmiForum(const ByteVector& rest) {
+  return Block(3, Concat({{0xD8, 0x5D, 0xC4}, rest}));
+}
+
+Cta& Cta::Dtd(const DtdTiming& timing) {
+  Append(dtds_, DescriptorOf(timing));
+  return *this;
+}
+
+Cta& Cta::DtdOffset(uint8_t offset) {
+  dtdOffset_ = offset;
+  return *this;
+}
+
+ByteVector Cta::Build() const {
+  const auto offset = static_cast<uint8_t>(dtdOffset_ >= 0 ? dtdOffset_ : 4 + static_cast<int>(blocks_.size()));
+  ByteVector bytes = {0x02, revision_, offset, flags_};
+  Append(bytes, blocks_);
+  bytes.resize(std::max<size_t>(bytes.size(), offset));
+  Append(bytes, dtds_);
+  if (bytes.size() > 127) throw std::invalid_argument("a CTA extension of more than 128 bytes");
+  bytes.resize(128);
+  FixChecksum(bytes);
+  return bytes;
+}
+
+Section::Section(uint8_t versionByte, uint8_t productType) : header_{versionByte, 0, productType, 0} {}
+
+Section& Section::Block(uint8_t tag, uint8_t flags, const ByteVector& payload) {
+  Append(blocks_, Concat({{tag, flags, static_cast<uint8_t>(payload.size())}, payload}));
+  return *this;
+}
+
+Section& Section::ExtensionCount(uint8_t count) {
+  header_[3] = count;
+  return *this;
+}
+
+ByteVector Section::Build(size_t padding) const {
+  ByteVector bytes = header_;
+  bytes[1] = static_cast<uint8_t>(blocks_.size() + padding);
+  Append(bytes, blocks_);
+  bytes.resize(bytes.size() + padding + 1);
+  FixChecksum(bytes);
+  return bytes;
+}
+
+ByteVector Section::BuildExtension() const {
+  if (blocks_.size() > 121) throw std::invalid_argument("a DisplayID extension of more than 128 bytes");
+  ByteVector bytes = Concat({{0x70}, Build(121 - blocks_.size()), {0}});
+  FixChecksum(bytes);
+  return bytes;
+}
+
+Edid::Edid(uint8_t revision) : base_(128) {
+  const ByteVector head = {0x00, 0xFF, 0xFF, 0xFF,    0xFF, 0xFF, 0xFF, 0x00,  // header
+                           0x48, 0xA4, 0x34, 0x12,    0x78, 0x56, 0x34, 0x12,  // maker "RED", product, serial number
+                           10,   34,   1,    revision};                        // week 10 of 2024, version
+  Set(0, head);
+  Set(20, {static_cast<uint8_t>(revision == 4 ? 0xA5 : 0x80), 60, 34, 120, 0x0E});
+  Set(25, {0xEE, 0x91, 0xA3, 0x54, 0x4C, 0x99, 0x26, 0x0F, 0x50, 0x54});  // sRGB primaries
+  for (size_t at = 38; at < 54; ++at) base_[at] = 0x01;                   // no standard timings
+}
+
+Edid& Edid::Set(size_t at, const ByteVector& bytes) {
+  std::copy(bytes.begin(), bytes.end(), base_.begin() + static_cast<std::ptrdiff_t>(at));
+  return *this;
+}
+
+void Edid::Slot(const ByteVector& bytes) {
+  if (slots_ == 4) throw std::invalid_argument("more than four descriptors");
+  Set(54 + 18 * slots_++, bytes);
+}
+
+Edid& Edid::Dtd(const DtdTiming& timing) {
+  Slot(DescriptorOf(timing));
+  return *this;
+}
+
+Edid& Edid::Descriptor(uint8_t tag, const ByteVector& bytes4To17) {
+  ByteVector bytes = Concat({{0, 0, 0, tag}, bytes4To17});
+  bytes.resize(18);
+  Slot(bytes);
+  return *this;
+}
+
+Edid& Edid::Name(const std::string& text) {
+  ByteVector bytes = {0};
+  for (const char c : text) bytes.push_back(static_cast<uint8_t>(c));
+  if (bytes.size() < 14) bytes.push_back(0x0A);
+  bytes.resize(14, 0x20);
+  return Descriptor(0xFC, bytes);
+}
+
+Edid& Edid::Extension(const ByteVector& block) {
+  Append(extensions_, block);
+  return *this;
+}
+
+ByteVector Edid::Build() const {
+  ByteVector bytes = base_;
+  bytes[126] = static_cast<uint8_t>(extensions_.size() / 128);
+  FixChecksum(bytes);
+  Append(bytes, extensions_);
+  return bytes;
+}
+
+}  // namespace reedid::test

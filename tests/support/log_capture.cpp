@@ -1,0 +1,39 @@
+#include "tests/support/log_capture.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <regex>
+#include <stdexcept>
+
+namespace reedid::test {
+
+std::string LogOf(const std::function<void()>& work) {
+  std::fflush(stdout);
+  std::FILE* file = std::tmpfile();
+  const int standardOutput = dup(STDOUT_FILENO);
+  if (file == nullptr || standardOutput < 0 || dup2(fileno(file), STDOUT_FILENO) < 0) {
+    throw std::runtime_error("cannot redirect standard output");
+  }
+  work();
+  std::fflush(stdout);
+  dup2(standardOutput, STDOUT_FILENO);
+  close(standardOutput);
+
+  std::string text;
+  std::rewind(file);
+  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text.push_back(static_cast<char>(c));
+  std::fclose(file);
+  static const std::regex kLineNumber(R"(\[(ERR|WARN|INFO):(\w+):\d+\])");
+  return std::regex_replace(text, kLineNumber, "[$1:$2]");
+}
+
+std::string Err(const std::string& function, const std::string& message) {
+  return "[ERR:" + function + "]: " + message + "\n";
+}
+
+std::string Warn(const std::string& function, const std::string& message) {
+  return "[WARN:" + function + "]: " + message + "\n";
+}
+
+}  // namespace reedid::test
