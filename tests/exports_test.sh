@@ -1,0 +1,28 @@
+#!/bin/sh
+# The shared library exports exactly the names of libreedid.exports, which are the names that the headers declare; it needs
+# the C and the maths library only and has no writable data.
+# usage: exports_test.sh SOURCE_DIR LIBREEDID_SO LIBREEDID_A SANITIZED
+set -eu
+source_dir=$1 shared=$2 static=$3 sanitized=$4
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+status=0
+fail() { echo "FAILED: $1"; status=1; }
+
+grep -E '^[A-Za-z]' "$source_dir/libreedid.exports" | sort >"$work/listed"
+nm -D --defined-only "$shared" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort >"$work/exported"
+cat "$source_dir"/include/reedid/*.h | tr '\n' ' ' | grep -oE 'REEDID_API[^;{]*;' |
+  sed -E 's/\(.*//; s/;//; s/.*[ *]//' | sort >"$work/declared"
+
+[ -s "$work/listed" ] || fail "no names are listed"
+diff "$work/listed" "$work/exported" || fail "exported names differ from libreedid.exports"
+diff "$work/listed" "$work/declared" || fail "declared names differ from libreedid.exports"
+
+readelf -d "$shared" | grep -q 'SONAME.*libreedid\.so\.' || fail "no SONAME"
+if [ -z "$sanitized" ]; then
+  needed=$(readelf -d "$shared" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vE '^lib(c|m)\.so' || true)
+  [ -z "$needed" ] || fail "the library needs $needed"
+  data=$(objdump -h "$static" | awk '($2 ~ /^\.(data|bss)(\.|$)/ && $2 !~ /^\.data\.rel\.ro/ && $3 !~ /^0+$/) { print $2 }')
+  [ -z "$data" ] || fail "writable data: $data"
+fi
+exit $status
