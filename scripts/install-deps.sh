@@ -1,0 +1,30 @@
+#!/bin/sh
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci
+# Each set holds the ones before it. Needs root or sudo only when something is missing.
+set -eu
+
+packages="g++ cmake ninja-build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
+case "${1:-tool}" in
+  tool) ;;
+  tests) packages="$packages libgtest-dev binutils" ;;
+  ci) packages="$packages libgtest-dev binutils clang clang-format" ;;
+  *) echo "usage: $0 tool|tests|ci" >&2; exit 2 ;;
+esac
+
+missing=""
+for package in $packages; do
+  status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+as_root=""
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "$0: run as root, or install sudo; missing:$missing" >&2; exit 1; }
+  as_root="sudo"
+fi
+echo "Installing:$missing"
+export DEBIAN_FRONTEND=noninteractive
+$as_root apt-get update -qq
+# shellcheck disable=SC2086
+$as_root apt-get install -y -qq --no-install-recommends $missing >/dev/null
