@@ -246,6 +246,7 @@ CeaDataBlock* CEA_FindDataBlock(const CeaBlock* model, uint32_t tag, uint32_t ex
   if (model == nullptr || model->dataBlocks == nullptr) return nullptr;
   for (unsigned i = 0; i < model->dataBlockCount; ++i) {
     CeaDataBlock& entry = model->dataBlocks[i];
+    if (entry.bytes == nullptr) continue;
     if (entry.tag == tag && (tag != kExtendedTag || entry.extTag == extTag)) return &entry;
   }
   return nullptr;

@@ -230,7 +230,7 @@ int32_t DispID_ReplaceDB(DispIdBlock* model, DispIdDataBlock* oldEntry, const Di
 DispIdDataBlock* DispID_FindDB(const DispIdBlock* model, uint32_t tag) {
   if (model == nullptr || model->dataBlocks == nullptr) return nullptr;
   for (unsigned i = 0; i < model->dataBlockCount; ++i) {
-    if (model->dataBlocks[i].tag == tag) return &model->dataBlocks[i];
+    if (model->dataBlocks[i].bytes != nullptr && model->dataBlocks[i].tag == tag) return &model->dataBlocks[i];
   }
   return nullptr;
 }

@@ -248,6 +248,8 @@ TEST(CeaModel, GoesAroundEntriesWithoutBytes) {
     EXPECT_EQ(model->dataBlockCount, 3);
     EXPECT_EQ(model->dtdCount, 1);
     EXPECT_EQ(Generated(*model)[2], c.dtdStart);
+    const CeaDataBlock* video = CEA_FindDataBlock(model.get(), 2, 0);
+    EXPECT_EQ(video, &model->dataBlocks[c.nth == 3 ? 1 : 0]) << "an entry without bytes is not found";
   }
 }
 
