@@ -170,10 +170,10 @@ TEST(Dtd, RefusesBadArguments) {
     EXPECT_EQ(std::memcmp(&timing, &k720p60, sizeof timing), 0);
   }
   DtdSlot slot = k1080p60Slot;
-  EXPECT_EQ(VESA_GetDTD(nullptr, &timing), -1);
-  EXPECT_EQ(VESA_GetDTD(&slot, nullptr), -1);
-  EXPECT_EQ(VESA_SetDTD(nullptr, &slot), -1);
-  EXPECT_EQ(VESA_SetDTD(&timing, nullptr), -1);
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GetDTD(nullptr, &timing), -1); }), Err("VESA_GetDTD", "invalid parameters"));
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GetDTD(&slot, nullptr), -1); }), Err("VESA_GetDTD", "invalid parameters"));
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_SetDTD(nullptr, &slot), -1); }), Err("VESA_SetDTD", "invalid parameters"));
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_SetDTD(&timing, nullptr), -1); }), Err("VESA_SetDTD", "invalid parameters"));
   EXPECT_EQ(slot.flag, 1);
   EXPECT_EQ(slot.bytes[0], 0x02);
 }
