@@ -48,7 +48,7 @@ Cta& Cta::Revision(uint8_t revision) {
 }
 
 Cta& Cta::Block(uint8_t tag, const ByteVector& payload) {
-  blocks_.push_back(static_cast<uint8_t>(tag << 5 | payload.size()));
+  blocks_.push_back(static_cast<uint8_t>(unsigned{tag} << 5 | payload.size()));
   Append(blocks_, payload);
   return *this;
 }

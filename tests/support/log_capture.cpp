@@ -1,5 +1,6 @@
 #include "tests/support/log_capture.h"
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -8,7 +9,10 @@
 
 namespace reedid::test {
 
-std::string LogOf(const std::function<void()>& work) {
+namespace {
+
+// What `work` prints. The report of a check that fails in it is part of that, so it is shown as well.
+std::string TextOf(const std::function<void()>& work) {
   std::fflush(stdout);
   std::FILE* file = std::tmpfile();
   const int standardOutput = dup(STDOUT_FILENO);
@@ -24,8 +28,19 @@ std::string LogOf(const std::function<void()>& work) {
   std::rewind(file);
   for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text.push_back(static_cast<char>(c));
   std::fclose(file);
+  if (testing::Test::HasFailure()) std::fputs(text.c_str(), stderr);
+  return text;
+}
+
+}  // namespace
+
+void Quietly(const std::function<void()>& work) {
+  TextOf(work);
+}
+
+std::string LogOf(const std::function<void()>& work) {
   static const std::regex kLineNumber(R"(\[(ERR|WARN|INFO):(\w+):\d+\])");
-  return std::regex_replace(text, kLineNumber, "[$1:$2]");
+  return std::regex_replace(TextOf(work), kLineNumber, "[$1:$2]");
 }
 
 std::string Err(const std::string& function, const std::string& message) {
