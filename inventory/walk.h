@@ -56,9 +56,25 @@ Opened<Model> Open(const EdidBlock& block) {
   return Opened<Model>(Family<Model>::kOpen(&block));
 }
 
-// Writes a model over the block that it came from. A refused model leaves the block's bytes as they were.
+// Whether a model has all that it was opened from. Without memory, entries stay without bytes and DTDs without array.
+template <class Model>
+bool IsWhole(const Model& model) {
+  if constexpr (requires { model.dtds; }) {
+    if (model.dtdCount > 0 && model.dtds == nullptr) return false;
+  }
+  if constexpr (requires { model.dataBlocks; }) {
+    for (unsigned i = 0; model.dataBlocks != nullptr && i < model.dataBlockCount; ++i) {
+      if (model.dataBlocks[i].bytes == nullptr) return false;
+    }
+  }
+  return true;
+}
+
+// Writes a model over the block that it came from. A refused model leaves the block's bytes as they were, and so does
+// one that could not be opened whole: writing it would lose what it lacks.
 template <class Model>
 int32_t Regenerate(const Model& model, EdidBlock& block) {
+  if (!IsWhole(model)) return -1;
   uint8_t buffer[kMaxSectionSize];
   EdidBlock scratch = block;
   scratch.bytes = buffer;
