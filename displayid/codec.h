@@ -1,8 +1,10 @@
-// What every data block codec of a DisplayID section starts with: the check of a getter, the header of a setter.
+// What every data block codec of a DisplayID section starts with: the check of a getter, the header of a
+// setter, and the ways in which these blocks store numbers.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
+#include <optional>
 
 #include "base/bytes.h"
 #include "base/log.h"
@@ -14,12 +16,106 @@ inline constexpr unsigned kDispIdHeaderSize = 3;    // tag, revision and flags, 
 inline constexpr unsigned kMaxDispIdPayload = 248;  // as many as a section of 256 bytes holds
 inline constexpr unsigned kMaxDispIdDataBlock = kDispIdHeaderSize + kMaxDispIdPayload;
 
+enum DispIdTag : uint8_t {
+  kProductIdTag = 0x00,
+  kDisplayParamsTag = 0x01,
+  kTypeITag = 0x03,
+  kTypeIiTag = 0x04,
+  kTypeIiiTag = 0x05,
+  kTypeIvTag = 0x06,
+  kVesaBitmapTag = 0x07,
+  kCtaBitmapTag = 0x08,
+  kRangeLimitsTag = 0x09,
+  kSerialNumberTag = 0x0A,
+  kDataStringTag = 0x0B,
+  kTypeVTag = 0x11,
+  kTypeViTag = 0x13,
+  kProductId20Tag = 0x20,
+  kDisplayParams20Tag = 0x21,
+  kTypeViiTag = 0x22,
+  kTypeViiiTag = 0x23,
+  kTypeIxTag = 0x24,
+  kRangeLimits20Tag = 0x25,
+  kTypeXTag = 0x2A,
+};
+
 constexpr uint8_t HeaderByte(const DispIdDataBlock& entry) {
   return Low8(entry.revision | entry.headerFlags << 3);
 }
 
 inline Bytes BytesOf(const DispIdDataBlock& entry) {
   return {entry.bytes, entry.size};
+}
+
+inline Bytes PayloadOf(const DispIdDataBlock& entry) {
+  return BytesOf(entry).From(kDispIdHeaderSize);
+}
+
+constexpr bool HasTag(const DispIdDataBlock* entry, uint8_t tag) {
+  return entry != nullptr && entry->tag == tag;
+}
+
+// The check of a getter: the tag and enough bytes.
+constexpr bool Matches(const DispIdDataBlock* entry, uint8_t tag, unsigned minSize) {
+  return HasTag(entry, tag) && entry->bytes != nullptr && entry->size >= minSize;
+}
+
+constexpr bool CanHold(const DispIdDataBlock* entry) {
+  return entry != nullptr && entry->bytes != nullptr;
+}
+
+// What a setter writes into the header; what it does not name stays as the caller set it.
+struct DispIdHeader {
+  uint8_t tag;
+  std::optional<uint8_t> revision = std::nullopt;
+  std::optional<uint8_t> flags = std::nullopt;
+};
+
+// Gives an entry its header over `payload` cleared bytes.
+inline LayoutWriter BeginDataBlock(DispIdDataBlock& entry, const DispIdHeader& header, unsigned payload) {
+  entry.tag = header.tag;
+  entry.revision = header.revision.value_or(entry.revision);
+  entry.headerFlags = header.flags.value_or(entry.headerFlags);
+  entry.size = Low8(payload + kDispIdHeaderSize);
+  std::memset(entry.bytes, 0, entry.size);
+  entry.bytes[0] = entry.tag;
+  entry.bytes[1] = HeaderByte(entry);
+  entry.bytes[2] = Low8(payload);
+  return LayoutWriter(entry.bytes);
+}
+
+// A field whose bytes hold a code for it: `decode` and `encode` are each other's reverse, whichever the layout needs.
+template <class Field, class Decode, class Encode, class... Places>
+constexpr void Coded(const LayoutReader& io, Field& field, Decode decode, Encode, Places... places) {
+  uint32_t code = 0;
+  io(code, places...);
+  field = static_cast<Field>(decode(code));
+}
+
+template <class Field, class Decode, class Encode, class... Places>
+constexpr void Coded(const LayoutWriter& io, const Field& field, Decode, Encode encode, Places... places) {
+  io(static_cast<uint32_t>(encode(uint32_t{field})), places...);
+}
+
+// Stored as field / unit - 1, as DisplayID stores whatever cannot be 0.
+template <class Io, class Field, class... Places>
+constexpr void Scaled(const Io& io, Field& field, uint32_t unit, Places... places) {
+  Coded(
+      io, field, [unit](uint32_t code) { return (code + 1) * unit; },
+      [unit](uint32_t value) { return value / unit - 1; }, places...);
+}
+
+template <class Io, class Field, class... Places>
+constexpr void LessOne(const Io& io, Field& field, Places... places) {
+  Scaled(io, field, 1, places...);
+}
+
+// Stored as the distance from `base`.
+template <class Io, class Field, class... Places>
+constexpr void Above(const Io& io, Field& field, uint32_t base, Places... places) {
+  Coded(
+      io, field, [base](uint32_t code) { return code + base; }, [base](uint32_t value) { return value - base; },
+      places...);
 }
 
 }  // namespace reedid

@@ -68,6 +68,49 @@ REEDID_API int32_t DispID_ReplaceDB(DispIdBlock* model, DispIdDataBlock* oldEntr
 /* The first entry with this tag; null if there is none. */
 REEDID_API DispIdDataBlock* DispID_FindDB(const DispIdBlock* model, uint32_t tag);
 
+/*
+ * Timings of a data block, by its tag and size: 0 for a tag without timings, -1 with a message for a null entry or a size
+ * below 3 or above 251. For the two bitmaps this is bits + 1 (modulo 256): element 0 is unused.
+ *
+ * The getters below deliver min(requested, this count) records into the caller's array; 0 requested delivers nothing.
+ * Setters take 1 to as many records as stands with them; a bad record is reported ("invalid timing") and ends the call
+ * with -1, with earlier records already in the buffer. `frameRate` of a detailed timing is left 0.
+ */
+REEDID_API int32_t DispID_GetTimingCnt(const DispIdDataBlock* entry);
+
+/* Type I (tag 0x03, 10 kHz units) and type VII (tag 0x22, 1 kHz units) detailed timings, 20 bytes each; 1..12. */
+REEDID_API int32_t DispID_Get20ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID_Set20ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
+REEDID_API int32_t DispID20_Get20ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);
+/* Keeps the entry's revision and headerFlags. */
+REEDID_API int32_t DispID20_Set20ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
+/* Type II detailed timings (tag 0x04), 11 bytes each, horizontal counts in units of 8 pixels; 1..22. */
+REEDID_API int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID_Set11ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
+/*
+ * Type VI detailed timings (tag 0x13), 14 bytes each, or 17 when the aspect code is not 8; at most 248 bytes. The 12-bit
+ * and the 4-bit value of bytes 15..16 stand in hImageSize and vImageSize. Keeps the entry's headerFlags.
+ */
+REEDID_API int32_t DispID_Get17ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID_Set17ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
+/* Type III short timings (tag 0x05), 3 bytes each; up to 82. */
+REEDID_API int32_t DispID_Get3ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID_Set3ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
+/* Type V short timings (tag 0x11), 7 bytes each; 1..35. */
+REEDID_API int32_t DispID_Get7ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID_Set7ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
+/*
+ * Type IX (tag 0x24) and type X (tag 0x2A) formula timings, 6 bytes each, plus (headerFlags >> 1) & 7 for type X; at most
+ * 248 bytes. The setter needs the tag set on entry and keeps tag, revision and headerFlags.
+ */
+REEDID_API int32_t DispID20_Get6ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested);
+REEDID_API int32_t DispID20_Set6ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
+
 #ifdef __cplusplus
 }
 #endif
