@@ -75,3 +75,5 @@ static_assert(sizeof(DispIdDataBlock) == 4 + (kPointer == 8 ? 4 : 0) + kPointer)
 PIN(DispIdBlock, dataBlocks, 8);
 PIN(DispIdBlock, payloadUsed, 8 + kPointer + 2);
 PIN(DispIdBlock, sectionSize, 8 + kPointer + 4);
+static_assert(sizeof(TimingCodeRecord) == (kPointer == 8 ? 16 : 8));
+PIN(TimingCodeRecord, codeCount, 3);

@@ -111,6 +111,30 @@ REEDID_API int32_t DispID_Set7ByteCVT(const CvtTiming* timings, uint32_t count, 
 REEDID_API int32_t DispID20_Get6ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested);
 REEDID_API int32_t DispID20_Set6ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
 
+/* Timing codes: DisplayID type IV and VIII, and extended tag 0x23 of CTA-861. */
+typedef struct TimingCodeRecord {
+  uint8_t codeType;     /* 0 DMT identifier, 1 VIC, 2 HDMI VIC */
+  uint8_t reserved;     /* CTA form: byte 2 bit 5, YCbCr 4:2:0; untouched by the DisplayID codecs */
+  uint8_t twoByteCodes; /* 1 two bytes per code, which is refused */
+  uint8_t codeCount;    /* codes delivered, or to write (1..248) */
+  uint8_t* codes;       /* the caller's buffer */
+} TimingCodeRecord;
+
+/* Type IV (tag 0x06) and type VIII (tag 0x23) timing codes; record->codes is the caller's buffer. */
+REEDID_API int32_t DispID_GetTimingCode(const DispIdDataBlock* entry, TimingCodeRecord* record, uint32_t requested);
+REEDID_API int32_t DispID_SetTimingCode(const TimingCodeRecord* record, DispIdDataBlock* entry);
+REEDID_API int32_t DispID20_GetTimingCode(const DispIdDataBlock* entry, TimingCodeRecord* record, uint32_t requested);
+REEDID_API int32_t DispID20_SetTimingCode(const TimingCodeRecord* record, DispIdDataBlock* entry);
+
+/*
+ * VESA (tag 0x07, element i = DMT identifier i) and CTA (tag 0x08, element i = VIC i) timing bitmaps: one byte per timing,
+ * element 0 unused. The setters take a non-zero multiple of 8 elements and write one byte past the entry's size.
+ */
+REEDID_API int32_t DispID_GetVESATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
+REEDID_API int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
+REEDID_API int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
+REEDID_API int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
+
 #ifdef __cplusplus
 }
 #endif
