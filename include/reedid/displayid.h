@@ -68,6 +68,69 @@ REEDID_API int32_t DispID_ReplaceDB(DispIdBlock* model, DispIdDataBlock* oldEntr
 /* The first entry with this tag; null if there is none. */
 REEDID_API DispIdDataBlock* DispID_FindDB(const DispIdBlock* model, uint32_t tag);
 
+/* Product identification, tag 0x00 (1.x) and 0x20 (2.0). */
+typedef struct ProductIdRecord {
+  uint8_t manufacturerId[3]; /* bytes 3..5: three letters (1.x) or an OUI (2.0) */
+  uint16_t productCode;
+  uint32_t serialNumber;
+  uint8_t week;        /* 1..54, 255 = `year` is a model year */
+  uint16_t year;       /* full year, from 2000 */
+  uint16_t nameLength; /* characters, 0..233 */
+  char* name;          /* the caller's buffer; the getter writes up to 234 characters with the terminating 0 */
+} ProductIdRecord;
+
+REEDID_API int32_t DispID_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record);
+REEDID_API int32_t DispID_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry);
+REEDID_API int32_t DispID20_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record);
+REEDID_API int32_t DispID20_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry);
+
+/* Display parameters 1.x, tag 0x01 (DisplayID 1.3, table 4-6). */
+typedef struct DisplayParamsRecord {
+  uint16_t hImageSize; /* 0.1 mm */
+  uint16_t vImageSize; /* 0.1 mm */
+  uint16_t hPixels;    /* native format */
+  uint16_t vPixels;
+  uint16_t gammaX100;  /* 100..354, 0 = not stated */
+  uint8_t audio;            /* byte 11 bit 7 */
+  uint8_t separateAudio;    /* bit 6 */
+  uint8_t audioOverride;    /* bit 5 */
+  uint8_t powerManagement;  /* bit 4 */
+  uint8_t fixedTiming;      /* bit 3 */
+  uint8_t fixedPixelFormat; /* bit 2 */
+  uint8_t supportsAI;       /* bit 1 */
+  uint8_t deinterlacing;    /* bit 0 */
+  uint16_t aspectRatioX100; /* 100..355 */
+  uint8_t nativeColorDepth;  /* bits per colour, 1..16 */
+  uint8_t overallColorDepth; /* bits per colour, 1..16 */
+} DisplayParamsRecord;
+
+REEDID_API int32_t DispID_GetDPDB(const DispIdDataBlock* entry, DisplayParamsRecord* record);
+/* An aspect ratio above 1.00 is written over block byte 0, the tag; the entry's `tag` stays 0x01. */
+REEDID_API int32_t DispID_SetDPDB(const DisplayParamsRecord* record, DispIdDataBlock* entry);
+
+/* Display parameters 2.0, tag 0x21 (DisplayID 2.0, table 4-2). */
+typedef struct DisplayParams20Record {
+  uint8_t sizeIn1mm;       /* header byte 1 bit 7: the block's sizes are in 1 mm */
+  uint32_t hImageSize;     /* 0.1 mm, whatever the block's unit */
+  uint32_t vImageSize;     /* 0.1 mm */
+  uint16_t hPixels;        /* native format */
+  uint16_t vPixels;
+  uint8_t features;        /* byte 11, raw */
+  uint16_t redX, redY;     /* CIE chromaticity, units of 1/4096 */
+  uint16_t greenX, greenY;
+  uint16_t blueX, blueY;
+  uint16_t whiteX, whiteY;
+  uint16_t maxLuminanceFull; /* half-precision code, full coverage */
+  uint16_t maxLuminance10;   /* half-precision code, 10 % coverage */
+  uint16_t minLuminance;     /* half-precision code */
+  uint8_t colorDepth;        /* bits per colour, 0 = not defined */
+  uint8_t technology;        /* 0 not specified, 1 LCD, 2 OLED */
+  uint16_t gammaX100;        /* 100..354, 0 = not stated */
+} DisplayParams20Record;
+
+REEDID_API int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams20Record* record);
+REEDID_API int32_t DispID20_SetDPDB(const DisplayParams20Record* record, DispIdDataBlock* entry);
+
 /*
  * Timings of a data block, by its tag and size: 0 for a tag without timings, -1 with a message for a null entry or a size
  * below 3 or above 251. For the two bitmaps this is bits + 1 (modulo 256): element 0 is unused.

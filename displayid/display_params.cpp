@@ -1,0 +1,135 @@
+// Display parameters: tag 0x01 (DisplayID 1.3, table 4-6) and tag 0x21 (DisplayID 2.0, table 4-2).
+//
+// 1.x, 15 bytes                                    2.0, 32 bytes
+//  3-6    image size, horizontal and vertical       1     bit 7: the image size is in 1 mm, else 0.1 mm
+//  7-10   native pixels, horizontal and vertical    3-6   image size
+//  11     features, see the layout                  7-10  native pixels
+//  12     gamma x 100 - 100, 255 = not stated       11    features, raw
+//  13     aspect ratio x 100 - 100                  12-23 chromaticities: x 11..0, y 11..0 in three bytes each
+//  14     colour depth - 1: native 7..4,            24-29 luminances
+//         overall 3..0                              30    technology 6..4, colour depth code 2..0
+//                                                   31    gamma as in 1.x
+
+#include "base/bytes.h"
+#include "base/log.h"
+#include "displayid/codec.h"
+
+namespace reedid {
+namespace {
+
+constexpr unsigned kSize = 15;
+constexpr unsigned k20Size = 32;
+constexpr uint8_t kSizeIn1mm = 0x10;  // of headerFlags
+constexpr uint32_t kNoGamma = 255;
+
+template <class Io, class Field>
+constexpr void Gamma(const Io& io, Field& field, Place place) {
+  Coded(
+      io, field, [](uint32_t code) { return code == kNoGamma ? 0 : code + 100; },
+      [](uint32_t value) { return value > 99 ? value - 100 : kNoGamma; }, place);
+}
+
+// Bits per colour - 1; a depth of 0 leaves the code 0.
+template <class Io, class Field>
+constexpr void Depth(const Io& io, Field& field, Place place) {
+  Coded(
+      io, field, [](uint32_t code) { return code + 1; }, [](uint32_t value) { return value == 0 ? 0 : value - 1; },
+      place);
+}
+
+// Code 1 is 6 bits per colour, and so on by twos.
+template <class Io, class Field>
+constexpr void Depth20(const Io& io, Field& field, Place place) {
+  Coded(
+      io, field, [](uint32_t code) { return code == 0 ? 0 : (code + 2) * 2; },
+      [](uint32_t value) { return value == 0 ? 0 : (value - 4) >> 1; }, place);
+}
+
+template <class Io, class Record>
+constexpr void DisplayParamsLayout(const Io& io, Record& r) {
+  io(r.hImageSize, Place{3}, Place{4});
+  io(r.vImageSize, Place{5}, Place{6});
+  io(r.hPixels, Place{7}, Place{8});
+  io(r.vPixels, Place{9}, Place{10});
+  io(r.audio, Place{11, 7, 1});
+  io(r.separateAudio, Place{11, 6, 1});
+  io(r.audioOverride, Place{11, 5, 1});
+  io(r.powerManagement, Place{11, 4, 1});
+  io(r.fixedTiming, Place{11, 3, 1});
+  io(r.fixedPixelFormat, Place{11, 2, 1});
+  io(r.supportsAI, Place{11, 1, 1});
+  io(r.deinterlacing, Place{11, 0, 1});
+  Gamma(io, r.gammaX100, Place{12});
+  Depth(io, r.nativeColorDepth, Place{14, 4, 4});
+  Depth(io, r.overallColorDepth, Place{14, 0, 4});
+}
+
+// All but the image size, whose unit the header tells.
+template <class Io, class Record>
+constexpr void DisplayParams20Layout(const Io& io, Record& r) {
+  io(r.hPixels, Place{7}, Place{8});
+  io(r.vPixels, Place{9}, Place{10});
+  io(r.features, Place{11});
+  const auto chromaticity = [&io](auto& x, auto& y, uint8_t at) {
+    io(x, Place{at}, Place{Low8(at + 1), 0, 4});
+    io(y, Place{Low8(at + 1), 4, 4}, Place{Low8(at + 2)});
+  };
+  chromaticity(r.redX, r.redY, 12);
+  chromaticity(r.greenX, r.greenY, 15);
+  chromaticity(r.blueX, r.blueY, 18);
+  chromaticity(r.whiteX, r.whiteY, 21);
+  io(r.maxLuminanceFull, Place{24}, Place{25});
+  io(r.maxLuminance10, Place{26}, Place{27});
+  io(r.minLuminance, Place{28}, Place{29});
+  Depth20(io, r.colorDepth, Place{30, 0, 3});
+  io(r.technology, Place{30, 4, 3});
+  Gamma(io, r.gammaX100, Place{31});
+}
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t DispID_GetDPDB(const DispIdDataBlock* entry, DisplayParamsRecord* record) {
+  if (!Matches(entry, kDisplayParamsTag, kSize) || entry->size != kSize || record == nullptr) {
+    return REEDID_ERR("invalid parameters");
+  }
+  *record = {};
+  DisplayParamsLayout(LayoutReader(BytesOf(*entry)), *record);
+  record->aspectRatioX100 = Low16(entry->bytes[13] + 100);
+  return 0;
+}
+
+int32_t DispID_SetDPDB(const DisplayParamsRecord* record, DispIdDataBlock* entry) {
+  if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
+  DisplayParamsLayout(BeginDataBlock(*entry, {kDisplayParamsTag, 0, 0}, kSize - kDispIdHeaderSize), *record);
+  // Established behaviour that callers count on: the aspect ratio goes to byte 0, over the tag, and byte 13 stays 0.
+  if (record->aspectRatioX100 > 100) entry->bytes[0] = Low8(record->aspectRatioX100 - 100);
+  return 0;
+}
+
+int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams20Record* record) {
+  if (!Matches(entry, kDisplayParams20Tag, k20Size) || entry->size != k20Size || record == nullptr) {
+    return REEDID_ERR("invalid parameters");
+  }
+  *record = {};
+  const Bytes bytes = BytesOf(*entry);
+  record->sizeIn1mm = (entry->headerFlags & kSizeIn1mm) != 0;
+  const uint32_t unit = record->sizeIn1mm ? 10 : 1;
+  record->hImageSize = bytes.Le16(3) * unit;
+  record->vImageSize = bytes.Le16(5) * unit;
+  DisplayParams20Layout(LayoutReader(bytes), *record);
+  return 0;
+}
+
+int32_t DispID20_SetDPDB(const DisplayParams20Record* record, DispIdDataBlock* entry) {
+  if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
+  const uint8_t flags = record->sizeIn1mm ? kSizeIn1mm : uint8_t{0};
+  const uint32_t unit = record->sizeIn1mm ? 10 : 1;
+  const LayoutWriter writer = BeginDataBlock(*entry, {kDisplayParams20Tag, 0, flags}, k20Size - kDispIdHeaderSize);
+  PutLe16(entry->bytes + 3, record->hImageSize / unit);
+  PutLe16(entry->bytes + 5, record->vImageSize / unit);
+  DisplayParams20Layout(writer, *record);
+  return 0;
+}
