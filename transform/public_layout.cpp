@@ -94,3 +94,8 @@ PIN(DisplayParams20Record, technology, 41);
 PIN(DisplayParams20Record, gammaX100, 42);
 static_assert(sizeof(TimingCodeRecord) == (kPointer == 8 ? 16 : 8));
 PIN(TimingCodeRecord, codeCount, 3);
+static_assert(sizeof(DispIdRangeLimits) == 28);
+PIN(DispIdRangeLimits, minHRate, 8);
+PIN(DispIdRangeLimits, minVBlank, 18);
+PIN(DispIdRangeLimits, interlaced, 20);
+PIN(DispIdRangeLimits, seamlessTransition, 24);

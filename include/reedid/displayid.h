@@ -198,6 +198,38 @@ REEDID_API int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, Di
 REEDID_API int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
 REEDID_API int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
 
+/* Video timing range limits: tag 0x09 (1.x) and dynamic range limits, tag 0x25 (2.0). */
+typedef struct DispIdRangeLimits {
+  uint32_t minPixelClock; /* kHz */
+  uint32_t maxPixelClock; /* kHz */
+  uint16_t minHRate;      /* kHz (1.x) */
+  uint16_t maxHRate;      /* kHz (1.x) */
+  uint16_t minHBlank;     /* pixels (1.x) */
+  uint16_t minVRate;      /* Hz */
+  uint16_t maxVRate;      /* Hz */
+  uint16_t minVBlank;     /* lines (1.x) */
+  uint8_t interlaced;         /* 1.x byte 17 bit 7 */
+  uint8_t cvtStandard;        /* 1.x byte 17 bit 6 */
+  uint8_t cvtReduced;         /* 1.x byte 17 bit 5 */
+  uint8_t discreteFrequency;  /* 1.x byte 17 bit 4 */
+  uint8_t seamlessTransition; /* 2.0 byte 11 bit 7 */
+} DispIdRangeLimits;
+
+REEDID_API int32_t DispID_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* limits);
+/* A clock out of range is reported ("invalid pclk") and written all the same. */
+REEDID_API int32_t DispID_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry);
+REEDID_API int32_t DispID20_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* limits);
+REEDID_API int32_t DispID20_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry);
+
+/*
+ * ASCII strings: serial number (tag 0x0A) and data string (tag 0x0B). A getter needs textSize of size - 2 or more. Setters
+ * cut at 248 characters with a message. Both setters write tag 0x0A.
+ */
+REEDID_API int32_t DispID_GetSerialNumber(const DispIdDataBlock* entry, char* text, uint32_t textSize);
+REEDID_API int32_t DispID_SetSerialNumber(const char* text, DispIdDataBlock* entry);
+REEDID_API int32_t DispID_GetDataString(const DispIdDataBlock* entry, char* text, uint32_t textSize);
+REEDID_API int32_t DispID_SetDataString(const char* text, DispIdDataBlock* entry);
+
 #ifdef __cplusplus
 }
 #endif

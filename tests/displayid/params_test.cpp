@@ -1,4 +1,4 @@
-// Product identification and display parameters.
+// Product identification, display parameters, range limits and strings.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -145,6 +145,80 @@ TEST(DispIdDisplayParams, Of20HaveUnitsAndDepthCodes) {
     ASSERT_EQ(DispID20_SetDPDB(&r, &target), 0);
     EXPECT_EQ(target.bytes[30], code) << depth;
     EXPECT_EQ(target.headerFlags, 0x10);
+  }
+}
+
+TEST(DispIdRangeLimitsBlock, ReadsAndWrites) {
+  const ByteVector clocks = {0x0F, 0x27, 0x00, 0xFF, 0xFF, 0xFF};
+  const ByteVector block = BlockOf(0x09, 0, Concat({clocks, {30, 160, 0x50, 0x01, 24, 144, 0x0C, 0x00, 0xA0}}));
+  const ByteVector block20 = BlockOf(0x25, 0x49, Concat({clocks, {24, 144, 0x80}}));
+  DispIdRangeLimits limits;
+  const Entry entry(block);
+  ASSERT_EQ(DispID_GetRangeLimits(&entry, &limits), 0);
+  EXPECT_EQ(limits.minPixelClock, 100000u);
+  EXPECT_EQ(limits.maxPixelClock, 167772160u);
+  EXPECT_EQ(limits.minHBlank, 0x150);
+  EXPECT_EQ(limits.maxVRate, 144);
+  EXPECT_EQ(limits.interlaced + limits.cvtReduced, 2);
+  Target target(18);
+  ASSERT_EQ(DispID_SetRangeLimits(&limits, &target), 0);
+  EXPECT_EQ(target.Block(), block);
+  const Entry entry20(block20);
+  ASSERT_EQ(DispID20_GetRangeLimits(&entry20, &limits), 0);
+  EXPECT_EQ(limits.minPixelClock, 10000u);
+  EXPECT_EQ(limits.maxPixelClock, 0x1000000u);
+  EXPECT_EQ(limits.maxHRate, 0);
+  EXPECT_EQ(limits.seamlessTransition, 1);
+  Target target20(12, 0x25, 1, 9);
+  ASSERT_EQ(DispID20_SetRangeLimits(&limits, &target20), 0);
+  EXPECT_EQ(target20.Block(), block20);
+}
+
+TEST(DispIdRangeLimitsBlock, EachBadClockIsOneLineAndWritten) {
+  struct Case {
+    uint32_t min, max;
+    int bad, bad20;
+  };
+  for (const Case& c : {Case{10, 167772169, 0, 1}, {9, 167772170, 2, 1}, {0, 5, 2, 1}, {1, 0x1000000, 1, 0}}) {
+    DispIdRangeLimits limits = {};
+    limits.minPixelClock = c.min;
+    limits.maxPixelClock = c.max;
+    Target target(18);
+    std::string expected, expected20;
+    for (int i = 0; i < c.bad; ++i) expected += Err("DispID_SetRangeLimits", "invalid pclk");
+    for (int i = 0; i < c.bad20; ++i) expected20 += Err("DispID20_SetRangeLimits", "invalid pclk");
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(DispID_SetRangeLimits(&limits, &target), 0); }), expected);
+    EXPECT_EQ(target.bytes[6], static_cast<uint8_t>(c.max / 10 - 1));
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(DispID20_SetRangeLimits(&limits, &target), 0); }), expected20);
+    EXPECT_EQ(target.bytes[6], static_cast<uint8_t>(c.max - 1));
+  }
+}
+
+TEST(DispIdStrings, BothAreWrittenAsSerialNumbers) {
+  for (const auto set : {DispID_SetSerialNumber, DispID_SetDataString}) {
+    Target target(7);
+    ASSERT_EQ(set("A-17", &target), 0);
+    EXPECT_EQ(target.Block(), (ByteVector{0x0A, 0, 4, 'A', '-', '1', '7'}));
+    char text[5];
+    EXPECT_EQ(DispID_GetSerialNumber(&target, text, 5), 0);
+    EXPECT_STREQ(text, "A-17");
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(DispID_GetSerialNumber(&target, text, 4), -1); }),
+              Err("DispID_GetSerialNumber", "invalid parameters"));
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(DispID_GetDataString(&target, text, 5), -1); }),
+              Err("DispID_GetDataString", "invalid parameters"));
+  }
+}
+
+TEST(DispIdStrings, WhatASectionCannotHoldIsCut) {
+  for (const auto& [length, log] : {std::pair<size_t, std::string>(0, ""),
+                                    {248, ""},
+                                    {249, Err("DispID_SetDataString", "invalid parameters")},
+                                    {300, Err("DispID_SetDataString", "invalid parameters")}}) {
+    const size_t stored = length < 248 ? length : 248;
+    Target target(stored + 3);
+    const std::string text(length, 's');
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(DispID_SetDataString(text.c_str(), &target), 0); }), log);
+    EXPECT_EQ(target.Block(), BlockOf(0x0A, 0, ByteVector(stored, 's')));
   }
 }
 
