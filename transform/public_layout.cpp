@@ -70,6 +70,7 @@ PIN(HfVsdbRecord, TMDS_Character_Rate, 2);
 PIN(HfVsdbRecord, Max_FRL_Rate, 11);
 PIN(HfVsdbRecord, VRRmax, 22);
 PIN(HfVsdbRecord, DSC_1p2, 25);
+static_assert(sizeof(StaticHdrRecord) == 8);
 
 static_assert(sizeof(DispIdDataBlock) == 4 + (kPointer == 8 ? 4 : 0) + kPointer);
 PIN(DispIdBlock, dataBlocks, 8);

@@ -233,6 +233,25 @@ REEDID_API int32_t CEA_GetHFVSDB(const CeaDataBlock* entry, HfVsdbRecord* record
 /* Rates, VRR and DSC values that contradict each other are reported and written all the same. */
 REEDID_API int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry);
 
+/* HDR Static Metadata Data Block, extended tag 6 (CTA-861, table 91). */
+typedef struct StaticHdrRecord {
+  uint8_t eotfSdr;              /* traditional gamma, SDR luminance range */
+  uint8_t eotfHdr;              /* traditional gamma, HDR luminance range */
+  uint8_t eotfPq;               /* SMPTE ST 2084 */
+  uint8_t eotfHlg;              /* hybrid log-gamma */
+  uint8_t staticMetadataType1;  /* static metadata descriptor type 1 */
+  uint8_t maxLuminance;         /* code v = 50 * 2^(v / 32) cd/m2; 0 = absent */
+  uint8_t maxFrameAvgLuminance; /* likewise */
+  uint8_t minLuminance;         /* code v = maximum * (v / 255)^2 / 100; 0 = absent */
+} StaticHdrRecord;
+
+/* Does not clear the record: luminance fields beyond the block's size keep the caller's values. */
+REEDID_API int32_t CEA_GetStaticHDR(const CeaDataBlock* entry, StaticHdrRecord* record);
+REEDID_API int32_t CEA_SetStaticHDR(const StaticHdrRecord* record, CeaDataBlock* entry);
+
+/* Vendor-Specific Video Data Block, extended tag 1: 1 for Dolby's OUI 00-D0-46, else 0 (also for refused arguments). */
+REEDID_API int32_t CEA_GetVSVDBType(const CeaDataBlock* entry);
+
 #ifdef __cplusplus
 }
 #endif
