@@ -71,6 +71,8 @@ PIN(HfVsdbRecord, Max_FRL_Rate, 11);
 PIN(HfVsdbRecord, VRRmax, 22);
 PIN(HfVsdbRecord, DSC_1p2, 25);
 static_assert(sizeof(StaticHdrRecord) == 8);
+static_assert(sizeof(Cea20ByteDtdRecord) == 40);
+PIN(Cea20ByteDtdRecord, timing, 4);
 
 static_assert(sizeof(DispIdDataBlock) == 4 + (kPointer == 8 ? 4 : 0) + kPointer);
 PIN(DispIdBlock, dataBlocks, 8);

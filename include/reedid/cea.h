@@ -252,6 +252,26 @@ REEDID_API int32_t CEA_SetStaticHDR(const StaticHdrRecord* record, CeaDataBlock*
 /* Vendor-Specific Video Data Block, extended tag 1: 1 for Dolby's OUI 00-D0-46, else 0 (also for refused arguments). */
 REEDID_API int32_t CEA_GetVSVDBType(const CeaDataBlock* entry);
 
+/* DisplayID Type VII Video Timing Data Block, extended tag 0x22 (CTA-861, 7.5.17). */
+typedef struct Cea20ByteDtdRecord {
+  uint8_t flagBit3;   /* byte 2 bit 3 */
+  uint8_t extraBytes; /* byte 2 bits 6..4: bytes beyond 20 per descriptor */
+  uint8_t preferred;  /* descriptor byte 3 bit 7; in a CTA block this is the YCbCr 4:2:0 flag */
+  DtdTiming timing;   /* its own `preferred` is 0 */
+} Cea20ByteDtdRecord;
+
+/* Reads the first descriptor only. */
+REEDID_API int32_t CEA_Get20ByteDTD(const CeaDataBlock* entry, Cea20ByteDtdRecord* record);
+REEDID_API int32_t CEA_Set20ByteDTD(const Cea20ByteDtdRecord* record, CeaDataBlock* entry);
+
+/* DisplayID Type VIII Video Timing Data Block, extended tag 0x23. `codes` needs room for 29 codes. */
+REEDID_API int32_t CEA_GetTimingCode(const CeaDataBlock* entry, TimingCodeRecord* record);
+REEDID_API int32_t CEA_SetTimingCode(const TimingCodeRecord* record, CeaDataBlock* entry);
+
+/* DisplayID Type X Video Timing Data Block, extended tag 0x2A. The getter's array needs room for 4 records. */
+REEDID_API int32_t CEA_Get6ByteCVT(const CeaDataBlock* entry, CvtTiming* timings);
+REEDID_API int32_t CEA_Set6ByteCVT(const CvtTiming* timings, uint32_t count, CeaDataBlock* entry);
+
 #ifdef __cplusplus
 }
 #endif
