@@ -1,0 +1,23 @@
+// The commands: options in, result on the streams, exit code out. What stops one is thrown as a ToolError.
+#pragma once
+
+#include <string>
+
+#include "streams.h"
+
+namespace reedid::tool {
+
+struct ConvertOptions {
+  std::string input;
+  std::string form;  // raw, hex or c
+  std::string output;
+};
+Exit RunConvert(const ConvertOptions& options, Streams& streams);
+
+struct SampleOptions {
+  std::string name;  // empty: list
+  std::string output;
+};
+Exit RunSample(const SampleOptions& options, Streams& streams);
+
+}  // namespace reedid::tool

@@ -1,0 +1,104 @@
+// The command line: which commands there are and what they take.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <sstream>
+
+#include "commands.h"
+#include "reedid/version.h"
+
+namespace reedid::tool {
+namespace {
+
+constexpr char kInputHelp[] =
+    "file (raw or hexadecimal text: plain, xxd, hexdump -C, C array), '-' for standard input, "
+    "/sys/class/drm/*/edid, or sample:NAME";
+constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
+
+constexpr char kFooter[] =
+    "Examples:\n"
+    "  xxd display.bin | reedid convert - --to c -o edid.h\n"
+    "\n"
+    "Results go to standard output, diagnostics and notes to standard error. What is written has the right\n"
+    "extension count and checksum in block 0, and a note tells when they were wrong before.\n";
+
+using Command = std::function<Exit(Streams&)>;
+
+// Adds a command whose options live as long as the parser; returns it for its options to be set up.
+template <class Options>
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command& chosen,
+                     Exit (*run)(const Options&, Streams&), Options*& options) {
+  CLI::App* command = app.add_subcommand(name, help);
+  auto owned = std::make_shared<Options>();
+  options = owned.get();
+  command->callback(
+      [owned, run, &chosen] { chosen = [owned, run](Streams& streams) { return run(*owned, streams); }; });
+  return command;
+}
+
+void AddConvert(CLI::App& app, Command& chosen) {
+  ConvertOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "convert", "The same EDID in another form", chosen, RunConvert, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--to", options->form, "raw bytes, hexadecimal text or a C array")
+      ->required()
+      ->check(CLI::IsMember({"raw", "hex", "c"}));
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void AddSample(CLI::App& app, Command& chosen) {
+  SampleOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "sample", "List the built-in EDIDs, or write one", chosen, RunSample, options);
+  command->add_option("name", options->name, "sample to write; without it, list them");
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void SetUp(CLI::App& app, Command& chosen) {
+  app.require_subcommand(1);
+  app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
+  app.failure_message([](const CLI::App*, const CLI::Error& error) {
+    return fmt::format("reedid: {}; see reedid --help\n", error.what());
+  });
+  AddConvert(app, chosen);
+  AddSample(app, chosen);
+  app.footer(std::string(kFooter) + "\n" + kExitCodesHelp);  // last: commands inherit what stands before them
+}
+
+Exit Run(int argc, char** argv, Streams& streams) {
+  CLI::App app("Reads, checks and edits the EDID of displays.", "reedid");
+  Command chosen;
+  SetUp(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    std::ostringstream help, message;
+    const bool wrong = app.exit(error, help, message) != 0;  // help and version are "errors" of code 0
+    streams.Result(help.str());
+    fmt::print(stderr, "{}", message.str());
+    return wrong ? Exit::kUsage : Exit::kDone;
+  }
+  return chosen(streams);
+}
+
+Exit Main(int argc, char** argv) {
+  try {
+    Streams streams;
+    return Run(argc, argv, streams);
+  } catch (const ToolError& error) {
+    Note(error.what());
+    return error.code();
+  } catch (const std::exception& error) {
+    Note(error.what());
+    return Exit::kNoMemory;
+  }
+}
+
+}  // namespace
+}  // namespace reedid::tool
+
+int main(int argc, char** argv) {
+  return static_cast<int>(reedid::tool::Main(argc, argv));
+}

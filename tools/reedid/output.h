@@ -1,0 +1,21 @@
+// Writing a result so that nothing is lost: the whole new file, or the old one untouched.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "streams.h"
+
+namespace reedid::tool {
+
+/*
+ * Writes bytes to `path`, "-" for standard output. A file is written under another name in its folder, brought to disk
+ * and renamed; it keeps the permissions and the links of the file that it replaces. A file without write permission is
+ * not replaced. Devices and pipes are written directly. Throws Exit::kOutput.
+ */
+void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Streams& streams);
+
+// Stops a command that writes when it was given no -o: Exit::kUsage.
+void RequireOutput(const std::string& path, const std::string& command);
+
+}  // namespace reedid::tool

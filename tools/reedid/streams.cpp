@@ -1,0 +1,108 @@
+#include "streams.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace reedid::tool {
+namespace {
+
+// A file opened later must not get the number of a closed standard stream: diagnostics would be written into it.
+void FillStandardDescriptors() {
+  int descriptor = open("/dev/null", O_RDWR);
+  while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = dup(descriptor);
+  if (descriptor > STDERR_FILENO) close(descriptor);
+}
+
+// Sends descriptor 1 somewhere else for the life of the object.
+class Redirect {
+ public:
+  explicit Redirect(int target) : target_(target), saved_(dup(STDOUT_FILENO)) {
+    std::fflush(stdout);
+    if (target_ < 0 || saved_ < 0 || dup2(target_, STDOUT_FILENO) < 0) {
+      throw ToolError(Exit::kNoMemory, fmt::format("cannot collect diagnostics: {}", std::strerror(errno)));
+    }
+  }
+  ~Redirect() {
+    std::fflush(stdout);
+    dup2(saved_, STDOUT_FILENO);
+    close(saved_);
+  }
+  Redirect(const Redirect&) = delete;
+  Redirect& operator=(const Redirect&) = delete;
+
+ private:
+  int target_;
+  int saved_;
+};
+
+struct Descriptor {
+  int value;
+  ~Descriptor() {
+    if (value >= 0) close(value);
+  }
+};
+
+}  // namespace
+
+Streams::Streams() {
+  const bool hasOutput = fcntl(STDOUT_FILENO, F_GETFD) >= 0;
+  FillStandardDescriptors();
+  if (hasOutput) result_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  std::fflush(stdout);
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+}
+
+Streams::~Streams() {
+  if (result_ >= 0) close(result_);
+}
+
+void Streams::Result(std::string_view text) {
+  Result(std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+}
+
+void Streams::Result(std::span<const uint8_t> bytes) {
+  const int error = result_ < 0 ? EBADF : WriteAll(result_, bytes);
+  if (error != 0) throw ToolError(Exit::kOutput, fmt::format("standard output: {}", std::strerror(error)));
+}
+
+bool Streams::ResultIsTerminal() const {
+  return result_ >= 0 && isatty(result_) == 1;
+}
+
+void Note(std::string_view message) {
+  fmt::print(stderr, "reedid: {}\n", message);
+}
+
+std::string CaptureDiagnostics(const std::function<void()>& work) {
+  const Descriptor memory{memfd_create("diagnostics", MFD_CLOEXEC)};
+  {
+    const Redirect redirect(memory.value);
+    work();
+  }
+  std::string text;
+  lseek(memory.value, 0, SEEK_SET);
+  char buffer[4096];
+  for (ssize_t got; (got = read(memory.value, buffer, sizeof buffer)) > 0;) {
+    text.append(buffer, static_cast<size_t>(got));
+  }
+  return text;
+}
+
+int WriteAll(int descriptor, std::span<const uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return written < 0 ? errno : EIO;
+    bytes = bytes.subspan(static_cast<size_t>(written));
+  }
+  return 0;
+}
+
+}  // namespace reedid::tool

@@ -1,0 +1,40 @@
+// Where the tool's words go. The library prints its diagnostics on standard output; the tool's own result must not be
+// mixed with them, so descriptor 1 becomes standard error and the real standard output is kept aside for results.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tool_error.h"
+
+namespace reedid::tool {
+
+// One per process, made before anything is opened or printed.
+class Streams {
+ public:
+  Streams();
+  ~Streams();
+  Streams(const Streams&) = delete;
+  Streams& operator=(const Streams&) = delete;
+
+  // A part of the result, on the real standard output. Throws Exit::kOutput.
+  void Result(std::string_view text);
+  void Result(std::span<const uint8_t> bytes);
+  bool ResultIsTerminal() const;
+
+ private:
+  int result_ = -1;
+};
+
+// One line on standard error, "reedid: ...".
+void Note(std::string_view message);
+
+// Runs `work` and returns the diagnostics that the library printed meanwhile.
+std::string CaptureDiagnostics(const std::function<void()>& work);
+
+// Writes all bytes to an open descriptor; an errno value, 0 when done.
+int WriteAll(int descriptor, std::span<const uint8_t> bytes);
+
+}  // namespace reedid::tool

@@ -1,0 +1,44 @@
+// How the tool ends, and the error that ends it.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace reedid::tool {
+
+using ByteVector = std::vector<uint8_t>;
+
+// The exit codes, in one place; --help shows kExitCodesHelp.
+enum class Exit : uint8_t {
+  kDone = 0,
+  kNo = 1,
+  kUsage = 2,
+  kInput = 3,
+  kOutput = 4,
+  kRefused = 5,
+  kNoMemory = 6,
+};
+
+inline constexpr char kExitCodesHelp[] =
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  the answer is no: the EDID is not valid, or it has no physical address\n"
+    "  2  wrong usage: unknown command or option, bad value, no -o\n"
+    "  3  the input cannot be read or is no EDID\n"
+    "  4  the output cannot be written; an existing file is as it was\n"
+    "  5  the edit was refused; nothing was written\n"
+    "  6  out of memory, or an error that should not happen\n";
+
+// The message names the file and says what to do.
+class ToolError : public std::runtime_error {
+ public:
+  ToolError(Exit code, const std::string& message) : std::runtime_error(message), code_(code) {}
+  Exit code() const { return code_; }
+
+ private:
+  Exit code_;
+};
+
+}  // namespace reedid::tool
