@@ -7,6 +7,16 @@
 
 namespace reedid::tool {
 
+struct ShowOptions {
+  std::string input;
+};
+Exit RunShow(const ShowOptions& options, Streams& streams);
+
+struct CheckOptions {
+  std::string input;
+};
+Exit RunCheck(const CheckOptions& options, Streams& streams);
+
 struct ConvertOptions {
   std::string input;
   std::string form;  // raw, hex or c

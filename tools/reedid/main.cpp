@@ -20,7 +20,10 @@ constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced
 
 constexpr char kFooter[] =
     "Examples:\n"
+    "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
+    "  reedid check display.bin                          is its EDID valid?\n"
     "  xxd display.bin | reedid convert - --to c -o edid.h\n"
+    "  reedid show sample:tv-4k                          try it without a display\n"
     "\n"
     "Results go to standard output, diagnostics and notes to standard error. What is written has the right\n"
     "extension count and checksum in block 0, and a note tells when they were wrong before.\n";
@@ -37,6 +40,21 @@ CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command&
   command->callback(
       [owned, run, &chosen] { chosen = [owned, run](Streams& streams) { return run(*owned, streams); }; });
   return command;
+}
+
+void AddShow(CLI::App& app, Command& chosen) {
+  ShowOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+}
+
+void AddCheck(CLI::App& app, Command& chosen) {
+  CheckOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->footer(
+      "Valid is an image whose blocks are all of a known kind, can be opened and have right checksums,\n"
+      "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all.");
 }
 
 void AddConvert(CLI::App& app, Command& chosen) {
@@ -62,6 +80,8 @@ void SetUp(CLI::App& app, Command& chosen) {
   app.failure_message([](const CLI::App*, const CLI::Error& error) {
     return fmt::format("reedid: {}; see reedid --help\n", error.what());
   });
+  AddShow(app, chosen);
+  AddCheck(app, chosen);
   AddConvert(app, chosen);
   AddSample(app, chosen);
   app.footer(std::string(kFooter) + "\n" + kExitCodesHelp);  // last: commands inherit what stands before them

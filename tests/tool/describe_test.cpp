@@ -1,0 +1,154 @@
+#include "tools/reedid/describe.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/edid_builder.h"
+#include "tools/reedid/samples.h"
+#include "tools/reedid/streams.h"
+
+namespace reedid::tool {
+namespace {
+
+using test::Cta;
+using test::Edid;
+using test::Section;
+
+// The account of an image, without the diagnostics that making it prints.
+std::string Show(const ByteVector& bytes) {
+  std::string text;
+  CaptureDiagnostics([&] { text = ToText(DescribeImage(Image::FromBytes("x", bytes))); });
+  return text;
+}
+
+TEST(Describe, CtaDataBlocks) {
+  const struct {
+    const char* name;
+    Cta cta;
+    const char* line;
+  } cases[] = {
+      {"every native mark", Cta().Vdb({0x90, 0x84, 5}), "VICs  16 (native), 4 (native), 5\n"},
+      {"VICs that look marked", Cta().Vdb({193, 128, 129}), "VICs  193, 128, 1 (native)\n"},
+      {"no VIC", Cta().Vdb({}), "Not decoded  its size"},
+      {"extended audio", Cta().Block(1, {0x7A, 0x07, 0x22}), "MPEG-4 HE AAC  3 channels; 32, 44.1, 48 kHz"},
+      {"3D audio channels", Cta().Block(1, {0xFF, 0x04, 0x68}), "L-PCM 3D Audio  16 channels; 48 kHz; no bits\n"},
+      {"HDMI address alone", Cta().Block(3, {0x03, 0x0C, 0x00, 0x12, 0x34}), "Physical address  1.2.3.4\n"},
+      {"HDMI cut off", Cta().Block(3, {0x03, 0x0C, 0x00}), "HDMI 1.4b\n      Not decoded"},
+      {"HDMI latency", Cta().Hdmi(0x1000, {0, 0, 0x80, 11, 0}), "Latency           video 20 ms, audio 0 ms\n"},
+      {"HDMI Forum with reserved rate", Cta().HdmiForum({1, 0, 0x80, 0xF0}), "FRL rate           reserved\n"},
+      {"another vendor", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}),
+       "Data Block (3), AMD\n      Bytes  64 1a 00 00 05\n"},
+      {"no OUI", Cta().Block(3, {0x1A}), "Vendor-Specific Data Block (3)\n      Bytes  61 1a\n"},
+      {"vendor's video", Cta().Extended(1, {0x46, 0xD0, 0x00}), "Video Data Block (7/1), Dolby\n"},
+      {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  e2 63 01\n"},
+      {"4:2:0 map of everything", Cta().Vdb({97}).Extended(15, {}), "4:2:0 too  all of the Video Data Block\n"},
+      {"4:2:0 map of nothing", Cta().Extended(15, {1}), "Not decoded"},
+      {"4:2:0 only, above 128", Cta().Extended(14, {97, 218}), "4:2:0 only  97, 218\n"},
+      {"scan behaviour", Cta().Extended(0, {0xC9}), "IT formats        always underscanned\n"},
+      {"colorimetry", Cta().Extended(5, {0x80, 0xC0}), "Colorimetry  BT2020RGB, ICtCp, DCI-P3\n"},
+  };
+  for (const auto& c : cases) {
+    const std::string text = Show(Edid().Extension(c.cta).Build());
+    EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
+  }
+}
+
+TEST(Describe, BaseBlock) {
+  const struct {
+    const char* name;
+    Edid edid;
+    const char* line;
+  } cases[] = {
+      {"analog input", Edid(3).Set(20, {0x20}), "analog, 0.714/0.286 V\n"},
+      {"before 1.4, low bits are no interface", Edid(3).Set(20, {0x85}), "digital, DFP 1.x compatible\n"},
+      {"reserved bit depth", Edid(4).Set(20, {0xF5}), "digital, DisplayPort, bit depth not stated\n"},
+      {"aspect ratio for a size", Edid(4).Set(21, {79, 0}), "aspect ratio 1.78\n"},
+      {"gamma kept elsewhere", Edid().Set(23, {0xFF}), "not stated\n"},
+      {"model year", Edid().Set(16, {255, 36}), "model year 2026\n"},
+      {"last established timing", Edid().Set(35, {0, 0, 0xC1}), "1152x870 75 Hz\n"},
+      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's       41\n"},
+      {"standard timing", Edid().Set(38, {0xD1, 0xC0}), "Standard timings     1920x1080 60 Hz\n"},
+      {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "fe Text: a\\x1b\n"},
+      {"rates above 255", Edid().Descriptor(0xFD, {0x0E, 48, 1, 30, 45, 0xFF, 4}), "48 to 256 Hz\n"},
+      {"analog composite sync", Edid().Set(54, {1, 0}), "Sync        analog composite\n"},
+      {"no timing at all", Edid().Set(54, {1, 0}), ": 0x0 0.000 Hz 0.010 MHz\n"},
+  };
+  for (const auto& c : cases) {
+    Edid edid = c.edid;
+    const std::string text = Show(edid.Build());
+    EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
+  }
+}
+
+TEST(Describe, Sections) {
+  const ByteVector v2 = Edid().Extension(Section(0x20, 5).Block(0x22, 0x09, {1, 2})).Build();
+  EXPECT_NE(Show(v2).find("Primary use case  5, desktop gaming\n"), std::string::npos) << Show(v2);
+  EXPECT_NE(
+      Show(v2).find("Type VII Timing, Detailed (22), revision 1\n      Flags  0x01\n      Bytes  22 09 02 01 02\n"),
+      std::string::npos);
+  const ByteVector alone = Section(0x12, 6).Block(0x55, 0, {7}).Build();
+  EXPECT_EQ(Show(alone).find("x: DisplayID, 1 block, 9 bytes\n"), 0u) << Show(alone);
+  EXPECT_NE(Show(alone).find("6, direct drive monitor\n"), std::string::npos);
+  EXPECT_NE(Show(alone).find("Reserved (55), revision 0\n"), std::string::npos);
+}
+
+TEST(Image, FaultsOfBlock0AreNamedAndMended) {
+  const struct {
+    const char* name;
+    size_t at;
+    uint8_t value;
+    ByteVector extension;
+    const char* faults;
+  } cases[] = {
+      {"nothing", 126, 1, Cta().Vdb({16}).Build(), ""},
+      {"count", 126, 7, Cta().Vdb({16}).Build(), "count byte 7, but 1 follow"},
+      {"the override explains it", 126, 3, Cta().Extended(0x78, {1}).Build(),
+       "as the HDMI Forum's override block says"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const ByteVector right = Edid().Extension(c.extension).Build();
+    ByteVector wrong = right;
+    wrong[c.at] = c.value;
+    Image image = Image::FromBytes("x", wrong);
+    EXPECT_NE(image.firstBlockFaults().find(c.faults), std::string::npos) << image.firstBlockFaults();
+    EXPECT_EQ(image.firstBlockFaults().empty(), wrong == right);
+    EXPECT_EQ(image.Generate(), right);
+  }
+}
+
+// VIC 219 stands in the table at 155; an interlaced field has half a line more than its descriptor says.
+TEST(Describe, NumbersThatAreStoredOtherwise) {
+  ByteVector bytes = SampleBytes("gaming-dp");
+  bytes[128 + 5] = 219;
+  const DtdTiming field = {74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 60, 8, 0, 0, 0, 0, 0};
+  DtdSlot slot;
+  ASSERT_EQ(VESA_SetDTD(&field, &slot), 0);
+  EXPECT_EQ(DescribeDtd("x", slot).title, "x: 1920x1080i 60.000 Hz 74.250 MHz");
+  std::string text;
+  CaptureDiagnostics([&] { text = ToText(DescribeImage(Image::FromBytes("x", bytes))); });
+  EXPECT_NE(text.find("VICs  219, 63, 4"), std::string::npos);
+  EXPECT_NE(text.find("b1, wrong (must be"), std::string::npos);
+}
+
+// Any byte of an image may be anything; an account of it is made or the image is refused.
+TEST(Describe, SurvivesEveryByte) {
+  const ByteVector whole = SampleBytes("tv-4k");
+  size_t shown = 0;
+  CaptureDiagnostics([&] {
+    for (size_t i = 0; i < whole.size(); ++i) {
+      for (const uint8_t value : ByteVector{0x00, 0x1F, 0x7F, 0xE1, 0xFF}) {
+        ByteVector bytes = whole;
+        bytes[i] = value;
+        try {
+          shown += ToText(DescribeImage(Image::FromBytes("x", bytes))).size() > 1000;
+        } catch (const ToolError& error) {
+          EXPECT_LT(i, 8u) << error.what();
+        }
+      }
+    }
+  });
+  EXPECT_GT(shown, (whole.size() - 8) * 5);
+}
+
+}  // namespace
+}  // namespace reedid::tool

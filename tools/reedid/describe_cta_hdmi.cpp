@@ -1,0 +1,102 @@
+// The vendor-specific data blocks of HDMI.
+
+#include <fmt/format.h>
+
+#include "describe.h"
+
+namespace reedid::tool {
+namespace {
+
+const char* FrlText(unsigned rate) {
+  static constexpr const char* kRates[] = {"none",
+                                           "3 Gbit/s on 3 lanes",
+                                           "6 Gbit/s on 3 lanes",
+                                           "6 Gbit/s on 4 lanes",
+                                           "8 Gbit/s on 4 lanes",
+                                           "10 Gbit/s on 4 lanes",
+                                           "12 Gbit/s on 4 lanes"};
+  return rate < std::size(kRates) ? kRates[rate] : "reserved";
+}
+
+const char* SlicesText(unsigned code) {
+  static constexpr const char* kSlices[] = {"none",         "1 at 340 MHz", "2 at 340 MHz",  "4 at 340 MHz",
+                                            "8 at 340 MHz", "8 at 400 MHz", "12 at 400 MHz", "16 at 400 MHz"};
+  return code < std::size(kSlices) ? kSlices[code] : "reserved";
+}
+
+std::string HdmiVicText(const H14bRecord& r) {
+  static constexpr const char* kNames[] = {"reserved", "3840x2160 30 Hz", "3840x2160 25 Hz", "3840x2160 24 Hz",
+                                           "4096x2160 24 Hz"};
+  std::string text;
+  for (unsigned i = 0; i < r.hdmiVicLen && i < std::size(r.hdmiVics); ++i) {
+    const unsigned vic = r.hdmiVics[i];
+    text += fmt::format("{}{} ({})", i == 0 ? "" : ", ", vic, vic < std::size(kNames) ? kNames[vic] : "reserved");
+  }
+  return text;
+}
+
+void AddVrrAndDsc(const HfVsdbRecord& r, Node& node) {
+  if (r.VRRmax != 0 || r.VRRmin != 0) node.Add("VRR", fmt::format("{} to {} Hz", r.VRRmin, r.VRRmax));
+  if (!r.DSC_1p2) return;
+  const NamedFlag flags[] = {{r.dscNative420, "native 4:2:0"},
+                             {r.dscAllBpp, "all bit rates"},
+                             {r.dsc10bpc, "10 bits"},
+                             {r.dsc12bpc, "12 bits"},
+                             {r.dsc16bpc, "16 bits"}};
+  node.Add("DSC 1.2a", SetFlags(flags, "yes"));
+  node.Add("DSC FRL rate", FrlText(r.DSC_Max_FRL_Rate));
+  node.Add("DSC slices", SlicesText(r.DSC_MaxSlices));
+  node.Add("DSC chunk", fmt::format("{} KiB", r.DSC_TotalChunkKBytes));
+}
+
+}  // namespace
+
+std::string PhysAddrText(uint16_t address) {
+  return fmt::format("{:x}.{:x}.{:x}.{:x}", address >> 12, address >> 8 & 0xF, address >> 4 & 0xF, address & 0xF);
+}
+
+bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node) {
+  H14bRecord r;
+  if (CEA_GetH14bVSDB(&entry, &r) != 0) return false;
+  const NamedFlag flags[] = {{r.supportsAI, "AI packets"},        {r.DC_48bit, "48-bit colour"},
+                             {r.DC_36bit, "36-bit colour"},       {r.DC_30bit, "30-bit colour"},
+                             {r.DC_Y444, "deep colour in 4:4:4"}, {r.DVI_Dual, "DVI dual link"}};
+  const NamedFlag contents[] = {{r.cnc[0], "graphics"}, {r.cnc[1], "photo"}, {r.cnc[2], "cinema"}, {r.cnc[3], "game"}};
+  node.Add("Physical address", PhysAddrText(r.physAddr));
+  node.Add("Supports", SetFlags(flags));
+  node.Add("Max TMDS clock", r.max_TMDS_Clock == 0 ? "not stated" : fmt::format("{} MHz", r.max_TMDS_Clock));
+  if (entry.size >= 9) node.Add("Content types", SetFlags(contents));
+  if (r.latencyPresent) node.Add("Latency", fmt::format("video {} ms, audio {} ms", r.videoLatency, r.audioLatency));
+  if (r.iLatencyPresent) {
+    node.Add("Interlaced latency", fmt::format("video {} ms, audio {} ms", r.iVideoLatency, r.iAudioLatency));
+  }
+  if (r.hdmiVicLen != 0) node.Add("HDMI VICs", HdmiVicText(r));
+  return true;
+}
+
+bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node) {
+  HfVsdbRecord r;
+  if (CEA_GetHFVSDB(&entry, &r) != 0) return false;
+  const NamedFlag flags[] = {{r.scdcPresent, "SCDC"},
+                             {r.rrCapable, "read request"},
+                             {r.ccbpci, "colour content bits"},
+                             {r.lte340Scramble, "scrambling up to 340 MHz"},
+                             {r.independentView, "independent view"},
+                             {r.dualView, "dual view"},
+                             {r.osdDisparity3d, "3D OSD disparity"}};
+  const NamedFlag depths[] = {{r.dc48bit420, "48 bits"}, {r.dc36bit420, "36 bits"}, {r.dc30bit420, "30 bits"}};
+  const NamedFlag gaming[] = {
+      {r.mDelta, "M delta"}, {r.cinemaVrr, "cinema VRR"},        {r.cnmVrr, "negative M VRR"}, {r.fva, "FVA"},
+      {r.allm, "ALLM"},      {r.fapaStartLocation, "FAPA start"}};
+  node.Add("Version", fmt::format("{}", r.version));
+  node.Add("Max TMDS rate",
+           r.TMDS_Character_Rate == 0 ? "up to 340 MHz" : fmt::format("{} MHz", r.TMDS_Character_Rate));
+  node.Add("Supports", SetFlags(flags));
+  node.Add("FRL rate", FrlText(r.Max_FRL_Rate));
+  node.Add("Deep colour 4:2:0", SetFlags(depths));
+  if (entry.size >= 9) node.Add("Features", SetFlags(gaming));
+  AddVrrAndDsc(r, node);
+  return true;
+}
+
+}  // namespace reedid::tool

@@ -1,0 +1,14 @@
+// show: a readable account of everything in the image.
+
+#include "commands.h"
+#include "describe.h"
+
+namespace reedid::tool {
+
+Exit RunShow(const ShowOptions& options, Streams& streams) {
+  const Image image = Image::Read(options.input);
+  streams.Result(ToText(DescribeImage(image)));
+  return Exit::kDone;
+}
+
+}  // namespace reedid::tool
