@@ -17,6 +17,22 @@ struct CheckOptions {
 };
 Exit RunCheck(const CheckOptions& options, Streams& streams);
 
+struct PhysOptions {
+  std::string input;
+  std::string address;  // empty: read
+  std::string output;
+  bool allowLoss = false;
+};
+Exit RunPhys(const PhysOptions& options, Streams& streams);
+
+struct ToHdmiOptions {
+  std::string input;
+  std::string address = "1.0.0.0";
+  std::string output;
+  bool allowLoss = false;
+};
+Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams);
+
 struct ConvertOptions {
   std::string input;
   std::string form;  // raw, hex or c

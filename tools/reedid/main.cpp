@@ -17,11 +17,15 @@ constexpr char kInputHelp[] =
     "file (raw or hexadecimal text: plain, xxd, hexdump -C, C array), '-' for standard input, "
     "/sys/class/drm/*/edid, or sample:NAME";
 constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
+constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
 
 constexpr char kFooter[] =
     "Examples:\n"
     "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
     "  reedid check display.bin                          is its EDID valid?\n"
+    "  reedid phys display.bin                           print the physical address\n"
+    "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater\n"
+    "  reedid to-hdmi dvi.bin --phys 1.0.0.0 -o hdmi.bin an HDMI EDID from a DVI one\n"
     "  xxd display.bin | reedid convert - --to c -o edid.h\n"
     "  reedid show sample:tv-4k                          try it without a display\n"
     "\n"
@@ -57,6 +61,28 @@ void AddCheck(CLI::App& app, Command& chosen) {
       "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all.");
 }
 
+void AddPhys(CLI::App& app, Command& chosen) {
+  PhysOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "phys", "Read or set the HDMI physical address", chosen, RunPhys, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("address", options->address,
+                      "new address, as 1.2.0.0 or 0x1200; without it, print the present one");
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+}
+
+void AddToHdmi(CLI::App& app, Command& chosen) {
+  ToHdmiOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "to-hdmi", "Turn a DVI EDID into an HDMI one", chosen, RunToHdmi, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
+  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->footer(
+      "Adds two-channel audio, front speakers and the HDMI block to the CTA-861 extension (a new one if\n"
+      "there is none), which becomes the last block.");
+}
+
 void AddConvert(CLI::App& app, Command& chosen) {
   ConvertOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "convert", "The same EDID in another form", chosen, RunConvert, options);
@@ -82,6 +108,8 @@ void SetUp(CLI::App& app, Command& chosen) {
   });
   AddShow(app, chosen);
   AddCheck(app, chosen);
+  AddPhys(app, chosen);
+  AddToHdmi(app, chosen);
   AddConvert(app, chosen);
   AddSample(app, chosen);
   app.footer(std::string(kFooter) + "\n" + kExitCodesHelp);  // last: commands inherit what stands before them

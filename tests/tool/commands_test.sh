@@ -1,0 +1,192 @@
+# The commands from end to end: results, exit codes, and that nothing is lost when something fails.
+# Usage: sh commands_test.sh path-of-reedid
+tool=$1
+dir=$(mktemp -d) || exit 1
+trap 'rm -rf "$dir"' EXIT
+cd "$dir" || exit 1
+failures=0
+
+fail() {
+  echo "FAILED: $*"
+  failures=$((failures + 1))
+}
+
+# expect CODE ARGUMENTS...: runs the tool; its streams are in the files out and err.
+expect() {
+  code=$1
+  shift
+  "$tool" "$@" >out 2>err </dev/null
+  got=$?
+  [ $got -eq "$code" ] || fail "reedid $*: exit code $got instead of $code: $(cat err)"
+}
+has() { grep -q -- "$2" "$1" || fail "no '$2' in: $(cat "$1")"; }
+same() { cmp -s "$1" "$2" || fail "$1 and $2 differ"; }
+byte() { od -An -t u1 -j "$2" -N 1 "$1" | tr -d ' '; }
+# poke FILE OFFSET OCTAL: changes one byte.
+poke() { printf "\\$3" | dd of="$1" bs=1 seek="$2" conv=notrunc 2>/dev/null; }
+
+# --- samples and what reads them
+for name in tv-4k dvi gaming-dp; do
+  expect 0 sample $name -o $name.bin
+  expect 0 check $name.bin
+  has out "$name.bin: valid"
+  expect 0 show sample:$name
+  [ -s err ] && fail "show sample:$name complained: $(cat err)"
+done
+expect 0 sample
+has out '^gaming-dp '
+expect 3 show sample:nothing
+has err 'tv-4k, dvi, gaming-dp'
+
+# --- input that is none
+printf 'no EDID here' >prose.txt
+head -c 100 tv-4k.bin >cut.bin
+head -c 256 /dev/zero >zero.bin
+: >empty.bin
+for input in prose.txt cut.bin zero.bin empty.bin missing.bin . /dev/zero -; do
+  expect 3 show "$input"
+  has err "reedid: "
+  [ -s out ] && fail "show $input wrote a result"
+  expect 3 check "$input"
+done
+{ cat tv-4k.bin; printf x; } >longer.bin
+expect 3 convert longer.bin --to raw -o new.bin
+has err 'longer.bin: 257 bytes'
+# 256 blocks would be counted as none
+{ cat tv-4k.bin; head -c 32512 /dev/zero; } >blocks256.bin
+expect 3 show blocks256.bin
+has err 'at most 255'
+# a DisplayID section with bytes behind it that belong to none
+printf '\022\000\000\000\356' >section.bin
+expect 0 show section.bin
+has out 'DisplayID, 1 block'
+printf '\022\000\000\000\356\001\002' >tail.bin
+expect 3 convert tail.bin --to raw -o new.bin
+has err '2 of 7 bytes'
+[ -e new.bin ] && fail 'a refused input left an output'
+
+# --- check
+cp tv-4k.bin bad.bin
+poke bad.bin 140 001
+expect 1 check bad.bin
+has out 'bad.bin: not valid'
+has out 'block 1 *warning: checksum error'
+[ -s err ] && fail "check left diagnostics on standard error: $(cat err)"
+head -c 128 tv-4k.bin >half.bin
+expect 1 check half.bin
+has out 'count byte 1, but 0 follow'
+# diagnostics of the other commands are not part of their result
+expect 0 phys bad.bin
+[ "$(cat out)" = 1.0.0.0 ] || fail "phys printed: $(cat out)"
+has err 'checksum error'
+
+# --- phys
+expect 0 phys tv-4k.bin 1.2.0.0 -o out.bin
+expect 0 phys out.bin
+[ "$(cat out)" = 1.2.0.0 ] || fail "phys printed: $(cat out)"
+changed=$(cmp -l tv-4k.bin out.bin | wc -l)
+[ "$changed" -eq 2 ] || fail "phys changed $changed bytes instead of one and the checksum"
+expect 0 phys out.bin 0x3000 -o out.bin
+expect 0 phys out.bin
+[ "$(cat out)" = 3.0.0.0 ] || fail "phys in place printed: $(cat out)"
+expect 1 phys dvi.bin
+has err 'to-hdmi'
+expect 5 phys dvi.bin 1.0.0.0 -o new.bin
+has err 'to-hdmi'
+expect 0 phys tv-4k.bin 1.0.2.0 -o out.bin
+has err 'stands behind a 0'
+# writing the extension anew drops what stands behind the timings; that is refused unless it is allowed
+cp tv-4k.bin behind.bin
+poke behind.bin 250 101
+expect 5 phys behind.bin 1.2.0.0 -o new.bin
+has err '1 byte(s) behind'
+expect 0 phys behind.bin 1.2.0.0 --allow-loss -o out.bin
+has err '1 byte(s) behind.* given up'
+for address in 1.2.0 1.2.0.0.0 1.2.0.g 0x123 0x12345 1,2,0,0 12.0.0.0 1200 0x-123; do
+  expect 2 phys tv-4k.bin "$address" -o new.bin
+  has err 'like 1.2.0.0'
+done
+
+# --- to-hdmi
+expect 0 to-hdmi dvi.bin --phys 2.1.0.0 -o hdmi.bin
+expect 0 check hdmi.bin
+expect 0 phys hdmi.bin
+[ "$(cat out)" = 2.1.0.0 ] || fail "to-hdmi: phys printed: $(cat out)"
+[ "$(byte hdmi.bin 126)" = 1 ] || fail 'to-hdmi: count byte'
+expect 5 to-hdmi hdmi.bin -o new.bin
+has err 'HDMI already'
+head -c 128 gaming-dp.bin >dp.bin
+tail -c 128 gaming-dp.bin >>dp.bin
+expect 5 to-hdmi dp.bin -o new.bin
+has err 'block 1 (DisplayID extension) would be lost'
+[ -e new.bin ] && fail 'a refused edit left an output'
+expect 0 to-hdmi dp.bin --allow-loss -o new.bin
+has err 'given up'
+expect 5 to-hdmi section.bin -o new2.bin
+[ -e new2.bin ] && fail 'a DisplayID structure became HDMI'
+
+# --- convert: every form comes back
+for name in tv-4k dvi gaming-dp; do
+  for form in hex c raw; do
+    expect 0 convert $name.bin --to $form -o text
+    expect 0 convert text --to raw -o back.bin
+    same $name.bin back.bin
+  done
+  "$tool" convert $name.bin --to hex -o - | "$tool" convert - --to raw -o - >back.bin
+  same $name.bin back.bin
+done
+expect 2 convert dvi.bin --to png -o text
+# block 0 is put right, and that is said
+expect 0 convert half.bin --to raw -o back.bin
+has err 'block 0 corrected .*count byte 1, but 0 follow'
+expect 0 check back.bin
+[ "$(byte back.bin 126)" = 0 ] || fail 'convert: count byte'
+
+# --- no output named
+rm -f new.bin
+for command in 'phys tv-4k.bin 1.2.0.0' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi'; do
+  expect 2 $command
+  has err ' -o '
+  [ -s out ] && fail "$command without -o wrote a result"
+done
+expect 0 sample tv-4k -o again.bin
+same tv-4k.bin again.bin
+expect 2 phys tv-4k.bin -o new.bin
+expect 2
+expect 2 frobnicate
+expect 0 --help
+has out 'Exit codes'
+expect 0 --version
+
+# --- output that cannot be written: the old file stays, no temporary file does
+cp dvi.bin old.bin
+chmod 444 old.bin
+expect 4 convert tv-4k.bin --to raw -o old.bin
+has err 'write-protected'
+same old.bin dvi.bin
+chmod 644 old.bin
+(
+  trap '' XFSZ
+  ulimit -f 0
+  exec "$tool" convert tv-4k.bin --to raw -o old.bin 2>&1
+) | grep -q 'not written' || fail 'a full disk was not reported'
+same old.bin dvi.bin
+for output in . missing/out.bin /dev/full /proc/out.bin; do
+  expect 4 convert tv-4k.bin --to raw -o $output
+  has err "$output"
+done
+"$tool" convert tv-4k.bin --to raw -o - >/dev/full 2>err && fail 'a full standard output was not noticed'
+has err 'standard output'
+"$tool" show tv-4k.bin >&- 2>err && fail 'a closed standard output was not noticed'
+ls -A | grep -q '^\.reedid' && fail 'a temporary file was left'
+
+# --- output that replaces: links and permissions stay
+ln -s old.bin link.bin
+chmod 640 old.bin
+expect 0 convert tv-4k.bin --to raw -o link.bin
+[ -L link.bin ] || fail 'the link was replaced'
+same old.bin tv-4k.bin
+case $(ls -l old.bin) in -rw-r-----*) ;; *) fail "permissions: $(ls -l old.bin)" ;; esac
+
+[ $failures -eq 0 ] || { echo "$failures failures"; exit 1; }
+echo "all commands behave"
