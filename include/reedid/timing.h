@@ -96,6 +96,46 @@ REEDID_API int32_t VESA_GetDTD(const DtdSlot* slot, DtdTiming* timing);
  */
 REEDID_API int32_t VESA_SetDTD(const DtdTiming* timing, DtdSlot* slot);
 
+/*
+ * The VIC table has one row for each CTA-861 video format. Its index equals the VIC for 1..127; indexes 129..155 are
+ * the VICs 193..219 (index = VIC - 64); index 128 is empty. The DMT table has the VESA DMT identifiers 1..88
+ * (0x01..0x58) and 89, 2560x1440 at 60 Hz with reduced blanking. Rates in the tables are whole Hz. None of the lookups
+ * prints anything; null pointers give 0 (no identifier) or -1.
+ *
+ * The searches compare counts with a tolerance of 2 and rates with a tolerance of 1, from the highest row down.
+ */
+
+/* Identifier of a format; an aspect code of 8 or more matches any. 0 when there is none. */
+REEDID_API uint32_t FindVic(int32_t hactive, uint32_t vactive, uint32_t frameRate, uint32_t aspectRatio,
+                            uint8_t interlaced);
+REEDID_API uint32_t FindDmt(int32_t hactive, uint32_t vactive, uint32_t frameRate, uint32_t aspectRatio,
+                            uint8_t interlaced);
+
+/*
+ * Identifier of a full timing: all eight counts, rate and interlace; clock and polarities are not compared. With an
+ * unknown aspect a 16:9 row wins, else the lowest row that matches. 0 when there is none.
+ */
+REEDID_API uint32_t DtdToVic(const DtdTiming* timing);
+REEDID_API uint32_t DtdToDmt(const DtdTiming* timing);
+
+/*
+ * The timing of a VIC table index (the low 8 bits count; 0, 128 and 156..255 are refused) or of a DMT identifier
+ * (1..89). Image sizes, `preferred` and the reserved fields of the record stay as they were. -1 when refused, record
+ * untouched.
+ */
+REEDID_API int32_t VicToDtd(uint32_t index, DtdTiming* timing);
+REEDID_API int32_t DmtToDtd(uint32_t id, DtdTiming* timing);
+
+/*
+ * Established timings I and II have indexes 0..16 (bit i mod 8 of byte 35 + i / 8; 16 is bit 7 of byte 37); established
+ * timings III have codes 128..175 (128 + 8 * byte + bit of the descriptor's bitmap). The two directions are separate
+ * tables that differ for codes 140..143. DMT identifier 0 = none; index 17 and code 176 = none.
+ */
+REEDID_API uint32_t Est12ToDmt(uint32_t index);
+REEDID_API uint32_t Est3ToDmt(uint32_t code);
+REEDID_API uint32_t DmtToEst12(uint32_t id);
+REEDID_API uint32_t DmtToEst3(uint32_t id);
+
 #ifdef __cplusplus
 }
 #endif
