@@ -136,6 +136,19 @@ REEDID_API uint32_t Est3ToDmt(uint32_t code);
 REEDID_API uint32_t DmtToEst12(uint32_t id);
 REEDID_API uint32_t DmtToEst3(uint32_t id);
 
+/*
+ * Expands a standard timing through the DMT table (the lowest identifier with the same width, rate and aspect); there
+ * is no formula behind it. -1 with "invalid parameters" for null, an invalid entry, a zero rate or width or an aspect
+ * above 7; -1 without a message when no DMT timing fits. The record is untouched unless the result is 0.
+ */
+REEDID_API int32_t StdToDtd(const StdTiming* std, DtdTiming* timing);
+
+/*
+ * Makes a standard timing: rates 60..123 Hz, widths 256..2288, aspects 5:4, 4:3, 16:9, 16:10, progressive; else a
+ * warning and -1 with `std` untouched. A decoded DTD has no aspect code: set one first.
+ */
+REEDID_API int32_t DtdToStd(const DtdTiming* timing, StdTiming* std);
+
 #ifdef __cplusplus
 }
 #endif
