@@ -149,6 +149,14 @@ REEDID_API int32_t StdToDtd(const StdTiming* std, DtdTiming* timing);
  */
 REEDID_API int32_t DtdToStd(const DtdTiming* timing, StdTiming* std);
 
+/*
+ * Expands a formula timing by CVT 1.2. Clears `out`, fills clock, counts, polarities, interlace, rate and aspect.
+ * Refuses
+ * ("invalid parameters") a zero width or rate and requests that leave no time for a line; formulas above 2, reduced
+ * blanking version 1 at rates that are no multiple of 60 Hz, and flagA for formulas 0 and 1 with messages of their own.
+ */
+REEDID_API int32_t Cvt2ToDtd(const CvtTiming* request, DtdTiming* out);
+
 #ifdef __cplusplus
 }
 #endif
