@@ -157,6 +157,21 @@ REEDID_API int32_t DtdToStd(const DtdTiming* timing, StdTiming* std);
  */
 REEDID_API int32_t Cvt2ToDtd(const CvtTiming* request, DtdTiming* out);
 
+/* Luminance in cd/m2 of a 12-bit PQ code (SMPTE ST 2084; 4096 = 10000 cd/m2), truncated. 10000 outside 0..4096. */
+REEDID_API int32_t PQtoLuminace(int32_t code);
+
+/* PQ code of a luminance in cd/m2, truncated; 4096 above 10000. */
+REEDID_API int32_t LuminacetoPQ(uint32_t nits);
+
+/* Constants of the PQ curve. Their names are short: define REEDID_NO_PQ_CONSTANTS to keep them out of a source file. */
+#ifndef REEDID_NO_PQ_CONSTANTS
+REEDID_API extern const float m1;
+REEDID_API extern const float m2;
+REEDID_API extern const float c1;
+REEDID_API extern const float c2;
+REEDID_API extern const float c3;
+#endif
+
 #ifdef __cplusplus
 }
 #endif
