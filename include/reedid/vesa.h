@@ -67,6 +67,18 @@ REEDID_API int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out);
 /* Removes descriptor `index` (0..3); later ones move up and slot 3 becomes empty. */
 REEDID_API int32_t VESA_DeleteDescriptor(VesaBlock* model, uint32_t index);
 
+/*
+ * Text descriptors: serial number 0xFF, data string 0xFE, product name 0xFC. A getter needs the slot's flag to be the
+ * tag and a buffer of 14 bytes or more; it copies up to 13 characters, up to a line feed, and ends them with 0. A
+ * setter overwrites the slot with at most 13 characters, a line feed and spaces behind a shorter text.
+ */
+REEDID_API int32_t VESA_GetSerialNumber(const DtdSlot* slot, char* text, uint32_t textSize);
+REEDID_API int32_t VESA_SetSerialNumber(const char* text, DtdSlot* slot);
+REEDID_API int32_t VESA_GetDataString(const DtdSlot* slot, char* text, uint32_t textSize);
+REEDID_API int32_t VESA_SetDataString(const char* text, DtdSlot* slot);
+REEDID_API int32_t VESA_GetProductName(const DtdSlot* slot, char* text, uint32_t textSize);
+REEDID_API int32_t VESA_SetProductName(const char* text, DtdSlot* slot);
+
 #ifdef __cplusplus
 }
 #endif
