@@ -47,6 +47,13 @@ PIN(VesaBlock, standardTimings, 78);
 PIN(VesaBlock, descriptors, 126);
 PIN(VesaBlock, extensionCount, 202);
 static_assert(sizeof(VesaBlock) == 208);
+static_assert(sizeof(RangeLimits) == 44);
+PIN(RangeLimits, maxPixelClock, 8);
+PIN(RangeLimits, gtfStartFreq, 14);
+PIN(RangeLimits, cvtVersionMajor, 21);
+PIN(RangeLimits, cvtClockPrecision, 24);
+PIN(RangeLimits, cvtAspect, 28);
+PIN(RangeLimits, preferredRefresh, 41);
 
 static_assert(sizeof(CeaDataBlock) == (kPointer == 8 ? 16 : 8));
 PIN(CeaDataBlock, size, 2);

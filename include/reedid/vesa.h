@@ -67,6 +67,31 @@ REEDID_API int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out);
 /* Removes descriptor `index` (0..3); later ones move up and slot 3 becomes empty. */
 REEDID_API int32_t VESA_DeleteDescriptor(VesaBlock* model, uint32_t index);
 
+/* Display range limits and timing descriptor, tag 0xFD (EDID 1.4, 3.10.3.3). */
+typedef struct RangeLimits {
+  uint16_t minVRate;          /* Hz */
+  uint16_t maxVRate;          /* Hz */
+  uint16_t minHRate;          /* kHz */
+  uint16_t maxHRate;          /* kHz */
+  uint32_t maxPixelClock;     /* kHz, multiples of 10000 */
+  uint8_t timingFormula;      /* 0 default GTF, 1 secondary GTF curve, 2 CVT, 3 range limits only */
+  uint16_t gtfStartFreq;      /* kHz, start break frequency of the secondary curve */
+  uint16_t gtfM;              /* secondary GTF M */
+  uint8_t gtfC;               /* secondary GTF C */
+  uint8_t gtfK;               /* secondary GTF K */
+  uint8_t gtfJ;               /* secondary GTF J */
+  uint8_t cvtVersionMajor;    /* high nibble of byte 11 */
+  uint8_t cvtVersionMinor;    /* low nibble of byte 11 */
+  uint16_t cvtClockPrecision; /* kHz, multiples of 250: additional precision of the maximum pixel clock */
+  uint16_t cvtMaxHactive;     /* pixels, multiples of 8 */
+  uint8_t cvtAspect[6];       /* supported aspects by AspectCode; entries 1 to 5 are used */
+  uint8_t cvtPreferredAspect; /* an AspectCode; 15:9 is written but reads back as 4:3 */
+  uint8_t cvtStandardBlanking;
+  uint8_t cvtReducedBlanking;
+  uint8_t hShrink, hStretch, vShrink, vStretch; /* display scaling support */
+  uint8_t preferredRefresh;                     /* Hz */
+} RangeLimits;
+
 /*
  * Text descriptors: serial number 0xFF, data string 0xFE, product name 0xFC. A getter needs the slot's flag to be the
  * tag and a buffer of 14 bytes or more; it copies up to 13 characters, up to a line feed, and ends them with 0. A
@@ -78,6 +103,14 @@ REEDID_API int32_t VESA_GetDataString(const DtdSlot* slot, char* text, uint32_t 
 REEDID_API int32_t VESA_SetDataString(const char* text, DtdSlot* slot);
 REEDID_API int32_t VESA_GetProductName(const DtdSlot* slot, char* text, uint32_t textSize);
 REEDID_API int32_t VESA_SetProductName(const char* text, DtdSlot* slot);
+
+/*
+ * Range limits; the model tells the EDID version (rate offsets and CVT fields exist in 1.4 only) and, for the setter,
+ * whether continuous frequencies are supported (a formula without that is a warning). A formula above 3 is reported and
+ * written as "range limits only".
+ */
+REEDID_API int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLimits* limits);
+REEDID_API int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits* limits, DtdSlot* slot);
 
 #ifdef __cplusplus
 }
