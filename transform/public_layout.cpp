@@ -54,6 +54,10 @@ PIN(RangeLimits, cvtVersionMajor, 21);
 PIN(RangeLimits, cvtClockPrecision, 24);
 PIN(RangeLimits, cvtAspect, 28);
 PIN(RangeLimits, preferredRefresh, 41);
+static_assert(sizeof(VesaCvtCode) == 10);
+static_assert(sizeof(VesaCvtRecord) == 42);
+PIN(VesaCvtRecord, codes, 2);
+static_assert(sizeof(Est3Record) == 49);
 
 static_assert(sizeof(CeaDataBlock) == (kPointer == 8 ? 16 : 8));
 PIN(CeaDataBlock, size, 2);

@@ -92,6 +92,30 @@ typedef struct RangeLimits {
   uint8_t preferredRefresh;                     /* Hz */
 } RangeLimits;
 
+/* One CVT 3-byte code (EDID 1.4, 3.10.3.8). */
+typedef struct VesaCvtCode {
+  uint16_t lines;        /* vertical active lines, even; 0 = unused entry */
+  uint8_t aspectRatio;   /* ASPECT_4_3, ASPECT_16_9, ASPECT_16_10 or ASPECT_5_3 */
+  uint8_t preferredRate; /* Hz: 50, 60, 75 or 85 */
+  uint8_t rate50;        /* 50 Hz with standard blanking supported */
+  uint8_t rate60;        /* 60 Hz with standard blanking */
+  uint8_t rate75;        /* 75 Hz with standard blanking */
+  uint8_t rate85;        /* 85 Hz with standard blanking */
+  uint8_t rate60rb;      /* 60 Hz with reduced blanking */
+} VesaCvtCode;
+
+/* CVT 3-byte code descriptor, tag 0xF8. */
+typedef struct VesaCvtRecord {
+  uint8_t version; /* 1 */
+  VesaCvtCode codes[4];
+} VesaCvtRecord;
+
+/* Established timings III descriptor, tag 0xF7 (EDID 1.4, 3.10.3.9). */
+typedef struct Est3Record {
+  uint8_t version;   /* 10 */
+  uint8_t flags[48]; /* flag i stands for established timing III code 128 + i */
+} Est3Record;
+
 /*
  * Text descriptors: serial number 0xFF, data string 0xFE, product name 0xFC. A getter needs the slot's flag to be the
  * tag and a buffer of 14 bytes or more; it copies up to 13 characters, up to a line feed, and ends them with 0. A
@@ -111,6 +135,24 @@ REEDID_API int32_t VESA_SetProductName(const char* text, DtdSlot* slot);
  */
 REEDID_API int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLimits* limits);
 REEDID_API int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits* limits, DtdSlot* slot);
+
+/*
+ * Six further standard timings, tag 0xFA (EDID 1.4, 3.10.3.6). `timings` is an array of six. The setter keeps five
+ * bits of the rate: 92 Hz and above do not survive.
+ */
+REEDID_API int32_t VESA_GetStandardTimings(const DtdSlot* slot, StdTiming* timings);
+REEDID_API int32_t VESA_SetStandardTimings(const StdTiming* timings, DtdSlot* slot);
+
+/*
+ * CVT 3-byte codes, tag 0xF8. The setter fails on a preferred rate other than 50, 60, 75 or 85 Hz, with the codes
+ * before it and the first two bytes of that code written.
+ */
+REEDID_API int32_t VESA_GetCvtTiming(const DtdSlot* slot, VesaCvtRecord* record);
+REEDID_API int32_t VESA_SetCvtTiming(const VesaCvtRecord* record, DtdSlot* slot);
+
+/* Established timings III, tag 0xF7. */
+REEDID_API int32_t VESA_GetEst3Timing(const DtdSlot* slot, Est3Record* record);
+REEDID_API int32_t VESA_SetEst3Timing(const Est3Record* record, DtdSlot* slot);
 
 #ifdef __cplusplus
 }
