@@ -11,13 +11,15 @@
 namespace reedid {
 
 enum DescriptorTag : uint8_t {
-  kEst3Tag = 0xF7,
-  kCvtCodesTag = 0xF8,
-  kStandardTimingsTag = 0xFA,
-  kProductNameTag = 0xFC,
-  kRangeLimitsTag = 0xFD,
-  kDataStringTag = 0xFE,
-  kSerialNumberTag = 0xFF,
+  kEst3Descriptor = 0xF7,
+  kCvtCodesDescriptor = 0xF8,
+  kColorManagementDescriptor = 0xF9,
+  kStandardTimingsDescriptor = 0xFA,
+  kColorPointDescriptor = 0xFB,
+  kProductNameDescriptor = 0xFC,
+  kRangeLimitsDescriptor = 0xFD,
+  kDataStringDescriptor = 0xFE,
+  kSerialNumberDescriptor = 0xFF,
 };
 
 inline constexpr unsigned kDescriptorTagByte = 3;

@@ -123,10 +123,10 @@ void WriteSecondaryGtf(uint8_t* bytes, const RangeLimits& limits) {
 using namespace reedid;
 
 int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLimits* limits) {
-  if (model == nullptr || slot == nullptr || limits == nullptr || slot->flag != kRangeLimitsTag) {
+  if (model == nullptr || slot == nullptr || limits == nullptr || slot->flag != kRangeLimitsDescriptor) {
     return REEDID_ERR("invalid parameters");
   }
-  if (!HasTag(*slot, kRangeLimitsTag)) return REEDID_ERR("invalid range limits descriptor");
+  if (!HasTag(*slot, kRangeLimitsDescriptor)) return REEDID_ERR("invalid range limits descriptor");
   const Bytes bytes = BytesOf(*slot);
   const bool is14 = IsEdid14(*model);
   *limits = {};
@@ -141,7 +141,7 @@ int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLi
 
 int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits* limits, DtdSlot* slot) {
   if (model == nullptr || limits == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  const LayoutWriter writer = BeginDescriptor(*slot, kRangeLimitsTag);
+  const LayoutWriter writer = BeginDescriptor(*slot, kRangeLimitsDescriptor);
   uint8_t* bytes = slot->bytes;
   const bool is14 = IsEdid14(*model);
   WriteRates(bytes, kVertical, is14, limits->minVRate, limits->maxVRate);

@@ -43,25 +43,25 @@ int32_t SetText(const char* text, uint8_t tag, DtdSlot* slot, const char* name) 
 using namespace reedid;
 
 int32_t VESA_GetSerialNumber(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kSerialNumberTag, text, textSize, __func__, "product serail number");
+  return GetText(slot, kSerialNumberDescriptor, text, textSize, __func__, "product serail number");
 }
 
 int32_t VESA_SetSerialNumber(const char* text, DtdSlot* slot) {
-  return SetText(text, kSerialNumberTag, slot, __func__);
+  return SetText(text, kSerialNumberDescriptor, slot, __func__);
 }
 
 int32_t VESA_GetDataString(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kDataStringTag, text, textSize, __func__, "alphanumeric data string");
+  return GetText(slot, kDataStringDescriptor, text, textSize, __func__, "alphanumeric data string");
 }
 
 int32_t VESA_SetDataString(const char* text, DtdSlot* slot) {
-  return SetText(text, kDataStringTag, slot, __func__);
+  return SetText(text, kDataStringDescriptor, slot, __func__);
 }
 
 int32_t VESA_GetProductName(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kProductNameTag, text, textSize, __func__, "product name string");
+  return GetText(slot, kProductNameDescriptor, text, textSize, __func__, "product name string");
 }
 
 int32_t VESA_SetProductName(const char* text, DtdSlot* slot) {
-  return SetText(text, kProductNameTag, slot, __func__);
+  return SetText(text, kProductNameDescriptor, slot, __func__);
 }
