@@ -109,21 +109,23 @@ void VisitBlocks(const EdidHandle& handle, Visit&& visit) {
 
 // The same for an edit that is always written back; a refused regeneration keeps the block.
 template <class Edit>
+void EditBlock(EdidBlock& block, Edit& edit) {
+  auto editAndWrite = [&]<class Model>(Model & model) requires requires {
+    edit(model);
+  }
+  {
+    edit(model);
+    Regenerate(model, block);
+  };
+  VisitAs<VesaBlock>(block, editAndWrite);
+  VisitAs<CeaBlock>(block, editAndWrite);
+  VisitAs<DispIdBlock>(block, editAndWrite);
+}
+
+template <class Edit>
 void EditBlocks(EdidHandle& handle, Edit&& edit) {
   if (handle.blocks == nullptr) return;
-  for (unsigned i = 0; i < handle.blockCount; ++i) {
-    EdidBlock& block = handle.blocks[i];
-    auto editAndWrite = [&]<class Model>(Model & model) requires requires {
-      edit(model);
-    }
-    {
-      edit(model);
-      Regenerate(model, block);
-    };
-    VisitAs<VesaBlock>(block, editAndWrite);
-    VisitAs<CeaBlock>(block, editAndWrite);
-    VisitAs<DispIdBlock>(block, editAndWrite);
-  }
+  for (unsigned i = 0; i < handle.blockCount; ++i) EditBlock(handle.blocks[i], edit);
 }
 
 // One visitor out of several lambdas.

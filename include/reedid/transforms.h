@@ -45,6 +45,36 @@ REEDID_API uint16_t EDID_GetPhyAddr(const EdidHandle* handle);
  */
 REEDID_API int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr);
 
+/*
+ * All whole-number frame rates (Hz) that the image offers anywhere, highest first without repeats, into an array of
+ * `maxCount` (at most 255). Returns their number. Stops taking rates when the array is full.
+ */
+REEDID_API uint32_t EDID_GetAllFrameRate(const EdidHandle* handle, uint16_t* frameRates, uint32_t maxCount);
+
+/* Number of detailed timings of the image (modulo 256). */
+REEDID_API uint32_t EDID_GetDTDCnt(const EdidHandle* handle);
+
+/*
+ * Decodes all detailed timings, in block order. `list` has room for EDID_GetDTDCnt records; `capacity` is not
+ * consulted. The record of base block slot 0 gets `preferred` 1. Returns the number of records.
+ */
+REEDID_API uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t capacity);
+
+/*
+ * Sorts by falling active area (hactive * vactive), or by falling rate. The order by rate compares each row of the
+ * exchange sort with the rate that stood there when the row began: more than two rates need not come out in strict
+ * order.
+ */
+REEDID_API void SortDTDbyResolution(DtdTiming* list, uint32_t count);
+REEDID_API void SortDTDbyFrameRate(DtdTiming* list, int32_t count);
+
+/*
+ * The timing that a source should use: the first Short Video Reference of the CTA Video Format Preference Data Block,
+ * else the first detailed timing (a larger one of at least 1920 pixels replaces one narrower than 1920), else the
+ * native VIC. `out` is written only when there is an answer.
+ */
+REEDID_API void EDID_GetPreferredTiming(const EdidHandle* handle, DtdTiming* out);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,42 @@
+// The timing data blocks of a DisplayID section whose descriptors come as arrays of one kind of record, by tag.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "displayid/codec.h"
+#include "reedid/displayid.h"
+
+namespace reedid {
+
+template <class Record>
+struct DispIdForm {
+  uint8_t tag;
+  int32_t (*get)(const DispIdDataBlock* entry, Record* records, uint32_t requested);
+  int32_t (*set)(const Record* records, uint32_t count, DispIdDataBlock* entry);
+};
+
+// Types I, II, VI and VII.
+inline constexpr DispIdForm<DtdTiming> kDetailedForms[] = {
+    {kTypeITag, DispID_Get20ByteDTD, DispID_Set20ByteDTD},
+    {kTypeIiTag, DispID_Get11ByteDTD, DispID_Set11ByteDTD},
+    {kTypeViTag, DispID_Get17ByteDTD, DispID_Set17ByteDTD},
+    {kTypeViiTag, DispID20_Get20ByteDTD, DispID20_Set20ByteDTD},
+};
+
+// Types III, V and IX. Type X stands in CTA extensions.
+inline constexpr DispIdForm<CvtTiming> kCvtForms[] = {
+    {kTypeIiiTag, DispID_Get3ByteCVT, DispID_Set3ByteCVT},
+    {kTypeVTag, DispID_Get7ByteCVT, DispID_Set7ByteCVT},
+    {kTypeIxTag, DispID20_Get6ByteCVT, DispID20_Set6ByteCVT},
+};
+
+template <class Record, size_t kCount>
+constexpr const DispIdForm<Record>* FindForm(const DispIdForm<Record> (&forms)[kCount], uint8_t tag) {
+  for (const DispIdForm<Record>& form : forms) {
+    if (form.tag == tag) return &form;
+  }
+  return nullptr;
+}
+
+}  // namespace reedid

@@ -1,0 +1,163 @@
+// Every detailed timing of an image, as one list, and the two orders of such a list.
+
+#include "inventory/dtds.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/bytes.h"
+#include "base/log.h"
+#include "inventory/displayid_forms.h"
+#include "inventory/walk.h"
+#include "timing/dtd.h"
+#include "vesa/model.h"
+
+namespace reedid {
+namespace {
+
+// No block holds more: a DisplayID section has room for 22 type II timings.
+constexpr unsigned kMaxDtdsPerBlock = 22;
+
+unsigned CountDtds(const VesaBlock& model) {
+  return static_cast<unsigned>(std::count_if(model.descriptors, model.descriptors + kDescriptorSlots,
+                                             [](const DtdSlot& slot) { return slot.flag == kDtdSlotFlag; }));
+}
+
+unsigned CountDtds(const CeaBlock& model) {
+  return model.dtds == nullptr ? 0 : model.dtdCount;
+}
+
+unsigned CountDtds(const DispIdDataBlock& entry) {
+  if (entry.bytes == nullptr || FindForm(kDetailedForms, entry.tag) == nullptr) return 0;
+  const int32_t count = DispID_GetTimingCnt(&entry);
+  return count < 1 ? 0 : static_cast<unsigned>(count);
+}
+
+unsigned CountDtds(const DispIdBlock& model) {
+  unsigned count = 0;
+  for (unsigned i = 0; i < model.dataBlockCount; ++i) count += CountDtds(model.dataBlocks[i]);
+  return count;
+}
+
+// Fills the caller's list up to its room and no further.
+class Collector {
+ public:
+  Collector(DtdTiming* list, unsigned room) : list_(list), room_(room) {}
+
+  unsigned count() const { return count_; }
+
+  void operator()(const VesaBlock& model) {
+    for (unsigned i = 0; i < kDescriptorSlots; ++i) {
+      if (Take(model.descriptors[i]) && i == 0) list_[count_ - 1].preferred = 1;
+    }
+  }
+
+  void operator()(const CeaBlock& model) {
+    for (unsigned i = 0; i < CountDtds(model); ++i) Take(model.dtds[i]);
+  }
+
+  void operator()(const DispIdBlock& model) {
+    for (unsigned i = 0; i < model.dataBlockCount; ++i) Take(model.dataBlocks[i]);
+  }
+
+ private:
+  bool Take(const DtdSlot& slot) {
+    if (slot.flag != kDtdSlotFlag || count_ == room_ || VESA_GetDTD(&slot, list_ + count_) != 0) return false;
+    ++count_;
+    return true;
+  }
+
+  // A getter that fails leaves its positions to the next data block.
+  void Take(const DispIdDataBlock& entry) {
+    const unsigned count = std::min(CountDtds(entry), room_ - count_);
+    if (count == 0) return;
+    if (FindForm(kDetailedForms, entry.tag)->get(&entry, list_ + count_, count) == 0) count_ += count;
+  }
+
+  DtdTiming* list_;
+  unsigned room_;
+  unsigned count_ = 0;
+};
+
+unsigned CountAll(const EdidHandle& handle) {
+  unsigned count = 0;
+  VisitBlocks(handle, Overloaded{[&](const VesaBlock& model) { count += CountDtds(model); },
+                                 [&](const CeaBlock& model) { count += CountDtds(model); },
+                                 [&](const DispIdBlock& model) { count += CountDtds(model); }});
+  return Low8(count);
+}
+
+// The room that a caller gave who asked EDID_GetDTDCnt. Only a long image can make that count wrap, and only then is it
+// worth another walk.
+unsigned RoomOf(const EdidHandle& handle) {
+  const unsigned most = handle.blockCount * kMaxDtdsPerBlock;
+  return most < 256 ? most : CountAll(handle);
+}
+
+// Ends of lists are kept in 16 bits.
+int EndOf(uint32_t count) {
+  return static_cast<int16_t>(Low16(count));
+}
+
+int32_t Area(const DtdTiming& timing) {
+  return static_cast<int32_t>(uint32_t{timing.hactive} * timing.vactive);
+}
+
+}  // namespace
+
+uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room) {
+  Collector collector(list, std::min(room, RoomOf(handle)));
+  VisitBlocks(handle, collector);
+  return collector.count();
+}
+
+float SortingRate(const DtdTiming& timing) {
+  return static_cast<float>(FormulaRate<double>(timing));
+}
+
+}  // namespace reedid
+
+using namespace reedid;
+
+uint32_t EDID_GetDTDCnt(const EdidHandle* handle) {
+  if (handle == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
+  }
+  return CountAll(*handle);
+}
+
+uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t) {
+  if (handle == nullptr || list == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
+  }
+  return CollectDtds(*handle, list, UINT32_MAX);  // as many as EDID_GetDTDCnt told
+}
+
+void SortDTDbyResolution(DtdTiming* list, uint32_t count) {
+  if (list == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return;
+  }
+  const int end = EndOf(count);
+  for (int i = 0; i < end - 1; ++i) {
+    for (int j = i + 1; j < end; ++j) {
+      if (Area(list[j]) > Area(list[i])) std::swap(list[i], list[j]);
+    }
+  }
+}
+
+void SortDTDbyFrameRate(DtdTiming* list, int32_t count) {
+  if (list == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return;
+  }
+  const int end = EndOf(static_cast<uint32_t>(count));
+  for (int i = 0; i < end - 1; ++i) {
+    const float pivot = SortingRate(list[i]);  // of the record that starts the row, wherever an exchange moves it
+    for (int j = i + 1; j < end; ++j) {
+      if (pivot < SortingRate(list[j])) std::swap(list[i], list[j]);
+    }
+  }
+}

@@ -1,0 +1,50 @@
+// A list of detailed timings on the heap, owned.
+#pragma once
+
+#include <cstdint>
+
+#include "base/memory.h"
+#include "reedid/transforms.h"
+
+namespace reedid {
+
+// Decodes the detailed timings of an image, at most `room` of them, and returns their number.
+uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room);
+
+// The rate by which lists are ordered, in Hz: computed in double, rounded to single. 0 without a rate.
+float SortingRate(const DtdTiming& timing);
+
+class DtdList {
+ public:
+  // All detailed timings of an image, in its order, with room for `spare` more. False without memory.
+  bool Collect(const EdidHandle& handle, uint32_t spare = 0) {
+    room_ = EDID_GetDTDCnt(&handle) + spare;
+    if (room_ == 0) return true;
+    records_.reset(AllocateZeroed<DtdTiming>(room_));
+    if (records_ == nullptr) return false;
+    CollectAgain(handle);
+    return true;
+  }
+
+  // The same for an image that has changed, into the room that there is.
+  void CollectAgain(const EdidHandle& handle) { count_ = CollectDtds(handle, records_.get(), room_); }
+
+  void Truncate(uint32_t count) { count_ = count < count_ ? count : count_; }
+
+  // Into room that there is.
+  void Append(const DtdTiming& timing) {
+    if (count_ < room_) records_[count_++] = timing;
+  }
+
+  uint32_t count() const { return count_; }
+  uint32_t room() const { return room_; }
+  DtdTiming* data() const { return records_.get(); }
+  DtdTiming& operator[](uint32_t at) const { return records_[at]; }
+
+ private:
+  MallocPtr<DtdTiming[]> records_;
+  uint32_t count_ = 0;
+  uint32_t room_ = 0;
+};
+
+}  // namespace reedid
