@@ -75,6 +75,20 @@ REEDID_API void SortDTDbyFrameRate(DtdTiming* list, int32_t count);
  */
 REEDID_API void EDID_GetPreferredTiming(const EdidHandle* handle, DtdTiming* out);
 
+/*
+ * Link limits. Timings above the limit are re-clocked to the first rate of the list that fits, or dropped; VICs are
+ * replaced by slower ones of the same format. `frameRates` are acceptable rates in Hz, usually highest first, as
+ * EDID_GetAllFrameRate gives them. HDMI 2.0: 600000 kHz. HDMI 1.4: 340000 kHz, and DisplayID blocks, 4:2:0 blocks and
+ * the HDMI Forum VSDB are removed.
+ */
+REEDID_API void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API int32_t VESA_LimitToHDMI20(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API void CEA_LimitToHDMI20(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API void DispID_LimitToHDMI20(DispIdBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+REEDID_API void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,100 @@
+// A link limit on the base block: its detailed timings, CVT codes and range limits.
+
+#include <cmath>
+
+#include "timing/dtd.h"
+#include "timing/tables.h"
+#include "transform/link_limit.h"
+#include "vesa/descriptor.h"
+#include "vesa/model.h"
+
+namespace reedid {
+namespace {
+
+// In single precision: 768 lines at 15:9 are 1280 pixels.
+uint16_t CvtCodeWidth(const VesaCvtCode& code) {
+  const float width = static_cast<float>(code.lines) * kAspectRatios[code.aspectRatio & 7];
+  return static_cast<uint16_t>(std::floor(width / 8.0f) * 8.0f);
+}
+
+// Clears the rate flags whose timing is above the limit, and the code when none is left. A rate that cannot be
+// generated is not known to be too fast.
+void LimitCvtCode(VesaCvtCode& code, const LinkLimit& limit) {
+  struct RateFlag {
+    uint8_t VesaCvtCode::*flag;
+    uint16_t rate;
+    uint8_t formula;
+  };
+  static constexpr RateFlag kFlags[] = {{&VesaCvtCode::rate50, 50, 0},
+                                        {&VesaCvtCode::rate60, 60, 0},
+                                        {&VesaCvtCode::rate75, 75, 0},
+                                        {&VesaCvtCode::rate85, 85, 0},
+                                        {&VesaCvtCode::rate60rb, 60, 1}};
+  bool anyLeft = false;
+  for (const RateFlag& f : kFlags) {
+    if (code.*f.flag == 0) continue;
+    CvtTiming request = {};
+    request.formula = f.formula;
+    request.aspectRatio = code.aspectRatio;
+    request.hactive = CvtCodeWidth(code);
+    request.vactive = code.lines;
+    request.frameRate = f.rate;
+    DtdTiming timing;
+    if (Cvt2ToDtd(&request, &timing) == 0 && timing.pixelClock > limit.clock) {
+      code.*f.flag = 0;
+    } else {
+      anyLeft = true;
+    }
+  }
+  if (!anyLeft) code = {};
+}
+
+int32_t LimitCvtCodes(DtdSlot& slot, const LinkLimit& limit) {
+  VesaCvtRecord record;
+  int32_t status = VESA_GetCvtTiming(&slot, &record);
+  if (status != 0) return status;
+  for (VesaCvtCode& code : record.codes) {
+    if (code.lines == 0) continue;
+    LimitCvtCode(code, limit);
+    DtdSlot encoded;
+    status = VESA_SetCvtTiming(&record, &encoded);
+    if (status == 0) slot = encoded;
+  }
+  return status;
+}
+
+int32_t LimitRange(const VesaBlock& model, DtdSlot& slot, const LinkLimit& limit) {
+  RangeLimits range;
+  int32_t status = VESA_GetRangeLimits(&model, &slot, &range);
+  if (status != 0 || range.maxPixelClock <= limit.clock) return status;
+  range.maxPixelClock = limit.clock;
+  DtdSlot encoded;
+  status = VESA_SetRangeLimits(&model, &range, &encoded);
+  if (status == 0) slot = encoded;
+  return status;
+}
+
+}  // namespace
+
+int32_t LimitVesa(VesaBlock& model, const LinkLimit& limit, Rates rates) {
+  int32_t status = 0;  // of the last descriptor call
+  for (unsigned i = 0; i < kDescriptorSlots;) {
+    DtdSlot& slot = model.descriptors[i];
+    if (slot.flag == kDtdSlotFlag) {
+      const SlotFate result = LimitSlot(slot, limit, rates);
+      status = result.status;
+      if (result.fate == Fate::kDropped) {
+        status = VESA_DeleteDescriptor(&model, i);
+        continue;  // the next descriptor stands here now
+      }
+    } else if (slot.flag == kCvtCodesDescriptor) {
+      status = LimitCvtCodes(slot, limit);
+    } else if (slot.flag == kRangeLimitsDescriptor) {
+      status = LimitRange(model, slot, limit);
+    }
+    ++i;
+  }
+  return status;
+}
+
+}  // namespace reedid
