@@ -89,6 +89,23 @@ REEDID_API void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRate
 REEDID_API int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 REEDID_API void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 
+/* Audio formats found in the audio data blocks; one flag each. */
+typedef struct AudioFmtCap {
+  uint8_t lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt;
+} AudioFmtCap;
+
+/* The union over the first audio data block of each CTA extension examined. 0, or -1 with "invalid parameters". */
+REEDID_API int32_t EDID_GetAudioFmtCap(const EdidHandle* handle, AudioFmtCap* cap);
+
+/* Leaves two-channel L-PCM and the front speakers of an HDMI image. */
+REEDID_API void EDID_LimitToPCM2CH(EdidHandle* handle);
+
+/* Caps the FRL rates of the HDMI Forum VSDB at 5 (40 Gbit/s). */
+REEDID_API void EDID_LimitToFrl40G(EdidHandle* handle);
+
+/* Removes Dolby Vision, HDR static metadata and HDR dynamic metadata blocks. */
+REEDID_API void EDID_LimitToSDR(EdidHandle* handle);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,177 @@
+// Audio formats of a sink, and capabilities cut down: to two-channel L-PCM, to 40 Gbit/s, to SDR.
+
+#include <algorithm>
+
+#include "base/log.h"
+#include "cea/codec.h"
+#include "inventory/walk.h"
+#include "reedid/transforms.h"
+#include "transform/data_blocks.h"
+
+namespace reedid {
+namespace {
+
+enum SadFormat : uint8_t { kLpcm = 1, kAc3 = 2, kDts = 7, kEac3 = 10, kDtsHd = 11, kMat = 12 };
+
+constexpr uint8_t kFrl40G = 5;
+
+// Flags are only ever set: the result is the union of all descriptors.
+void AddFormat(const SadRecord& sad, AudioFmtCap& cap) {
+  const unsigned detail = sad.formatDependent;
+  switch (sad.formatCode) {
+    case kLpcm:
+      cap.lpcm = 1;
+      break;
+    case kAc3:
+      cap.ac3 = 1;
+      break;
+    case kDts:
+      cap.dts = 1;
+      break;
+    case kEac3:
+      cap.eac3 = 1;
+      if (detail != 0) cap.eac3Ext = 1;
+      break;
+    case kDtsHd:  // each extension includes those below it
+      cap.dtsHd = 1;
+      if (detail & 7) cap.dtsHdExt1 = 1;
+      if (detail & 6) cap.dtsHdExt2 = 1;
+      if (detail & 4) cap.dtsHdExt3 = 1;
+      break;
+    case kMat:
+      cap.mat = 1;
+      if (detail & 1) cap.matExt = 1;
+      break;
+    default:
+      break;
+  }
+}
+
+// The first audio data block of an extension; false when there is none that can be read.
+bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
+  const CeaDataBlock* entry = CEA_FindDataBlock(&model, kAudioTag, 0);
+  return entry != nullptr && CEA_GetADB(entry, &record) == 0;
+}
+
+bool HasBlockArray(const EdidHandle* handle) {
+  return handle != nullptr && handle->blocks != nullptr;
+}
+
+// The record that replaces an audio block. It lives as long as the edit of the whole image: what an L-PCM descriptor of
+// one block gave it stays for a later block that has none.
+class TwoChannelAudio {
+ public:
+  void Apply(CeaBlock& model, CeaDataBlock& entry) {
+    SadRecord& sad = record_.sads[0];
+    record_.sadCount = 1;
+    sad.formatCode = kLpcm;
+    sad.rate48k = 1;
+    sad.bits16 = 1;
+    AdbRecord old;
+    if (CEA_GetADB(&entry, &old) == 0) {
+      const auto end = old.sads + old.sadCount;
+      const auto pcm = std::find_if(old.sads, end, [](const SadRecord& s) { return s.formatCode == kLpcm; });
+      if (pcm != end) sad = *pcm;
+    }
+    sad.channels = 2;
+    ScratchDataBlock block;
+    if (CEA_SetADB(&record_, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
+  }
+
+ private:
+  AdbRecord record_ = {};
+};
+
+void FrontSpeakersOnly(CeaBlock& model, CeaDataBlock& entry) {
+  SpeakerRecord record = {};
+  record.FL_FR = 1;
+  ScratchDataBlock block;
+  if (CEA_SetSADB(&record, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
+}
+
+void LimitAudio(EdidBlock& block, TwoChannelAudio& audio) {
+  const Opened<CeaBlock> model = Open<CeaBlock>(block);
+  if (model == nullptr) return;
+  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), kAudioTag, 0)) {
+    audio.Apply(*model, *entry);
+    Regenerate(*model, block);
+  }
+  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), kSpeakerTag, 0)) {
+    FrontSpeakersOnly(*model, *entry);
+    Regenerate(*model, block);
+  }
+}
+
+void LimitFrl(CeaBlock& model) {
+  for (unsigned i = 0; i < model.dataBlockCount; ++i) {
+    CeaDataBlock& entry = model.dataBlocks[i];
+    HfVsdbRecord record;
+    if (entry.bytes == nullptr || entry.tag != kVendorTag || CEA_GetVSDBType(&entry) != VSDB_HDMI_FORUM ||
+        CEA_GetHFVSDB(&entry, &record) != 0) {
+      continue;
+    }
+    record.Max_FRL_Rate = std::min(record.Max_FRL_Rate, kFrl40G);
+    record.DSC_Max_FRL_Rate = std::min(record.DSC_Max_FRL_Rate, kFrl40G);
+    ScratchDataBlock block;
+    if (CEA_SetHFVSDB(&record, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
+  }
+}
+
+// HDR metadata of any kind, and the vendor video block that announces Dolby Vision; others' video blocks stay.
+bool IsHdr(const CeaDataBlock& entry) {
+  if (entry.bytes == nullptr || entry.tag != kExtendedTag) return false;
+  return entry.extTag == kStaticHdrExtTag || entry.extTag == kDynamicHdrExtTag ||
+         (entry.extTag == kVendorVideoExtTag && CEA_GetVSVDBType(&entry) == 1);
+}
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t EDID_GetAudioFmtCap(const EdidHandle* handle, AudioFmtCap* cap) {
+  if (!HasBlockArray(handle) || cap == nullptr) return REEDID_ERR("invalid parameters");
+  *cap = {};
+  // Blocks and audio descriptors are counted with one counter, which only moves forward.
+  for (unsigned i = 0; i < handle->blockCount;) {
+    unsigned next = i + 1;
+    if (handle->blocks[i].type == EDID_BLOCK_CEA) {
+      const Opened<CeaBlock> model = Open<CeaBlock>(handle->blocks[i]);
+      AdbRecord record;
+      if (model != nullptr && ReadAudio(*model, record)) {
+        for (unsigned k = 0; k < record.sadCount; ++k) AddFormat(record.sads[k], *cap);
+        next = std::max(next, record.sadCount + 1u);
+      }
+    }
+    i = next;
+  }
+  return 0;
+}
+
+void EDID_LimitToPCM2CH(EdidHandle* handle) {
+  if (!HasBlockArray(handle)) {
+    REEDID_ERR("invalid parameters");
+    return;
+  }
+  if (isDVIEdid(handle)) return;
+  TwoChannelAudio audio;
+  for (unsigned i = 0; i < handle->blockCount; ++i) {
+    if (handle->blocks[i].type == EDID_BLOCK_CEA) LimitAudio(handle->blocks[i], audio);
+  }
+}
+
+void EDID_LimitToFrl40G(EdidHandle* handle) {
+  if (!HasBlockArray(handle)) {
+    REEDID_ERR("invalid parameters");
+    return;
+  }
+  EditBlocks(*handle, [](CeaBlock& model) { LimitFrl(model); });
+}
+
+void EDID_LimitToSDR(EdidHandle* handle) {
+  if (!HasBlockArray(handle)) {
+    REEDID_ERR("invalid parameters");
+    return;
+  }
+  EditBlocks(*handle, [](CeaBlock& model) { DeleteDataBlocksIf(model, IsHdr); });
+}
