@@ -23,6 +23,10 @@ struct Failure {
 #define REEDID_LOG(level, name, format, ...) \
   ::reedid::Print("[" level ":%s:%d]: " format "\n", name, __LINE__ __VA_OPT__(, ) __VA_ARGS__)
 
+// The beginning of a line that Print continues and ends.
+#define REEDID_LOG_OPEN(level, name, format, ...) \
+  ::reedid::Print("[" level ":%s:%d]: " format, name, __LINE__ __VA_OPT__(, ) __VA_ARGS__)
+
 // Under the name of the function that they stand in.
 #define REEDID_ERR(...) REEDID_ERR_AS(__func__, __VA_ARGS__)
 #define REEDID_WARN(...) REEDID_WARN_AS(__func__, __VA_ARGS__)

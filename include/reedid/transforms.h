@@ -89,6 +89,15 @@ REEDID_API void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRate
 REEDID_API int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 REEDID_API void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 
+/*
+ * Rewrites an image of three or more blocks into the base block and the first extension, keeping its frame rates and as
+ * many high rates as the two blocks can carry, within the HDMI 2.0 limit. 0, or -1 for bad arguments or no memory.
+ */
+REEDID_API int32_t EDID_HighRefreshRate(EdidHandle* handle);
+
+/* Removes the HDMI Forum EDID Extension Override Data Block (extended tag 120) from every CTA extension. */
+REEDID_API void DeleteEODB(EdidHandle* handle);
+
 /* Audio formats found in the audio data blocks; one flag each. */
 typedef struct AudioFmtCap {
   uint8_t lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt;
