@@ -90,16 +90,16 @@ typedef struct DisplayParamsRecord {
   uint16_t vImageSize; /* 0.1 mm */
   uint16_t hPixels;    /* native format */
   uint16_t vPixels;
-  uint16_t gammaX100;  /* 100..354, 0 = not stated */
-  uint8_t audio;            /* byte 11 bit 7 */
-  uint8_t separateAudio;    /* bit 6 */
-  uint8_t audioOverride;    /* bit 5 */
-  uint8_t powerManagement;  /* bit 4 */
-  uint8_t fixedTiming;      /* bit 3 */
-  uint8_t fixedPixelFormat; /* bit 2 */
-  uint8_t supportsAI;       /* bit 1 */
-  uint8_t deinterlacing;    /* bit 0 */
-  uint16_t aspectRatioX100; /* 100..355 */
+  uint16_t gammaX100;        /* 100..354, 0 = not stated */
+  uint8_t audio;             /* byte 11 bit 7 */
+  uint8_t separateAudio;     /* bit 6 */
+  uint8_t audioOverride;     /* bit 5 */
+  uint8_t powerManagement;   /* bit 4 */
+  uint8_t fixedTiming;       /* bit 3 */
+  uint8_t fixedPixelFormat;  /* bit 2 */
+  uint8_t supportsAI;        /* bit 1 */
+  uint8_t deinterlacing;     /* bit 0 */
+  uint16_t aspectRatioX100;  /* 100..355 */
   uint8_t nativeColorDepth;  /* bits per colour, 1..16 */
   uint8_t overallColorDepth; /* bits per colour, 1..16 */
 } DisplayParamsRecord;
@@ -110,13 +110,13 @@ REEDID_API int32_t DispID_SetDPDB(const DisplayParamsRecord* record, DispIdDataB
 
 /* Display parameters 2.0, tag 0x21 (DisplayID 2.0, table 4-2). */
 typedef struct DisplayParams20Record {
-  uint8_t sizeIn1mm;       /* header byte 1 bit 7: the block's sizes are in 1 mm */
-  uint32_t hImageSize;     /* 0.1 mm, whatever the block's unit */
-  uint32_t vImageSize;     /* 0.1 mm */
-  uint16_t hPixels;        /* native format */
+  uint8_t sizeIn1mm;   /* header byte 1 bit 7: the block's sizes are in 1 mm */
+  uint32_t hImageSize; /* 0.1 mm, whatever the block's unit */
+  uint32_t vImageSize; /* 0.1 mm */
+  uint16_t hPixels;    /* native format */
   uint16_t vPixels;
-  uint8_t features;        /* byte 11, raw */
-  uint16_t redX, redY;     /* CIE chromaticity, units of 1/4096 */
+  uint8_t features;    /* byte 11, raw */
+  uint16_t redX, redY; /* CIE chromaticity, units of 1/4096 */
   uint16_t greenX, greenY;
   uint16_t blueX, blueY;
   uint16_t whiteX, whiteY;
@@ -132,8 +132,8 @@ REEDID_API int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams2
 REEDID_API int32_t DispID20_SetDPDB(const DisplayParams20Record* record, DispIdDataBlock* entry);
 
 /*
- * Timings of a data block, by its tag and size: 0 for a tag without timings, -1 with a message for a null entry or a size
- * below 3 or above 251. For the two bitmaps this is bits + 1 (modulo 256): element 0 is unused.
+ * Timings of a data block, by its tag and size: 0 for a tag without timings, -1 with a message for a null entry or a
+ * size below 3 or above 251. For the two bitmaps this is bits + 1 (modulo 256): element 0 is unused.
  *
  * The getters below deliver min(requested, this count) records into the caller's array; 0 requested delivers nothing.
  * Setters take 1 to as many records as stands with them; a bad record is reported ("invalid timing") and ends the call
@@ -153,8 +153,8 @@ REEDID_API int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* 
 REEDID_API int32_t DispID_Set11ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
 
 /*
- * Type VI detailed timings (tag 0x13), 14 bytes each, or 17 when the aspect code is not 8; at most 248 bytes. The 12-bit
- * and the 4-bit value of bytes 15..16 stand in hImageSize and vImageSize. Keeps the entry's headerFlags.
+ * Type VI detailed timings (tag 0x13), 14 bytes each, or 17 when the aspect code is not 8; at most 248 bytes. The
+ * 12-bit and the 4-bit value of bytes 15..16 stand in hImageSize and vImageSize. Keeps the entry's headerFlags.
  */
 REEDID_API int32_t DispID_Get17ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);
 REEDID_API int32_t DispID_Set17ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
@@ -168,8 +168,8 @@ REEDID_API int32_t DispID_Get7ByteCVT(const DispIdDataBlock* entry, CvtTiming* t
 REEDID_API int32_t DispID_Set7ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
 
 /*
- * Type IX (tag 0x24) and type X (tag 0x2A) formula timings, 6 bytes each, plus (headerFlags >> 1) & 7 for type X; at most
- * 248 bytes. The setter needs the tag set on entry and keeps tag, revision and headerFlags.
+ * Type IX (tag 0x24) and type X (tag 0x2A) formula timings, 6 bytes each, plus (headerFlags >> 1) & 7 for type X; at
+ * most 248 bytes. The setter needs the tag set on entry and keeps tag, revision and headerFlags.
  */
 REEDID_API int32_t DispID20_Get6ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested);
 REEDID_API int32_t DispID20_Set6ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataBlock* entry);
@@ -190,8 +190,9 @@ REEDID_API int32_t DispID20_GetTimingCode(const DispIdDataBlock* entry, TimingCo
 REEDID_API int32_t DispID20_SetTimingCode(const TimingCodeRecord* record, DispIdDataBlock* entry);
 
 /*
- * VESA (tag 0x07, element i = DMT identifier i) and CTA (tag 0x08, element i = VIC i) timing bitmaps: one byte per timing,
- * element 0 unused. The setters take a non-zero multiple of 8 elements and write one byte past the entry's size.
+ * VESA (tag 0x07, element i = DMT identifier i) and CTA (tag 0x08, element i = VIC i) timing bitmaps: one byte per
+ * timing, element 0 unused. The setters take a non-zero multiple of 8 elements and write one byte past the entry's
+ * size.
  */
 REEDID_API int32_t DispID_GetVESATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
 REEDID_API int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
@@ -200,14 +201,14 @@ REEDID_API int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, Dis
 
 /* Video timing range limits: tag 0x09 (1.x) and dynamic range limits, tag 0x25 (2.0). */
 typedef struct DispIdRangeLimits {
-  uint32_t minPixelClock; /* kHz */
-  uint32_t maxPixelClock; /* kHz */
-  uint16_t minHRate;      /* kHz (1.x) */
-  uint16_t maxHRate;      /* kHz (1.x) */
-  uint16_t minHBlank;     /* pixels (1.x) */
-  uint16_t minVRate;      /* Hz */
-  uint16_t maxVRate;      /* Hz */
-  uint16_t minVBlank;     /* lines (1.x) */
+  uint32_t minPixelClock;     /* kHz */
+  uint32_t maxPixelClock;     /* kHz */
+  uint16_t minHRate;          /* kHz (1.x) */
+  uint16_t maxHRate;          /* kHz (1.x) */
+  uint16_t minHBlank;         /* pixels (1.x) */
+  uint16_t minVRate;          /* Hz */
+  uint16_t maxVRate;          /* Hz */
+  uint16_t minVBlank;         /* lines (1.x) */
   uint8_t interlaced;         /* 1.x byte 17 bit 7 */
   uint8_t cvtStandard;        /* 1.x byte 17 bit 6 */
   uint8_t cvtReduced;         /* 1.x byte 17 bit 5 */
@@ -222,8 +223,8 @@ REEDID_API int32_t DispID20_GetRangeLimits(const DispIdDataBlock* entry, DispIdR
 REEDID_API int32_t DispID20_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry);
 
 /*
- * ASCII strings: serial number (tag 0x0A) and data string (tag 0x0B). A getter needs textSize of size - 2 or more. Setters
- * cut at 248 characters with a message. Both setters write tag 0x0A.
+ * ASCII strings: serial number (tag 0x0A) and data string (tag 0x0B). A getter needs textSize of size - 2 or more.
+ * Setters cut at 248 characters with a message. Both setters write tag 0x0A.
  */
 REEDID_API int32_t DispID_GetSerialNumber(const DispIdDataBlock* entry, char* text, uint32_t textSize);
 REEDID_API int32_t DispID_SetSerialNumber(const char* text, DispIdDataBlock* entry);
