@@ -1,5 +1,5 @@
-// Makes the n-th allocation of the library fail. The test program is linked so that malloc and calloc pass through
-// here.
+// Makes the n-th allocation of the library fail, and counts what it has not freed; each thread on its own. The test
+// program is linked so that malloc, calloc and free pass through here.
 #pragma once
 
 namespace reedid::test {
@@ -15,5 +15,8 @@ class FailingMalloc {
   // Whether that allocation has been asked for.
   bool Failed() const;
 };
+
+// Allocations of this thread less its frees, as a sum that only differences of tell something.
+long LiveAllocations();
 
 }  // namespace reedid::test
