@@ -1,0 +1,34 @@
+#!/bin/sh
+# Runs the three fuzzers side by side: fuzz.sh SECONDS [FOLDER]
+# Seeds: built EDIDs and the folder of REEDID_CORPUS when that is set. What they reach stays in FOLDER (build/fuzz/work) and
+# is the start of the next run; inputs that fail are kept there too, as crash-*, leak-*, oom-* and timeout-*.
+set -eu
+cd "$(dirname "$0")/.."
+seconds=${1:?usage: fuzz.sh SECONDS [FOLDER]}
+work=${2:-build/fuzz/work}
+scripts/install-deps.sh fuzz
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz -j "$(nproc)"
+bin=$PWD/build/fuzz/fuzz
+"$bin/fuzz_seeds" "$work/seeds"
+
+run() { # NAME
+  mkdir -p "$work/$1"
+  "$bin/fuzz_$1" -max_total_time="$seconds" -max_len=1024 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+    -artifact_prefix="$work/" "$work/$1" "$work/seeds/$1" ${REEDID_CORPUS:+"$REEDID_CORPUS"} >"$work/$1.log" 2>&1
+}
+
+pids=""
+for name in image codec edits; do
+  run "$name" &
+  pids="$pids $!:$name"
+done
+status=0
+for entry in $pids; do
+  name=${entry#*:}
+  if wait "${entry%%:*}"; then result=passed; else result=FAILED; status=1; fi
+  executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/$name.log")
+  covered=$(grep -o ' ft: [0-9]*' "$work/$name.log" | tail -1)
+  echo "$name: $result, ${executions:-?} executions,${covered:- no} features; log $work/$name.log"
+done
+exit $status
