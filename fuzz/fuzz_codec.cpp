@@ -16,7 +16,8 @@ using test::DataBlock;
 
 // Whether the first set keeps all that was decoded. Codecs that normalise drop or change what they report on (a native
 // mark that a VIC above 64 cannot carry, values that contradict each other); what they wrote must then be stable.
-enum Fidelity { kExact, kNormalises };
+// Codecs that drift scale a value both ways with truncation, so that each round may take one off it.
+enum Fidelity { kExact, kNormalises, kDrifts };
 
 template <class Record>
 void ClearAll(Record& record) {
@@ -24,7 +25,7 @@ void ClearAll(Record& record) {
 }
 
 // get, set, get again, twice. A getter may accept what the setter refuses.
-template <class Blank, class Record, class Entry>
+template <class Blank, class Entry, class Record>
 void RoundTrip(const Entry& entry, int32_t (*get)(const Entry*, Record*), int32_t (*set)(const Record*, Entry*),
                Fidelity fidelity, const char* name) {
   Record first, second, third;
@@ -32,15 +33,28 @@ void RoundTrip(const Entry& entry, int32_t (*get)(const Entry*, Record*), int32_
   ClearAll(second);
   ClearAll(third);
   if (get(&entry, &first) != 0) return;
-  Blank once;
+  Blank once(entry);
   if (set(&first, &once) != 0) return;
   Check(get(&once, &second) == 0, "what was set can be got", name);
   if (fidelity == kExact) Check(std::memcmp(&first, &second, sizeof first) == 0, "get, set, get is equal", name);
-  Blank twice;
+  Blank twice(entry);
   Check(set(&second, &twice) == 0, "what was got after a set can be set", name);
   Check(get(&twice, &third) == 0, "it can be got again", name);
-  Check(std::memcmp(&second, &third, sizeof second) == 0, "the second round is equal", name);
+  if (fidelity != kDrifts) Check(std::memcmp(&second, &third, sizeof second) == 0, "the second round is equal", name);
 }
+
+// What a setter is given. A setter may keep part of the header that the entry has.
+struct CeaBlank : BlankDataBlock {
+  explicit CeaBlank(const CeaDataBlock&) {}
+};
+
+struct DispIdBlank : DispIdDataBlock {
+  explicit DispIdBlank(const DispIdDataBlock& like)
+      : DispIdDataBlock{like.tag, like.revision, like.headerFlags, 0, nullptr}, storage(ByteVector(251, 0xEE)) {
+    bytes = storage.data();
+  }
+  ExactBytes storage;
+};
 
 struct CeaCodec {
   const char* name;
@@ -51,7 +65,7 @@ struct CeaCodec {
 
 template <auto Get, auto Set, Fidelity kFidelity = kExact>
 void RunCea(const CeaDataBlock& entry, const char* name) {
-  RoundTrip<BlankDataBlock>(entry, Get, Set, kFidelity, name);
+  RoundTrip<CeaBlank>(entry, Get, Set, kFidelity, name);
 }
 
 // The capability map refers to a video data block: here one of 31 formats, 1 to 31.
@@ -71,6 +85,141 @@ void Run420Map(const CeaDataBlock& entry, const char* name) {
   Check(std::memcmp(&first, &second, sizeof first) == 0, "get, set, get is equal", name);
 }
 
+// Codecs of several timings, with their number, as one record.
+template <class Timing, unsigned kMax>
+struct TimingList {
+  uint32_t count;
+  Timing timings[kMax];
+};
+
+template <auto Get, class List>
+int32_t GetList(const DispIdDataBlock* entry, List* list) {
+  const int32_t count = DispID_GetTimingCnt(entry);
+  if (count <= 0) return -1;
+  list->count = static_cast<uint32_t>(count);
+  Check(list->count <= std::size(list->timings), "no more timings than a block holds", "DispID_GetTimingCnt");
+  return Get(entry, list->timings, list->count);
+}
+
+template <auto Set, class List>
+int32_t SetList(const List* list, DispIdDataBlock* entry) {
+  return Set(list->timings, list->count, entry);
+}
+
+using CtaTypeX = TimingList<CvtTiming, 4>;
+
+int32_t GetCtaTypeX(const CeaDataBlock* entry, CtaTypeX* list) {
+  if (entry->size < 9) return CEA_Get6ByteCVT(entry, list->timings);
+  list->count = (entry->size - 3u) / (6u + (entry->bytes[2] >> 4 & 7u));
+  return list->count == 0 ? -1 : CEA_Get6ByteCVT(entry, list->timings);
+}
+
+int32_t SetCtaTypeX(const CtaTypeX* list, CeaDataBlock* entry) {
+  return CEA_Set6ByteCVT(list->timings, list->count, entry);
+}
+
+// Records with a buffer of the caller's: the pointer is not part of what is compared.
+template <class Inner, class Element, unsigned kRoom>
+struct Buffered {
+  Inner record;
+  Element buffer[kRoom];
+};
+
+using TimingCodes = Buffered<TimingCodeRecord, uint8_t, 248>;
+using ProductId = Buffered<ProductIdRecord, char, 234>;
+
+template <auto Get>
+int32_t GetCodes(const DispIdDataBlock* entry, TimingCodes* codes) {
+  codes->record.codes = codes->buffer;
+  const int32_t result = Get(entry, &codes->record, sizeof codes->buffer);
+  codes->record.codes = nullptr;
+  return result;
+}
+
+template <auto Set, class Entry>
+int32_t SetCodes(const TimingCodes* codes, Entry* entry) {
+  TimingCodes copy = *codes;
+  copy.record.codes = copy.buffer;
+  return Set(&copy.record, entry);
+}
+
+int32_t GetCtaCodes(const CeaDataBlock* entry, TimingCodes* codes) {
+  const ExactBytes room(ByteVector(29));
+  codes->record.codes = room.data();
+  const int32_t result = CEA_GetTimingCode(entry, &codes->record);
+  std::copy(room.data(), room.data() + room.size(), codes->buffer);
+  codes->record.codes = nullptr;
+  return result;
+}
+
+template <auto Get>
+int32_t GetProduct(const DispIdDataBlock* entry, ProductId* product) {
+  product->record.name = product->buffer;
+  const int32_t result = Get(entry, &product->record);
+  product->record.name = nullptr;
+  return result;
+}
+
+template <auto Set>
+int32_t SetProduct(const ProductId* product, DispIdDataBlock* entry) {
+  ProductId copy = *product;
+  copy.record.name = copy.buffer;
+  return Set(&copy.record, entry);
+}
+
+struct Text {
+  char text[253];
+};
+
+// A text that ends at once is written as a block that is too short to be read.
+int32_t GetSerial(const DispIdDataBlock* entry, Text* text) {
+  const int32_t result = DispID_GetSerialNumber(entry, text->text, sizeof text->text);
+  return text->text[0] == '\0' ? -1 : result;
+}
+
+int32_t SetSerial(const Text* text, DispIdDataBlock* entry) {
+  return DispID_SetSerialNumber(text->text, entry);
+}
+
+struct DispIdCodec {
+  const char* name;
+  uint8_t tag;
+  void (*run)(const DispIdDataBlock& entry, const char* name);
+};
+
+template <auto Get, auto Set, Fidelity kFidelity = kExact>
+void RunDispId(const DispIdDataBlock& entry, const char* name) {
+  RoundTrip<DispIdBlank>(entry, Get, Set, kFidelity, name);
+}
+
+template <auto Get, auto Set, class Timing, unsigned kMax, Fidelity kFidelity = kExact>
+void RunList(const DispIdDataBlock& entry, const char* name) {
+  using List = TimingList<Timing, kMax>;
+  RoundTrip<DispIdBlank>(entry, GetList<Get, List>, SetList<Set, List>, kFidelity, name);
+}
+
+template <auto Get, auto Set>
+void RunCodes(const DispIdDataBlock& entry, const char* name) {
+  RoundTrip<DispIdBlank>(entry, GetCodes<Get>, SetCodes<Set, DispIdDataBlock>, kExact, name);
+}
+
+template <auto Get, auto Set>
+void RunProduct(const DispIdDataBlock& entry, const char* name) {
+  RoundTrip<DispIdBlank>(entry, GetProduct<Get>, SetProduct<Set>, kNormalises, name);
+}
+
+// A bitmap and a data string are written under a size and a tag that their getters refuse: there is no way back.
+template <auto Get>
+void ReadBitmap(const DispIdDataBlock& entry, const char*) {
+  const ExactBytes flags(ByteVector(256));
+  Get(&entry, flags.data(), flags.size());
+}
+
+void ReadString(const DispIdDataBlock& entry, const char*) {
+  const ExactBytes text(ByteVector(entry.size));
+  DispID_GetDataString(&entry, reinterpret_cast<char*>(text.data()), text.size());
+}
+
 const ByteVector kHdmiOui = {0x03, 0x0C, 0x00};
 const ByteVector kHdmiForumOui = {0xD8, 0x5D, 0xC4};
 
@@ -84,6 +233,33 @@ const CeaCodec kCeaCodecs[] = {
     {"420CMDB", 7, {15}, Run420Map},
     {"H14bVSDB", 3, kHdmiOui, RunCea<CEA_GetH14bVSDB, CEA_SetH14bVSDB, kNormalises>},
     {"HFVSDB", 3, kHdmiForumOui, RunCea<CEA_GetHFVSDB, CEA_SetHFVSDB, kNormalises>},
+    {"StaticHDR", 7, {6}, RunCea<CEA_GetStaticHDR, CEA_SetStaticHDR>},
+    {"20ByteDTD", 7, {0x22}, RunCea<CEA_Get20ByteDTD, CEA_Set20ByteDTD>},
+    {"TimingCode", 7, {0x23}, RunCea<GetCtaCodes, SetCodes<CEA_SetTimingCode, CeaDataBlock>>},
+    {"6ByteCVT", 7, {0x2A}, RunCea<GetCtaTypeX, SetCtaTypeX, kNormalises>},
+};
+
+const DispIdCodec kDispIdCodecs[] = {
+    {"PIDB", 0x00, RunProduct<DispID_GetPIDB, DispID_SetPIDB>},
+    {"20_PIDB", 0x20, RunProduct<DispID20_GetPIDB, DispID20_SetPIDB>},
+    {"DPDB", 0x01, RunDispId<DispID_GetDPDB, DispID_SetDPDB, kNormalises>},
+    {"20_DPDB", 0x21, RunDispId<DispID20_GetDPDB, DispID20_SetDPDB, kNormalises>},
+    {"20ByteDTD", 0x03, RunList<DispID_Get20ByteDTD, DispID_Set20ByteDTD, DtdTiming, 12>},
+    {"20_20ByteDTD", 0x22, RunList<DispID20_Get20ByteDTD, DispID20_Set20ByteDTD, DtdTiming, 12>},
+    {"11ByteDTD", 0x04, RunList<DispID_Get11ByteDTD, DispID_Set11ByteDTD, DtdTiming, 22, kNormalises>},
+    {"17ByteDTD", 0x13, RunList<DispID_Get17ByteDTD, DispID_Set17ByteDTD, DtdTiming, 17, kDrifts>},
+    {"3ByteCVT", 0x05, RunList<DispID_Get3ByteCVT, DispID_Set3ByteCVT, CvtTiming, 82, kNormalises>},
+    {"7ByteCVT", 0x11, RunList<DispID_Get7ByteCVT, DispID_Set7ByteCVT, CvtTiming, 35, kNormalises>},
+    {"IX 6ByteCVT", 0x24, RunList<DispID20_Get6ByteCVT, DispID20_Set6ByteCVT, CvtTiming, 41, kNormalises>},
+    {"X 6ByteCVT", 0x2A, RunList<DispID20_Get6ByteCVT, DispID20_Set6ByteCVT, CvtTiming, 41, kNormalises>},
+    {"TimingCode", 0x06, RunCodes<DispID_GetTimingCode, DispID_SetTimingCode>},
+    {"20_TimingCode", 0x23, RunCodes<DispID20_GetTimingCode, DispID20_SetTimingCode>},
+    {"VESATiming", 0x07, ReadBitmap<DispID_GetVESATiming>},
+    {"CEATiming", 0x08, ReadBitmap<DispID_GetCEATiming>},
+    {"RangeLimits", 0x09, RunDispId<DispID_GetRangeLimits, DispID_SetRangeLimits, kNormalises>},
+    {"20_RangeLimits", 0x25, RunDispId<DispID20_GetRangeLimits, DispID20_SetRangeLimits, kNormalises>},
+    {"SerialNumber", 0x0A, RunDispId<GetSerial, SetSerial, kNormalises>},
+    {"DataString", 0x0B, ReadString},
 };
 
 // A descriptor that says what a DTD can: borders, stereo and analogue sync are not decoded.
@@ -109,13 +285,22 @@ void RunCeaBytes(const CeaCodec& codec, Input& input) {
   codec.run(DataBlock(bytes), codec.name);
 }
 
+void RunDispIdBytes(const DispIdCodec& codec, Input& input) {
+  const uint8_t second = input.Byte();
+  ByteVector bytes = test::Concat({{codec.tag, second, 0}, input.Take(248)});
+  bytes[2] = static_cast<uint8_t>(bytes.size() - 3);
+  const ExactBytes exact(bytes);
+  codec.run({codec.tag, static_cast<uint8_t>(second & 7), static_cast<uint8_t>(second >> 3),
+             static_cast<uint8_t>(bytes.size()), exact.data()},
+            codec.name);
+}
+
 void RunPicked(Input input) {
-  const size_t pick = input.Byte() % (std::size(kCeaCodecs) + 1);
-  if (pick == std::size(kCeaCodecs)) {
-    RunDtdBytes(input);
-  } else {
-    RunCeaBytes(kCeaCodecs[pick], input);
-  }
+  size_t pick = input.Byte() % (std::size(kCeaCodecs) + std::size(kDispIdCodecs) + 1);
+  if (pick < std::size(kCeaCodecs)) return RunCeaBytes(kCeaCodecs[pick], input);
+  pick -= std::size(kCeaCodecs);
+  if (pick < std::size(kDispIdCodecs)) return RunDispIdBytes(kDispIdCodecs[pick], input);
+  RunDtdBytes(input);
 }
 
 void RunAll(const uint8_t* data, size_t size) {
@@ -130,6 +315,13 @@ void RunAll(const uint8_t* data, size_t size) {
                                for (const CeaCodec& codec : kCeaCodecs) codec.run(model.dataBlocks[i], codec.name);
                              }
                              for (unsigned i = 0; i < model.dtdCount; ++i) RunDtd(model.dtds[i]);
+                           },
+                           [](const DispIdBlock& model) {
+                             for (unsigned i = 0; i < model.dataBlockCount; ++i) {
+                               for (const DispIdCodec& codec : kDispIdCodecs) {
+                                 if (codec.tag == model.dataBlocks[i].tag) codec.run(model.dataBlocks[i], codec.name);
+                               }
+                             }
                            },
                        });
 }
