@@ -1,5 +1,7 @@
 #include "tests/support/operations.h"
 
+#include <vector>
+
 #include "inventory/walk.h"
 #include "tests/support/data_block.h"
 #include "tests/support/edid_builder.h"
@@ -83,6 +85,28 @@ void ToHdmi(EdidHandle& handle) {
   EDID_DVItoHDMI(&handle, 0x1000);
 }
 
+// Below each limit to all rates that the image offers.
+template <void (*Limit)(EdidHandle*, const uint16_t*, uint32_t)>
+void LimitTo(EdidHandle& handle) {
+  uint16_t rates[255];
+  const uint32_t count = EDID_GetAllFrameRate(&handle, rates, 255);
+  Limit(&handle, rates, count);
+}
+
+void FindDtds(EdidHandle& handle) {
+  const uint32_t count = EDID_GetDTDCnt(&handle);
+  std::vector<DtdTiming> list(count);
+  EDID_FindOutAllDTD(&handle, list.data(), count);
+  if (count == 0) return;
+  SortDTDbyResolution(list.data(), count);
+  SortDTDbyFrameRate(list.data(), static_cast<int32_t>(count));
+}
+
+void GetPreferred(EdidHandle& handle) {
+  DtdTiming timing = {};
+  EDID_GetPreferredTiming(&handle, &timing);
+}
+
 constexpr Operation kOperations[] = {
     {"EDID_Open", Reopen},
     {"EDID_AddBlock", AddBlock},
@@ -101,6 +125,11 @@ constexpr Operation kOperations[] = {
     {"EDID_DVItoHDMI", ToHdmi},
     {"EDID_GetPhyAddr", [](EdidHandle& handle) { EDID_GetPhyAddr(&handle); }},
     {"EDID_SetPhyAddr", [](EdidHandle& handle) { EDID_SetPhyAddr(&handle, 0x2100); }},
+    {"EDID_GetAllFrameRate", LimitTo<[](EdidHandle*, const uint16_t*, uint32_t) {}>},
+    {"EDID_LimitToHDMI20", LimitTo<EDID_LimitToHDMI20>},
+    {"EDID_LimitToHDMI14", LimitTo<EDID_LimitToHDMI14>},
+    {"EDID_FindOutAllDTD", FindDtds},
+    {"EDID_GetPreferredTiming", GetPreferred},
 };
 
 }  // namespace
