@@ -1,6 +1,6 @@
 #!/bin/sh
-# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|fuzz
-# Each set but the last holds the ones before it. Needs root or sudo only when something is missing.
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz
+# tool, tests and ci each hold the ones before; the others stand alone. Needs root or sudo only when something is missing.
 set -eu
 
 packages="g++ cmake ninja-build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
@@ -8,8 +8,9 @@ case "${1:-tool}" in
   tool) ;;
   tests) packages="$packages libgtest-dev binutils" ;;
   ci) packages="$packages libgtest-dev binutils clang clang-format" ;;
+  cross) packages="cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
   fuzz) packages="g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
-  *) echo "usage: $0 tool|tests|ci|fuzz" >&2; exit 2 ;;
+  *) echo "usage: $0 tool|tests|ci|cross|fuzz" >&2; exit 2 ;;
 esac
 
 missing=""

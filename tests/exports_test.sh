@@ -10,7 +10,7 @@ status=0
 fail() { echo "FAILED: $1"; status=1; }
 
 grep -E '^[A-Za-z]' "$source_dir/libreedid.exports" | sort >"$work/listed"
-nm -D --defined-only "$shared" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort >"$work/exported"
+"${NM:-nm}" -D --defined-only "$shared" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort >"$work/exported"
 cat "$source_dir"/include/reedid/*.h | tr '\n' ' ' | grep -oE 'REEDID_API[^;{]*;' |
   sed -E 's/\(.*//; s/;//; s/.*[ *]//' | sort >"$work/declared"
 
@@ -22,7 +22,7 @@ readelf -d "$shared" | grep -q 'SONAME.*libreedid\.so\.' || fail "no SONAME"
 if [ -z "$sanitized" ]; then
   needed=$(readelf -d "$shared" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vE '^lib(c|m)\.so' || true)
   [ -z "$needed" ] || fail "the library needs $needed"
-  data=$(objdump -h "$static" | awk '($2 ~ /^\.(data|bss)(\.|$)/ && $2 !~ /^\.data\.rel\.ro/ && $3 !~ /^0+$/) { print $2 }')
+  data=$("${OBJDUMP:-objdump}" -h "$static" | awk '($2 ~ /^\.(data|bss)(\.|$)/ && $2 !~ /^\.data\.rel\.ro/ && $3 !~ /^0+$/) { print $2 }')
   [ -z "$data" ] || fail "writable data: $data"
 fi
 exit $status
