@@ -43,6 +43,11 @@ class Bytes {
   constexpr Bytes From(size_t at) const { return at < size_ ? Bytes(data_ + at, size_ - at) : Bytes(); }
   constexpr Bytes First(size_t count) const { return Bytes(data_, count < size_ ? count : size_); }
 
+  // No bytes have no address, which memcpy may not be given even for none.
+  void CopyTo(void* to) const {
+    if (data_ != nullptr) std::memcpy(to, data_, size_);
+  }
+
  private:
   const uint8_t* data_ = nullptr;
   size_t size_ = 0;

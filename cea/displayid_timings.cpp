@@ -38,7 +38,7 @@ struct WrappedBlock : DispIdDataBlock {
       : WrappedBlock(blockTag, cta[kFlagsByte] & 7, (cta[kFlagsByte] >> 3) & flagMask) {
     const Bytes payload = cta.From(kPayloadStart);
     BeginDataBlock(*this, {blockTag}, static_cast<unsigned>(payload.size()));
-    std::memcpy(buffer + kPayloadStart, payload.data(), payload.size());
+    payload.CopyTo(buffer + kPayloadStart);
   }
 
   WrappedBlock(const WrappedBlock&) = delete;

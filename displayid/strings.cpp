@@ -17,7 +17,7 @@ int32_t GetText(const DispIdDataBlock* entry, uint8_t tag, char* text, uint32_t 
   }
   const Bytes payload = PayloadOf(*entry);
   if (textSize <= payload.size()) return REEDID_ERR_AS(name, "invalid parameters");
-  std::memcpy(text, payload.data(), payload.size());
+  payload.CopyTo(text);
   text[payload.size()] = '\0';
   return 0;
 }

@@ -29,7 +29,7 @@ int32_t GetTimingCode(const DispIdDataBlock& entry, TimingCodeRecord* record, ui
   record->codeType = Low8(Bits(entry.headerFlags, 3, 2));
   record->twoByteCodes = 0;
   record->codeCount = Low8(std::min(requested, static_cast<uint32_t>(count)));
-  if (record->codeCount > 0) std::memcpy(record->codes, PayloadOf(entry).data(), record->codeCount);
+  PayloadOf(entry).First(record->codeCount).CopyTo(record->codes);
   return 0;
 }
 
