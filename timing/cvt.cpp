@@ -113,6 +113,7 @@ double ReducedClock(const CvtTiming& request, const Work& work, const Result& re
   const uint64_t stepKHz = request.formula == kReduced2 ? 1 : 250;
   const auto halfLines = 2 * (uint64_t{work.lines} + static_cast<uint64_t>(result.vblank)) + work.halfLine;
   const uint64_t halfHz = request.frameRate * (uint64_t{request.hactive} + result.hblank) * halfLines;
+  // NOLINTNEXTLINE(bugprone-integer-division): whole kHz, as all clocks
   if (halfHz / 2000 > UINT32_MAX) return static_cast<double>(halfHz / 2000);  // more than a record holds
   const uint64_t steps =
       request.flagA != 0 ? halfHz * kFractionalRatePpm / (stepKHz * 2000 * 1000000) : halfHz / (stepKHz * 2000);

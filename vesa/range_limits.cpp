@@ -55,8 +55,8 @@ void WriteRates(uint8_t* bytes, const RatePair& at, bool offsets, uint16_t min, 
 }
 
 uint8_t FormulaOfKind(uint8_t kind) {
-  for (uint8_t formula = 0; formula < sizeof kKindOfFormula; ++formula) {
-    if (kKindOfFormula[formula] == kind) return formula;
+  for (unsigned formula = 0; formula < sizeof kKindOfFormula; ++formula) {
+    if (kKindOfFormula[formula] == kind) return Low8(formula);
   }
   return kDefaultGtf;
 }
