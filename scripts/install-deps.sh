@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|lint|coverage
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|bench|lint|coverage
 # tool, tests and ci each hold the ones before; the others stand alone. Needs root or sudo only when something is missing.
 set -eu
 
@@ -10,9 +10,10 @@ case "${1:-tool}" in
   ci) packages="$packages libgtest-dev binutils clang clang-format" ;;
   cross) packages="cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
   fuzz) packages="g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
+  bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;
   lint) packages="g++ cmake ninja-build clang-tidy" ;;
   coverage) packages="g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
-  *) echo "usage: $0 tool|tests|ci|cross|fuzz|lint|coverage" >&2; exit 2 ;;
+  *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage" >&2; exit 2 ;;
 esac
 
 missing=""

@@ -1,0 +1,85 @@
+#include "bench/operations.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "bench/decode.h"
+#include "tests/support/handle.h"
+
+namespace reedid::bench {
+namespace {
+
+using test::ByteVector;
+using test::OpenImage;
+using test::Owned;
+
+constexpr size_t kRoom = 256 * 256;
+uint8_t output[kRoom];
+
+void OpenAndClose(const ByteVector& image) {
+  benchmark::DoNotOptimize(OpenImage(image).get());
+}
+
+template <class Visit>
+void WithModels(const ByteVector& image, Visit visit) {
+  const auto handle = OpenImage(image);
+  for (unsigned i = 0; handle != nullptr && i < handle->blockCount; ++i) {
+    const EdidBlock& block = handle->blocks[i];
+    switch (block.type) {
+      case EDID_BLOCK_VESA:
+        visit(Owned<VesaBlock>(VESA_Open(&block)).get());
+        break;
+      case EDID_BLOCK_CEA:
+        visit(Owned<CeaBlock>(CEA_Open(&block)).get());
+        break;
+      case EDID_BLOCK_DISPID_FIRST:
+      case EDID_BLOCK_DISPID_NEXT:
+      case EDID_BLOCK_DISPID_EXT:
+        visit(Owned<DispIdBlock>(DispID_Open(&block)).get());
+        break;
+      default:
+        break;
+    }
+  }
+}
+
+void OpenModels(const ByteVector& image) {
+  WithModels(image, [](auto* model) { benchmark::DoNotOptimize(model); });
+}
+
+void OpenAndDecode(const ByteVector& image) {
+  WithModels(image, [](auto* model) {
+    if (model != nullptr) Decode(*model);
+  });
+}
+
+constexpr Operation kOperations[] = {
+    {"open, close", OpenAndClose},
+    {"open, every block's model, close", OpenModels},
+    {"open, every model, every data block decoded, close", OpenAndDecode},
+};
+
+}  // namespace
+
+std::span<const Operation> Operations() {
+  return kOperations;
+}
+
+void Floor(const ByteVector& image) {
+  const size_t size = std::min(image.size(), kRoom);
+  std::memcpy(output, image.data(), size);
+  benchmark::ClobberMemory();
+  for (size_t block = 0; block < size; block += 128) {
+    unsigned sum = 0;
+    const size_t end = std::min(block + 128, size);
+    for (size_t at = block; at < end; ++at) {
+      sum += output[at];
+      asm volatile("" : "+r"(sum));  // each byte's sum is wanted in a register: no vectors
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+}
+
+}  // namespace reedid::bench
