@@ -94,10 +94,8 @@ void LimitTo(EdidHandle& handle) {
 }
 
 void FindDtds(EdidHandle& handle) {
-  const uint32_t count = EDID_GetDTDCnt(&handle);
-  std::vector<DtdTiming> list(count);
-  EDID_FindOutAllDTD(&handle, list.data(), count);
-  if (count == 0) return;
+  std::vector<DtdTiming> list(255);  // a count taken while memory was short may be too small for what is found later
+  const uint32_t count = EDID_FindOutAllDTD(&handle, list.data(), EDID_GetDTDCnt(&handle));
   SortDTDbyResolution(list.data(), count);
   SortDTDbyFrameRate(list.data(), static_cast<int32_t>(count));
 }
