@@ -1,0 +1,79 @@
+#!/bin/sh
+# Installs the build into an empty prefix, moves it, and builds a C99 and a C++20 program against it in each way that we
+# promise: CMake package and pkg-config, shared and static library. A sanitized build is not for others to link.
+# usage: install_test.sh SOURCE_DIR BUILD_DIR CC CXX
+set -eu
+source_dir=$1 build_dir=$2 cc=$3 cxx=$4
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cmake --install "$build_dir" --prefix "$work/first" >/dev/null
+mkdir "$work/new"
+mv "$work/first" "$work/new/prefix"  # nothing may remember where it was installed
+prefix=$work/new/prefix
+libdir=$(dirname "$(find "$prefix" -name libreedid.a)")
+
+cat >"$work/c.c" <<'END'
+#include <reedid/reedid.h>
+#include <stdio.h>
+int main(void) {
+  uint8_t bytes[4] = {1, 2, 3, 0};
+  return puts(reedid_version()) < 0 || GetChecksum(bytes, 4) != 250;
+}
+END
+cat >"$work/cpp.cpp" <<'END'
+#include <reedid/reedid.h>
+#include <cstdio>
+int main() {
+  const uint8_t header[8] = {0, 255, 255, 255, 255, 255, 255, 0};
+  return std::puts(reedid_version()) < 0 || !isEdidHeader(header);
+}
+END
+
+# expect_version PROGRAM SHARED: it runs, tells its version and needs the shared library exactly when it should.
+version=$(sed -n 's/^#define REEDID_VERSION_STRING "\(.*\)"/\1/p' "$prefix/include/reedid/version.h")
+expect_version() {
+  told=$(LD_LIBRARY_PATH=$libdir "$1")
+  [ "$told" = "$version" ] || { echo "FAILED: $1 tells version '$told', not '$version'"; exit 1; }
+  needed=no
+  if readelf -d "$1" | grep -q 'NEEDED.*libreedid'; then needed=yes; fi
+  [ "$needed" = "$2" ] || { echo "FAILED: $1 needs libreedid.so: $needed"; exit 1; }
+}
+
+# CMake: each language in a project of its own, because a C project has no C++ compiler.
+for language in C CXX; do
+  [ $language = C ] && file=c.c || file=cpp.cpp
+  mkdir "$work/$language"
+  cp "$work/$file" "$work/$language"
+  cat >"$work/$language/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(consumer LANGUAGES $language)
+set(CMAKE_C_STANDARD 99)
+set(CMAKE_CXX_STANDARD 20)
+find_package(reedid $version REQUIRED)
+add_executable(shared $file)
+target_link_libraries(shared reedid::reedid)
+add_executable(static $file)
+target_link_libraries(static reedid::reedid_static)
+END
+  CC=$cc CXX=$cxx cmake -S "$work/$language" -B "$work/$language/build" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+  cmake --build "$work/$language/build" >/dev/null
+  expect_version "$work/$language/build/shared" yes
+  expect_version "$work/$language/build/static" no
+done
+
+# pkg-config: the static library by its name, because both stand in one folder.
+export PKG_CONFIG_PATH="$libdir/pkgconfig"
+flags() { pkg-config "$@" reedid; }
+static_libs=$(flags --static --libs | sed 's/-lreedid/-l:libreedid.a/')
+# shellcheck disable=SC2046,SC2086
+{
+  $cc -std=c99 $(flags --cflags) "$work/c.c" -o "$work/c-shared" $(flags --libs)
+  $cc -std=c99 $(flags --cflags) "$work/c.c" -o "$work/c-static" $static_libs
+  $cxx -std=c++20 $(flags --cflags) "$work/cpp.cpp" -o "$work/cpp-shared" $(flags --libs)
+  $cxx -std=c++20 $(flags --cflags) "$work/cpp.cpp" -o "$work/cpp-static" $static_libs
+}
+for language in c cpp; do
+  expect_version "$work/$language-shared" yes
+  expect_version "$work/$language-static" no
+done
+if grep -rI "$source_dir\|$work/first" "$prefix"; then echo "FAILED: paths of the build in installed files"; exit 1; fi
