@@ -1,0 +1,30 @@
+#!/bin/sh
+# The man page tells of every command and option of the help and of the version, and bash completes from the help.
+# usage: man_test.sh SOURCE_DIR REEDID
+set -eu
+source_dir=$1 reedid=$2
+page=$source_dir/tools/reedid.1
+status=0
+fail() { echo "FAILED: $1"; status=1; }
+plain=$(sed 's/\\-/-/g' "$page")
+expect() { echo "$plain" | grep -Eq -- "$1" || fail "the man page has no $1"; }
+
+version=$("$reedid" --version)
+expect "\"$version\""
+commands=$("$reedid" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z0-9-]*\) .*/\1/p')
+[ -n "$commands" ] || fail "the help lists no commands"
+for command in $commands; do
+  expect "^\\.B $command\$"
+  for option in $("$reedid" "$command" --help | sed -n 's/^  \(-[^ ]*\).*/\1/p' | grep -oE -- '--[a-z0-9-]+'); do
+    expect "^\\.B.*$option( |\$)"
+  done
+done
+
+if command -v bash >/dev/null; then
+  completed=$(PATH="$(dirname "$reedid"):$PATH" bash -c '. "$1"; COMP_WORDS=(reedid ch) COMP_CWORD=1; _reedid
+    echo "${COMPREPLY[*]}"; COMP_WORDS=(reedid convert --) COMP_CWORD=2; _reedid; echo "${COMPREPLY[*]}"' \
+    bash "$source_dir/tools/completions/reedid.bash")
+  echo "$completed" | grep -qx check || fail "bash does not complete 'ch' to check: $completed"
+  echo "$completed" | grep -q -- '--to.*--output\|--output.*--to' || fail "bash misses options of convert: $completed"
+fi
+exit $status
