@@ -21,11 +21,12 @@ int main(void) {
 }
 END
 cat >"$work/cpp.cpp" <<'END'
-#include <reedid/reedid.h>
+#include <reedid/reedid.hpp>
 #include <cstdio>
 int main() {
-  const uint8_t header[8] = {0, 255, 255, 255, 255, 255, 255, 0};
-  return std::puts(reedid_version()) < 0 || !isEdidHeader(header);
+  const uint8_t header[128] = {0, 255, 255, 255, 255, 255, 255, 0};
+  const reedid::Image image{reedid::ByteView(header)};
+  return std::puts(reedid_version()) < 0 || image.Blocks().size() != 1;
 }
 END
 

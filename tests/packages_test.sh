@@ -28,7 +28,7 @@ field_has() {
 }
 
 package_holds libreedid0 "$libdir/libreedid\.so\.0(\.[0-9]+)*" share/doc/libreedid0/copyright
-package_holds libreedid-dev "include/reedid/reedid\.h" "include/reedid/[a-z]*\.h" \
+package_holds libreedid-dev "include/reedid/reedid\.h" "include/reedid/reedid\.hpp" "include/reedid/[a-z]*\.h" \
   "$libdir/libreedid\.(a|so)" "$libdir/pkgconfig/reedid\.pc" "$libdir/cmake/reedid/reedid-[a-z-]*\.cmake" \
   share/doc/libreedid-dev/copyright
 field_has libreedid0 Depends libc6

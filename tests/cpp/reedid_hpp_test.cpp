@@ -1,0 +1,92 @@
+// The C++ convenience: who owns what, what an empty owner answers, where ranges begin and end.
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "reedid/reedid.hpp"
+#include "tests/support/edid_builder.h"
+#include "tests/support/log_capture.h"
+
+namespace reedid::test {
+namespace {
+
+static_assert(!std::is_copy_constructible_v<Image> && !std::is_copy_assignable_v<Image>);
+static_assert(std::is_nothrow_move_constructible_v<CtaExtension> && std::is_nothrow_move_assignable_v<CtaExtension>);
+static_assert(std::forward_iterator<TimingRange::Iterator>);
+static_assert(sizeof(DisplayIdSection) == sizeof(void*));
+
+ByteVector Sample() {
+  return Edid()
+      .Dtd(k2160p60)
+      .Name("Sample")
+      .Dtd(k1080p60)
+      .Extension(Cta().Vdb({16, 97}).Hdmi(0x1000).Dtd(k720p60))
+      .Extension(Section().Block(0x0B, 0, {'a', 'b'}))
+      .Build();
+}
+
+TEST(ReedidHpp, OwnersMoveAndCloseOnce) {
+  Image image(Sample());
+  ASSERT_TRUE(image);
+  Image moved = std::move(image);
+  EXPECT_FALSE(image);
+  EXPECT_EQ(moved->blockCount, 3);
+  moved = Image(Sample());  // the first handle is closed here: a leak checker watches
+  Image taken(moved.release());
+  EXPECT_FALSE(moved);
+  EXPECT_EQ(taken.Bytes(), Sample());
+}
+
+TEST(ReedidHpp, RangesGoOverWhatThereIs) {
+  const Image image(Sample());
+  ASSERT_EQ(image.Blocks().size(), 3u);
+  EXPECT_EQ(image.Blocks()[2].type, EDID_BLOCK_DISPID_EXT);
+  EXPECT_EQ(BytesOf(image.Blocks()[2]).size(), 128u);
+
+  const BaseBlock base(image.Blocks()[0]);
+  std::vector<uint32_t> clocks;
+  for (const DtdTiming& timing : base.Timings()) clocks.push_back(timing.pixelClock);
+  EXPECT_EQ(clocks, (std::vector<uint32_t>{594000, 148500})) << "the name between them is no timing";
+  EXPECT_EQ(&std::next(base.Timings().begin()).slot(), &base->descriptors[2]);
+
+  const CtaExtension cta(image.Blocks()[1]);
+  ASSERT_EQ(cta.DataBlocks().size(), 2u);
+  EXPECT_EQ(BytesOf(cta.DataBlocks()[0]).size(), 3u);
+  EXPECT_EQ((*cta.Timings().begin()).hactive, 1280);
+
+  const DisplayIdSection section(image.Blocks()[2]);
+  ASSERT_EQ(section.DataBlocks().size(), 1u);
+  EXPECT_EQ(BytesOf(section.DataBlocks()[0])[4], 'b');
+}
+
+TEST(ReedidHpp, EmptyOwnersHoldNothing) {
+  const ByteVector cut(100);
+  LogOf([&] {
+    const Image refused{ByteView(cut).first(4)};
+    EXPECT_FALSE(refused);
+    EXPECT_TRUE(refused.Blocks().empty());
+    EXPECT_TRUE(refused.Bytes().empty());
+    const Image image(Sample());
+    const BaseBlock wrongKind(image.Blocks()[1]);
+    EXPECT_FALSE(wrongKind);
+    EXPECT_EQ(wrongKind.Timings().begin(), wrongKind.Timings().end());
+    EXPECT_TRUE(CtaExtension().DataBlocks().empty());
+    EXPECT_TRUE(DisplayIdSection().DataBlocks().empty());
+    EXPECT_EQ(wrongKind.GenerateInto(image.Blocks()[0]), -1);
+  });
+  EXPECT_TRUE(BytesOf(EdidBlock{}).empty());
+  EXPECT_EQ(BytesOf(CeaDataBlock{1, 0, 4, nullptr}).size(), 0u);
+}
+
+TEST(ReedidHpp, AnEditGoesBackIntoTheImage) {
+  const Image image(Sample());
+  EdidBlock& block = image.Blocks()[1];
+  const CtaExtension cta(block);
+  ASSERT_EQ(CEA_DeleteDTD(cta.get(), &cta.Timings().begin().slot()), 0);
+  EXPECT_TRUE(cta.Descriptors().empty());
+  ASSERT_EQ(cta.GenerateInto(block), 0);
+  EXPECT_TRUE(CtaExtension(block).Descriptors().empty());
+}
+
+}  // namespace
+}  // namespace reedid::test
