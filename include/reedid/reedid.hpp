@@ -123,7 +123,7 @@ class Owner {
   std::unique_ptr<T, Closer> object_;
 };
 
-/// An image: EDID_Open, EDID_Close, EDID_GenerateEdid.
+/// An image: EDID_Open, EDID_Close, EDID_GenerateEdid and the questions that need an array.
 class Image : public Owner<EdidHandle, &EDID_Close> {
  public:
   Image() = default;  ///< empty
@@ -146,6 +146,22 @@ class Image : public Owner<EdidHandle, &EDID_Close> {
     const int32_t written = EDID_GenerateEdid(get(), bytes.data(), static_cast<uint32_t>(size));
     bytes.resize(written < 0 ? 0 : static_cast<size_t>(written));
     return bytes;
+  }
+
+  /// Every frame rate in Hz that the image offers, highest first: EDID_GetAllFrameRate.
+  std::vector<uint16_t> FrameRates() const {
+    std::vector<uint16_t> rates(255);
+    rates.resize(EDID_GetAllFrameRate(get(), rates.data(), 255));
+    return rates;
+  }
+
+  /// Every detailed timing of the image in block order: EDID_FindOutAllDTD.
+  std::vector<DtdTiming> DetailedTimings() const {
+    std::vector<DtdTiming> timings(EDID_GetDTDCnt(get()));
+    if (!timings.empty()) {
+      timings.resize(EDID_FindOutAllDTD(get(), timings.data(), static_cast<uint32_t>(timings.size())));
+    }
+    return timings;
   }
 
  private:

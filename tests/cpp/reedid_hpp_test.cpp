@@ -42,6 +42,8 @@ TEST(ReedidHpp, RangesGoOverWhatThereIs) {
   ASSERT_EQ(image.Blocks().size(), 3u);
   EXPECT_EQ(image.Blocks()[2].type, EDID_BLOCK_DISPID_EXT);
   EXPECT_EQ(BytesOf(image.Blocks()[2]).size(), 128u);
+  EXPECT_EQ(image.DetailedTimings().size(), 3u);
+  EXPECT_EQ(image.FrameRates(), std::vector<uint16_t>{60});
 
   const BaseBlock base(image.Blocks()[0]);
   std::vector<uint32_t> clocks;
@@ -66,6 +68,8 @@ TEST(ReedidHpp, EmptyOwnersHoldNothing) {
     EXPECT_FALSE(refused);
     EXPECT_TRUE(refused.Blocks().empty());
     EXPECT_TRUE(refused.Bytes().empty());
+    EXPECT_TRUE(refused.FrameRates().empty());
+    EXPECT_TRUE(refused.DetailedTimings().empty());
     const Image image(Sample());
     const BaseBlock wrongKind(image.Blocks()[1]);
     EXPECT_FALSE(wrongKind);
@@ -85,7 +89,7 @@ TEST(ReedidHpp, AnEditGoesBackIntoTheImage) {
   ASSERT_EQ(CEA_DeleteDTD(cta.get(), &cta.Timings().begin().slot()), 0);
   EXPECT_TRUE(cta.Descriptors().empty());
   ASSERT_EQ(cta.GenerateInto(block), 0);
-  EXPECT_TRUE(CtaExtension(block).Descriptors().empty());
+  EXPECT_EQ(image.DetailedTimings().size(), 2u);
 }
 
 }  // namespace
