@@ -1,5 +1,6 @@
-/*
- * reedid/image.h - the EDID image: a list of blocks, opened from bytes and written back to bytes.
+/**
+ * @file image.h
+ * the EDID image: a list of blocks, opened from bytes and written back to bytes.
  *
  * Conventions of the whole interface
  *
@@ -28,42 +29,42 @@
 extern "C" {
 #endif
 
-/* What an EdidBlock holds. */
+/** What an EdidBlock holds. */
 typedef enum EdidBlockType {
-  EDID_BLOCK_UNKNOWN = 0,      /* an EDID extension block with a tag that is none of those below */
-  EDID_BLOCK_VESA = 1,         /* block 0 of an EDID, the base block, whatever its content */
-  EDID_BLOCK_MAP = 2,          /* an extension block with tag 0xF0, block map (EDID 1.4, 3.11) */
-  EDID_BLOCK_CEA = 3,          /* an extension block with tag 0x02, CTA-861 extension */
-  EDID_BLOCK_DISPID_FIRST = 4, /* the first section of a standalone DisplayID structure */
-  EDID_BLOCK_DISPID_NEXT = 5,  /* a further section of a standalone DisplayID structure */
-  EDID_BLOCK_DISPID_EXT = 6    /* an extension block with tag 0x70, a DisplayID section inside an EDID */
+  EDID_BLOCK_UNKNOWN = 0,      /**< an EDID extension block with a tag that is none of those below */
+  EDID_BLOCK_VESA = 1,         /**< block 0 of an EDID, the base block, whatever its content */
+  EDID_BLOCK_MAP = 2,          /**< an extension block with tag 0xF0, block map (EDID 1.4, 3.11) */
+  EDID_BLOCK_CEA = 3,          /**< an extension block with tag 0x02, CTA-861 extension */
+  EDID_BLOCK_DISPID_FIRST = 4, /**< the first section of a standalone DisplayID structure */
+  EDID_BLOCK_DISPID_NEXT = 5,  /**< a further section of a standalone DisplayID structure */
+  EDID_BLOCK_DISPID_EXT = 6    /**< an extension block with tag 0x70, a DisplayID section inside an EDID */
 } EdidBlockType;
 
-/* One 128-byte EDID block or one DisplayID section. */
+/** One 128-byte EDID block or one DisplayID section. */
 typedef struct EdidBlock {
-  uint8_t type;      /* an EdidBlockType value */
-  uint16_t capacity; /* bytes that the block may grow to: 128 for an EDID block, 256 for a DisplayID section */
-  uint16_t size;     /* bytes in use: 128 for an EDID block, byte 1 + 5 for a DisplayID section */
-  uint8_t* bytes;    /* max(size, capacity) bytes, owned by the handle; byte size - 1 is the checksum */
+  uint8_t type;      /**< an EdidBlockType value */
+  uint16_t capacity; /**< bytes that the block may grow to: 128 for an EDID block, 256 for a DisplayID section */
+  uint16_t size;     /**< bytes in use: 128 for an EDID block, byte 1 + 5 for a DisplayID section */
+  uint8_t* bytes;    /**< max(size, capacity) bytes, owned by the handle; byte size - 1 is the checksum */
 } EdidBlock;
 
-/* An opened image. Entries keep their addresses until the next EDID_AddBlock or EDID_DeleteBlock. */
+/** An opened image. Entries keep their addresses until the next EDID_AddBlock or EDID_DeleteBlock. */
 typedef struct EdidHandle {
-  uint8_t blockCount; /* entries of blocks in use, 0..255 */
-  EdidBlock* blocks;  /* the entries in image order, owned by the handle; may be null when there are none */
+  uint8_t blockCount; /**< entries of blocks in use, 0..255 */
+  EdidBlock* blocks;  /**< the entries in image order, owned by the handle; may be null when there are none */
 } EdidHandle;
 
-/*
+/**
  * The checksum byte that makes `length` bytes add up to 0 modulo 256; the last of them, where the checksum stands, is
  * not read. Defined for 1 to 256 bytes (the sum is taken with an 8-bit index); 0 for a length of 1, a length of 0 or
  * null.
  */
 REEDID_API uint32_t GetChecksum(const uint8_t* bytes, uint32_t length);
 
-/* Whether the first 8 bytes are the EDID header 00 FF FF FF FF FF FF 00 (EDID 1.4, table 3.1). 0 for null. */
+/** Whether the first 8 bytes are the EDID header 00 FF FF FF FF FF FF 00 (EDID 1.4, table 3.1). 0 for null. */
 REEDID_API int32_t isEdidHeader(const uint8_t* bytes);
 
-/*
+/**
  * Opens an image: an EDID (its header, then whole 128-byte blocks) or, without the EDID header, a standalone DisplayID
  * structure (a chain of sections). Copies the bytes. Neither checksums nor the extension count are compared with the
  * data; an extension of unknown kind is kept and reported with a warning. Returns null for no data, for an EDID whose
@@ -73,23 +74,23 @@ REEDID_API int32_t isEdidHeader(const uint8_t* bytes);
  */
 REEDID_API EdidHandle* EDID_Open(const uint8_t* data, uint32_t length);
 
-/* Frees a handle, its entries and their bytes. Null is ignored. */
+/** Frees a handle, its entries and their bytes. Null is ignored. */
 REEDID_API void EDID_Close(EdidHandle* handle);
 
-/*
+/**
  * Inserts a copy of `block` at min(index, blockCount); type, capacity and size are taken as they are. Refreshes block
  * 0's extension count byte (byte 126 of a base block, byte 3 of a DisplayID section) and its checksum; an extension
  * keeps the checksum that it came with. Refuses bad arguments and a 256th block. The handle is unchanged on failure.
  */
 REEDID_API int32_t EDID_AddBlock(EdidHandle* handle, const EdidBlock* block, uint32_t index);
 
-/*
+/**
  * Removes `entry`, which must be the address of one of the handle's entries, frees its bytes and refreshes block 0 as
  * EDID_AddBlock does. An entry that is not the handle's own removes nothing and is no error.
  */
 REEDID_API int32_t EDID_DeleteBlock(EdidHandle* handle, const EdidBlock* entry);
 
-/*
+/**
  * Writes the image to `out` and returns the number of bytes written, or -1 when `capacity` bytes are too few ("not
  * enough space", nothing written) or the handle is empty. The extension count byte is set in `out`; the checksum in
  * `out` is the one that block 0 had. After an edit that changed block 0's bytes by hand, refresh it first (any

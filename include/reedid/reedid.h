@@ -1,4 +1,6 @@
-/* reedid/reedid.h - the whole interface. */
+/**
+ * @file reedid.h
+ * the whole interface. */
 #ifndef REEDID_REEDID_H
 #define REEDID_REEDID_H
 

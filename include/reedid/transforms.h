@@ -1,5 +1,6 @@
-/*
- * reedid/transforms.h - questions about a whole image and edits of a whole image. They open each block with its own
+/**
+ * @file transforms.h
+ * questions about a whole image and edits of a whole image. They open each block with its own
  * parser, work on the model, write it back and close it; a block that does not open is skipped. The conventions are
  * those of reedid/image.h.
  *
@@ -20,100 +21,119 @@
 extern "C" {
 #endif
 
-/*
+/**
  * Whether every block is of a known kind, opens and has a right checksum; a block map makes an image invalid, an image
  * without blocks is valid. 0 with "invalid parameters" for a null handle or block array.
  */
 REEDID_API int32_t isValidEdid(const EdidHandle* handle);
 
-/* Whether no CTA extension has an HDMI 1.4b VSDB: the image describes a DVI sink. An HDMI Forum VSDB alone is DVI. */
+/** Whether no CTA extension has an HDMI 1.4b VSDB: the image describes a DVI sink. An HDMI Forum VSDB alone is DVI. */
 REEDID_API int32_t isDVIEdid(const EdidHandle* handle);
 
-/*
+/**
  * Turns a DVI image into an HDMI one: block 1 is removed (a CTA extension is reused) and a CTA extension with a
  * two-channel L-PCM audio block, a front left/right speaker block and an HDMI VSDB with this physical address is
  * appended. An image that is HDMI already is left alone, 0.
  */
 REEDID_API int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr);
 
-/* The CEC physical address of the first HDMI 1.4b VSDB, 0xFFFF when there is none. */
+/** The CEC physical address of the first HDMI 1.4b VSDB, 0xFFFF when there is none. */
 REEDID_API uint16_t EDID_GetPhyAddr(const EdidHandle* handle);
 
-/*
+/**
  * Rewrites the first HDMI 1.4b VSDB with this physical address and its block's checksum. -1, image unchanged, when
  * there is none or when the rewritten block (9 bytes at least) does not fit.
  */
 REEDID_API int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr);
 
-/*
+/**
  * All whole-number frame rates (Hz) that the image offers anywhere, highest first without repeats, into an array of
  * `maxCount` (at most 255). Returns their number. Stops taking rates when the array is full.
  */
 REEDID_API uint32_t EDID_GetAllFrameRate(const EdidHandle* handle, uint16_t* frameRates, uint32_t maxCount);
 
-/* Number of detailed timings of the image (modulo 256). */
+/** Number of detailed timings of the image (modulo 256). */
 REEDID_API uint32_t EDID_GetDTDCnt(const EdidHandle* handle);
 
-/*
+/**
  * Decodes all detailed timings, in block order. `list` has room for EDID_GetDTDCnt records; `capacity` is not
- * consulted. Where memory can run out between the two calls, give room for 255 records, which is always enough. The
- * record of base block slot 0 gets `preferred` 1. Returns the number of records.
+ * consulted. The record of base block slot 0 gets `preferred` 1. Returns the number of records.
  */
 REEDID_API uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t capacity);
 
-/*
+/**
  * Sorts by falling active area (hactive * vactive), or by falling rate. The order by rate compares each row of the
  * exchange sort with the rate that stood there when the row began: more than two rates need not come out in strict
  * order.
  */
 REEDID_API void SortDTDbyResolution(DtdTiming* list, uint32_t count);
+/** The same by rate; see SortDTDbyResolution. */
 REEDID_API void SortDTDbyFrameRate(DtdTiming* list, int32_t count);
 
-/*
+/**
  * The timing that a source should use: the first Short Video Reference of the CTA Video Format Preference Data Block,
  * else the first detailed timing (a larger one of at least 1920 pixels replaces one narrower than 1920), else the
  * native VIC. `out` is written only when there is an answer.
  */
 REEDID_API void EDID_GetPreferredTiming(const EdidHandle* handle, DtdTiming* out);
 
-/*
+/**
  * Link limits. Timings above the limit are re-clocked to the first rate of the list that fits, or dropped; VICs are
  * replaced by slower ones of the same format. `frameRates` are acceptable rates in Hz, usually highest first, as
  * EDID_GetAllFrameRate gives them. HDMI 2.0: 600000 kHz. HDMI 1.4: 340000 kHz, and DisplayID blocks, 4:2:0 blocks and
  * the HDMI Forum VSDB are removed.
  */
 REEDID_API void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 2.0 limit of a base block model. */
 REEDID_API int32_t VESA_LimitToHDMI20(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 2.0 limit of a CTA extension model. */
 REEDID_API void CEA_LimitToHDMI20(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 2.0 limit of a DisplayID section model. */
 REEDID_API void DispID_LimitToHDMI20(DispIdBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 1.4 limit of a whole image; see EDID_LimitToHDMI20. */
 REEDID_API void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 1.4 limit of a base block model. */
 REEDID_API int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
+/** The HDMI 1.4 limit of a CTA extension model. */
 REEDID_API void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 
-/*
+/**
  * Rewrites an image of three or more blocks into the base block and the first extension, keeping its frame rates and as
  * many high rates as the two blocks can carry, within the HDMI 2.0 limit. 0, or -1 for bad arguments or no memory.
  */
 REEDID_API int32_t EDID_HighRefreshRate(EdidHandle* handle);
 
-/* Removes the HDMI Forum EDID Extension Override Data Block (extended tag 120) from every CTA extension. */
+/**
+ * Removes the HDMI Forum EDID Extension Override Data Block (extended tag 120) from every CTA extension and regenerates
+ * those that had one. Null is "invalid parameters".
+ */
 REEDID_API void DeleteEODB(EdidHandle* handle);
 
-/* Audio formats found in the audio data blocks; one flag each. */
+/** Audio formats found in the audio data blocks; one flag each. */
 typedef struct AudioFmtCap {
-  uint8_t lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt;
+  uint8_t lpcm;      /**< format 1 */
+  uint8_t dts;       /**< format 7 */
+  uint8_t dtsHd;     /**< format 11 */
+  uint8_t dtsHdExt1; /**< format 11 with one of the bits 2..0 of formatDependent */
+  uint8_t dtsHdExt2; /**< format 11 with bit 2 or 1 */
+  uint8_t dtsHdExt3; /**< format 11 with bit 2 */
+  uint8_t ac3;       /**< format 2 */
+  uint8_t eac3;      /**< format 10 */
+  uint8_t eac3Ext;   /**< format 10 with a formatDependent other than 0 */
+  uint8_t mat;       /**< format 12 */
+  uint8_t matExt;    /**< format 12 with bit 0 of formatDependent */
 } AudioFmtCap;
 
-/* The union over the first audio data block of each CTA extension examined. 0, or -1 with "invalid parameters". */
+/** The union over the first audio data block of each CTA extension examined. 0, or -1 with "invalid parameters". */
 REEDID_API int32_t EDID_GetAudioFmtCap(const EdidHandle* handle, AudioFmtCap* cap);
 
-/* Leaves two-channel L-PCM and the front speakers of an HDMI image. */
+/** Leaves two-channel L-PCM and the front speakers of an HDMI image. */
 REEDID_API void EDID_LimitToPCM2CH(EdidHandle* handle);
 
-/* Caps the FRL rates of the HDMI Forum VSDB at 5 (40 Gbit/s). */
+/** Caps the FRL rates of the HDMI Forum VSDB at 5 (40 Gbit/s). */
 REEDID_API void EDID_LimitToFrl40G(EdidHandle* handle);
 
-/* Removes Dolby Vision, HDR static metadata and HDR dynamic metadata blocks. */
+/** Removes Dolby Vision, HDR static metadata and HDR dynamic metadata blocks. */
 REEDID_API void EDID_LimitToSDR(EdidHandle* handle);
 
 #ifdef __cplusplus
