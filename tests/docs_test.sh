@@ -1,0 +1,41 @@
+#!/bin/sh
+# The documents tell the truth: docs/diagnostics.md explains every message of the sources, the files that
+# docs/data-blocks.md and the other documents name exist, and the library calls nothing that docs/porting.md does not list.
+# usage: docs_test.sh SOURCE_DIR LIBREEDID_A SANITIZED
+set -eu
+static=$2 sanitized=$3
+cd "$1"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+status=0
+fail() { echo "FAILED: $1"; status=1; }
+rooms="base edid timing vesa displayid cea inventory transform"
+
+# A message is the first text behind the level and the name of the reporting function.
+for room in $rooms; do cat "$room"/*.cpp "$room"/*.h; done | grep -v '#define\|^ *//' | tr '\n' ' ' |
+  grep -oE 'REEDID_(ERR|WARN|INFO|LOG_OPEN)(_AS)?\([^;]*;' |
+  sed -E 's/^REEDID_LOG_OPEN\("[A-Z]+", *[^,]*, *//; s/^REEDID_[A-Z]+_AS\([^,]*, *//; s/^REEDID_[A-Z]+\( *//' |
+  sed -n 's/^"\([^"]*\)".*/\1/p' | sort -u >"$work/printed"
+sed -nE 's/^\| `([^`]*)` \|.*/\1/p' docs/diagnostics.md | sort >"$work/explained"
+[ -s "$work/printed" ] || fail "no messages in the sources"
+comm -23 "$work/printed" "$work/explained" >"$work/unexplained"
+[ ! -s "$work/unexplained" ] || { cat "$work/unexplained"; fail "docs/diagnostics.md does not explain these messages"; }
+
+grep -ohE '`(base|edid|timing|vesa|displayid|cea|inventory|transform|tests|scripts|cmake|include)/[A-Za-z0-9_/.-]+`' docs/*.md |
+  tr -d '`' | sort -u >"$work/files"
+grep -ohE '\]\([^)#:]+\)' docs/*.md | sed -E 's|^\]\((.*)\)$|docs/\1|' | sort -u >>"$work/files"
+while read -r file; do
+  [ -e "$file" ] || fail "the documents name $file, which is not there"
+done <"$work/files"
+for source in vesa/*.cpp displayid/*.cpp cea/*.cpp; do
+  grep -qx "$source" "$work/files" || fail "docs/data-blocks.md does not say what $source holds"
+done
+
+if [ -z "$sanitized" ]; then
+  nm --defined-only "$static" | awk 'NF == 3 { print $3 }' | sort -u >"$work/defined"
+  sed -n '/^## What it needs/,/^## /p' docs/porting.md | grep -oE '`[a-z]+`' | tr -d '`' | sort -u >"$work/listed"
+  nm -u "$static" | awk '$1 == "U" && $2 != "_GLOBAL_OFFSET_TABLE_" { print $2 }' | sort -u |
+    comm -23 - "$work/defined" | comm -23 - "$work/listed" >"$work/missing"
+  [ ! -s "$work/missing" ] || { cat "$work/missing"; fail "docs/porting.md does not list these names"; }
+fi
+exit $status
