@@ -55,10 +55,35 @@ void OpenAndDecode(const ByteVector& image) {
   });
 }
 
+void AllFrameRates(const ByteVector& image) {
+  uint16_t rates[255];
+  if (const auto handle = OpenImage(image)) benchmark::DoNotOptimize(EDID_GetAllFrameRate(handle.get(), rates, 255));
+  benchmark::ClobberMemory();
+}
+
+void LimitToHdmi20(const ByteVector& image) {
+  const auto handle = OpenImage(image);
+  if (handle == nullptr) return;
+  uint16_t rates[255];
+  const uint32_t count = EDID_GetAllFrameRate(handle.get(), rates, 255);
+  EDID_LimitToHDMI20(handle.get(), rates, count);
+  benchmark::DoNotOptimize(EDID_GenerateEdid(handle.get(), output, kRoom));
+}
+
+void HighRefresh(const ByteVector& image) {
+  const auto handle = OpenImage(image);
+  if (handle == nullptr) return;
+  benchmark::DoNotOptimize(EDID_HighRefreshRate(handle.get()));
+  benchmark::DoNotOptimize(EDID_GenerateEdid(handle.get(), output, kRoom));
+}
+
 constexpr Operation kOperations[] = {
     {"open, close", OpenAndClose},
     {"open, every block's model, close", OpenModels},
     {"open, every model, every data block decoded, close", OpenAndDecode},
+    {"open, all frame rates, close", AllFrameRates},
+    {"open, frame rates, limit to HDMI 2.0, generate, close", LimitToHdmi20},
+    {"open, high refresh, generate, close", HighRefresh, 3 * 128},
 };
 
 }  // namespace
