@@ -27,8 +27,8 @@ TEST(Describe, CtaDataBlocks) {
     Cta cta;
     const char* line;
   } cases[] = {
-      {"every native mark", Cta().Vdb({0x90, 0x84, 5}), "VICs  16 (native), 4 (native), 5\n"},
-      {"VICs that look marked", Cta().Vdb({193, 128, 129}), "VICs  193, 128, 1 (native)\n"},
+      {"every native mark", Cta().Vdb({0x90, 0x84, 5}), "VIC 4   1280x720 60.000 Hz 74.250 MHz 16:9, native\n"},
+      {"VICs that look marked", Cta().Vdb({193, 128, 129}), "VIC 128  not in the tables\n"},
       {"no VIC", Cta().Vdb({}), "Not decoded  its size"},
       {"extended audio", Cta().Block(1, {0x7A, 0x07, 0x22}), "MPEG-4 HE AAC  3 channels; 32, 44.1, 48 kHz"},
       {"3D audio channels", Cta().Block(1, {0xFF, 0x04, 0x68}), "L-PCM 3D Audio  16 channels; 48 kHz; no bits\n"},
@@ -43,7 +43,7 @@ TEST(Describe, CtaDataBlocks) {
       {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  e2 63 01\n"},
       {"4:2:0 map of everything", Cta().Vdb({97}).Extended(15, {}), "4:2:0 too  all of the Video Data Block\n"},
       {"4:2:0 map of nothing", Cta().Extended(15, {1}), "Not decoded"},
-      {"4:2:0 only, above 128", Cta().Extended(14, {97, 218}), "4:2:0 only  97, 218\n"},
+      {"4:2:0 only, above 128", Cta().Extended(14, {97, 218}), "VIC 218  4096x2160 100.000 Hz 1188.000 MHz 256:135\n"},
       {"scan behaviour", Cta().Extended(0, {0xC9}), "IT formats        always underscanned\n"},
       {"colorimetry", Cta().Extended(5, {0x80, 0xC0}), "Colorimetry  BT2020RGB, ICtCp, DCI-P3\n"},
   };
@@ -65,9 +65,9 @@ TEST(Describe, BaseBlock) {
       {"aspect ratio for a size", Edid(4).Set(21, {79, 0}), "aspect ratio 1.78\n"},
       {"gamma kept elsewhere", Edid().Set(23, {0xFF}), "not stated\n"},
       {"model year", Edid().Set(16, {255, 36}), "model year 2026\n"},
-      {"last established timing", Edid().Set(35, {0, 0, 0xC1}), "1152x870 75 Hz\n"},
-      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's       41\n"},
-      {"standard timing", Edid().Set(38, {0xD1, 0xC0}), "Standard timings     1920x1080 60 Hz\n"},
+      {"last established timing", Edid().Set(35, {0, 0, 0xC1}), "1152x870 75 Hz  not a DMT timing\n"},
+      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's  41\n"},
+      {"standard timing", Edid().Set(38, {0xD1, 0xC0}), "1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
       {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "fe Text: a\\x1b\n"},
       {"rates above 255", Edid().Descriptor(0xFD, {0x0E, 48, 1, 30, 45, 0xFF, 4}), "48 to 256 Hz\n"},
       {"analog composite sync", Edid().Set(54, {1, 0}), "Sync        analog composite\n"},
@@ -90,6 +90,48 @@ TEST(Describe, Sections) {
   EXPECT_EQ(Show(alone).find("x: DisplayID, 1 block, 9 bytes\n"), 0u) << Show(alone);
   EXPECT_NE(Show(alone).find("6, direct drive monitor\n"), std::string::npos);
   EXPECT_NE(Show(alone).find("Reserved (55), revision 0\n"), std::string::npos);
+}
+
+// Every form of a timing in a DisplayID data block, and the same forms in a CTA-861 extension.
+TEST(Describe, TimingForms) {
+  const ByteVector typeI = {0x61, 0xE8, 0x00, 0x84, 0xFF, 0x0E, 0x2F, 0x02, 0xAF, 0x80,
+                            0x57, 0x00, 0x6F, 0x08, 0x59, 0x00, 0x07, 0x80, 0x09, 0x00};
+  const struct {
+    const char* name;
+    Section section;
+    const char* line;
+  } cases[] = {
+      {"type I", Section().Block(0x03, 1, typeI), "Timing 1: 3840x2160 60.091 Hz 594.900 MHz"},
+      {"DMT codes", Section().Block(0x06, 0, {0x52}), "DMT 0x52  1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
+      {"VIC codes above 128", Section().Block(0x06, 0x40, {219}), "VIC 219  4096x2160 120.000 Hz"},
+      {"HDMI VIC codes", Section().Block(0x06, 0x80, {3, 9}), "HDMI VIC 9  reserved\n"},
+      {"DMT bitmap", Section().Block(0x07, 0, {0x08, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "DMT 0x04  640x480 60.000 Hz"},
+      {"VIC bitmap", Section().Block(0x08, 0, {0, 0x80, 0, 0, 0, 0, 0, 0}), "VIC 16  1920x1080 60.000 Hz"},
+      {"type IX", Section(0x20).Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}),
+       "CVT reduced v2  1920x1080 60.000 Hz"},
+      {"a size that holds no timing", Section().Block(0x03, 1, {1, 2}), "Bytes  03 01 02 01 02\n"},
+      {"text", Section().Block(0x0B, 0, {'a', 0x1B, 'b'}), "Text  a\\x1bb\n"},
+      {"range", Section(0x20).Block(0x25, 1, {0x0F, 0x27, 0, 0x1F, 0x4E, 0, 48, 120, 0x80}), "48 to 120 Hz\n"},
+  };
+  for (const auto& c : cases) {
+    const std::string text = Show(Edid().Extension(c.section).Build());
+    EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
+  }
+  const std::string code = Show(Edid().Extension(Cta().Extended(0x23, {0x40, 16})).Build());
+  EXPECT_NE(code.find("VIC 16  1920x1080 60.000 Hz"), std::string::npos) << code;
+}
+
+// JSON tells what the text tells, by the records' field names, and survives any byte of a text.
+TEST(Describe, Json) {
+  const ByteVector bytes = Edid().Name("\xFF\"x").Extension(Cta().Vdb({0x90, 97}).Extended(14, {96})).Build();
+  const Json json = Json::parse(JsonText(ToJson(DescribeImage(Image::FromBytes("x", bytes)))));
+  const Json& video = json["parts"][1]["parts"][0];
+  EXPECT_EQ(video["record"]["vics"], Json({16, 97}));
+  EXPECT_EQ(video["record"]["nativeVic"], 16);
+  EXPECT_EQ(video["timings"][1]["timing"]["pixelClock"], 594000);
+  EXPECT_EQ(json["parts"][1]["parts"][1]["timings"][0]["kind"], "vic420");
+  EXPECT_EQ(json["parts"][0]["record"]["revision"], 4);
+  EXPECT_EQ(json["parts"][0]["parts"][0]["record"]["text"], "\\xff\"x");
 }
 
 TEST(Image, FaultsOfBlock0AreNamedAndMended) {
@@ -142,7 +184,7 @@ TEST(Describe, NumbersThatAreStoredOtherwise) {
   EXPECT_EQ(DescribeDtd("x", slot).title, "x: 1920x1080i 60.000 Hz 74.250 MHz");
   std::string text;
   CaptureDiagnostics([&] { text = ToText(DescribeImage(Image::FromBytes("x", bytes))); });
-  EXPECT_NE(text.find("VICs  219, 63, 4"), std::string::npos);
+  EXPECT_NE(text.find("VIC 219  4096x2160 120.000 Hz"), std::string::npos);
   EXPECT_NE(text.find("b1, wrong (must be"), std::string::npos);
 }
 

@@ -9,6 +9,7 @@ namespace reedid::tool {
 
 struct ShowOptions {
   std::string input;
+  bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);
 

@@ -2,10 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <cstring>
-
 #include "describe.h"
 #include "hex_text.h"
+#include "records.h"
 
 namespace reedid::tool {
 namespace {
@@ -67,11 +66,20 @@ std::string ChromaticityText(const VesaBlock& m) {
                      point(m.blueX, m.blueY), point(m.whiteX, m.whiteY));
 }
 
-std::string EstablishedText(const VesaBlock& model) {
-  std::vector<NamedFlag> flags;
-  for (size_t i = 0; i < std::size(kEstablishedNames); ++i)
-    flags.push_back({model.established[i], kEstablishedNames[i]});
-  return SetFlags(flags);
+// The bits of bytes 35 to 37; a few of them are no DMT timing (EDID 1.4, table 3.18).
+void DescribeEstablished(const VesaBlock& model, Node& parent) {
+  Node node;
+  node.title = "Established timings";
+  for (unsigned i = 0; i < std::size(kEstablishedNames); ++i) {
+    if (model.established[i] == 0) continue;
+    const unsigned id = Est12ToDmt(i);
+    if (id == 0) {
+      node.Add(kEstablishedNames[i], "not a DMT timing");
+    } else {
+      node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id));
+    }
+  }
+  if (!node.fields.empty()) parent.Child(node);
 }
 
 unsigned StandardHeight(const StdTiming& timing) {
@@ -88,87 +96,171 @@ unsigned StandardHeight(const StdTiming& timing) {
   }
 }
 
-std::string StandardText(const VesaBlock& model) {
-  std::string text;
-  for (const StdTiming& timing : model.standardTimings) {
+void AddStandard(std::span<const StdTiming> timings, Node& node) {
+  for (unsigned i = 0; i < timings.size(); ++i) {
+    const StdTiming& timing = timings[i];
     if (!timing.valid) continue;
-    text += fmt::format("{}{}x{} {} Hz", text.empty() ? "" : ", ", timing.hactive, StandardHeight(timing),
-                        timing.frameRate);
+    const std::string name = fmt::format("Timing {}", i + 1);
+    TimingItem item;
+    if (StdToDtd(&timing, &item.timing) == 0) {
+      item.id = DtdToDmt(&item.timing);
+      node.AddTiming(name, item);
+    } else {
+      node.Add(name, fmt::format("{}x{} {} Hz {}", timing.hactive, StandardHeight(timing), timing.frameRate,
+                                 AspectText(timing.aspectRatio)));
+    }
   }
-  return text.empty() ? "none" : text;
 }
 
-// ---- display descriptors (EDID 1.4, table 3.23)
+void DescribeStandard(const VesaBlock& model, Node& parent) {
+  Node node;
+  node.title = "Standard timings";
+  AddStandard(model.standardTimings, node);
+  if (!node.fields.empty()) parent.Child(node);
+}
 
-// Bytes 5..17 up to the line feed that ends the text.
-std::string DescriptorText(const DtdSlot& slot) {
-  std::string text;
-  for (size_t i = 5; i < sizeof slot.bytes && slot.bytes[i] != '\n'; ++i) {
-    const uint8_t c = slot.bytes[i];
-    text += c >= 0x20 && c < 0x7F ? std::string(1, static_cast<char>(c)) : fmt::format("\\x{:02x}", c);
+// ---- display descriptors (EDID 1.4, table 3.23); a renderer returns false for a slot that it cannot read
+
+template <int32_t (*get)(const DtdSlot*, char*, uint32_t)>
+bool DescribeText(const VesaBlock&, const DtdSlot& slot, Node& node) {
+  char text[14] = {};
+  if (get(&slot, text, sizeof text) != 0) return false;
+  node.title += fmt::format(": {}", PrintableText(text));
+  node.record = {{"text", PrintableText(text)}};
+  return true;
+}
+
+void AddGtf(const RangeLimits& r, Node& node) {
+  node.Add("Secondary curve",
+           fmt::format("from {} kHz, C {}, M {}, K {}, J {}", r.gtfStartFreq, r.gtfC, r.gtfM, r.gtfK, r.gtfJ));
+}
+
+void AddCvtSupport(const RangeLimits& r, Node& node) {
+  const NamedFlag aspects[] = {{r.cvtAspect[ASPECT_4_3], "4:3"},
+                               {r.cvtAspect[ASPECT_16_9], "16:9"},
+                               {r.cvtAspect[ASPECT_16_10], "16:10"},
+                               {r.cvtAspect[ASPECT_5_4], "5:4"},
+                               {r.cvtAspect[ASPECT_5_3], "15:9"}};
+  const NamedFlag blankings[] = {{r.cvtStandardBlanking, "standard"}, {r.cvtReducedBlanking, "reduced"}};
+  const NamedFlag scalings[] = {{r.hShrink, "horizontal shrink"},
+                                {r.hStretch, "horizontal stretch"},
+                                {r.vShrink, "vertical shrink"},
+                                {r.vStretch, "vertical stretch"}};
+  node.Add("CVT version", fmt::format("{}.{}", r.cvtVersionMajor, r.cvtVersionMinor));
+  node.Add("Clock precision", fmt::format("{} kHz below the maximum", r.cvtClockPrecision));
+  node.Add("Widest line", r.cvtMaxHactive == 0 ? "no limit" : fmt::format("{} pixels", r.cvtMaxHactive));
+  node.Add("Aspect ratios", fmt::format("{}; preferred {}", SetFlags(aspects), AspectText(r.cvtPreferredAspect)));
+  node.Add("Blanking", SetFlags(blankings));
+  node.Add("Scaling", SetFlags(scalings));
+  node.Add("Preferred rate", fmt::format("{} Hz", r.preferredRefresh));
+}
+
+bool DescribeRange(const VesaBlock& model, const DtdSlot& slot, Node& node) {
+  static constexpr const char* kFormulas[] = {"default GTF", "secondary GTF", "CVT", "range limits only"};
+  RangeLimits r;
+  if (VESA_GetRangeLimits(&model, &slot, &r) != 0) return false;
+  node.record = r;
+  node.Add("Vertical", fmt::format("{} to {} Hz", r.minVRate, r.maxVRate));
+  node.Add("Horizontal", fmt::format("{} to {} kHz", r.minHRate, r.maxHRate));
+  node.Add("Pixel clock", r.maxPixelClock == 0 ? "not stated" : fmt::format("up to {} MHz", r.maxPixelClock / 1000));
+  node.Add("Formula", kFormulas[r.timingFormula & 3]);
+  if (r.timingFormula == 1) AddGtf(r, node);
+  if (r.timingFormula == 2) AddCvtSupport(r, node);
+  return true;
+}
+
+bool DescribeStandardDescriptor(const VesaBlock&, const DtdSlot& slot, Node& node) {
+  StdTiming timings[6];
+  if (VESA_GetStandardTimings(&slot, timings) != 0) return false;
+  AddStandard(timings, node);
+  node.record = {{"timings", timings}};
+  return true;
+}
+
+// A code stands for up to five timings; lines below 1 are an unused entry.
+void AddCvtCode(const VesaCvtCode& code, unsigned number, Node& node) {
+  const struct {
+    uint8_t flag;
+    uint16_t rate;
+    uint8_t formula;
+  } rates[] = {
+      {code.rate50, 50, 0}, {code.rate60, 60, 0}, {code.rate75, 75, 0}, {code.rate85, 85, 0}, {code.rate60rb, 60, 1}};
+  static constexpr unsigned kAspects[][2] = {{1, 1}, {5, 4}, {4, 3}, {15, 9}, {16, 9}, {16, 10}};
+  if (code.aspectRatio >= std::size(kAspects)) return;
+  const unsigned* aspect = kAspects[code.aspectRatio];
+  const auto width = static_cast<uint16_t>(code.lines * aspect[0] / aspect[1] / 8 * 8);
+  for (const auto& rate : rates) {
+    if (rate.flag == 0) continue;
+    CvtTiming request = {};
+    request.formula = rate.formula;
+    request.hactive = width;
+    request.vactive = code.lines;
+    request.aspectRatio = code.aspectRatio;
+    request.frameRate = rate.rate;
+    const bool preferred = rate.rate == code.preferredRate;
+    node.AddTiming(fmt::format("Code {}{}", number, rate.formula == 1 ? ", reduced" : ""), FormulaItem(request),
+                   preferred ? ", preferred rate" : "");
   }
-  return text;
 }
 
-void DescribeText(const DtdSlot& slot, Node& node) {
-  node.title += fmt::format(": {}", DescriptorText(slot));
+bool DescribeCvtCodes(const VesaBlock&, const DtdSlot& slot, Node& node) {
+  VesaCvtRecord record;
+  if (VESA_GetCvtTiming(&slot, &record) != 0) return false;
+  node.record = record;
+  for (unsigned i = 0; i < std::size(record.codes); ++i) {
+    if (record.codes[i].lines != 0) AddCvtCode(record.codes[i], i + 1, node);
+  }
+  return true;
 }
 
-// Byte 4 adds 255 to the rates that a byte cannot hold (EDID 1.4, table 3.26).
-void DescribeRange(const DtdSlot& slot, Node& node) {
-  const auto* bytes = slot.bytes;
-  const unsigned offsets = bytes[4];
-  const unsigned vertical = offsets & 3;
-  const unsigned horizontal = offsets >> 2 & 3;
-  const auto rate = [](unsigned byte, bool offset) { return byte + (offset ? 255u : 0u); };
-  node.Add("Vertical", fmt::format("{} to {} Hz", rate(bytes[5], vertical == 3), rate(bytes[6], vertical >= 2)));
-  node.Add("Horizontal", fmt::format("{} to {} kHz", rate(bytes[7], horizontal == 3), rate(bytes[8], horizontal >= 2)));
-  node.Add("Pixel clock",
-           bytes[9] == 0xFF || bytes[9] == 0 ? "not stated" : fmt::format("up to {} MHz", bytes[9] * 10));
-  static constexpr const char* kFormulas[] = {"default GTF", "range limits only", "secondary GTF"};
-  node.Add("Formula", bytes[10] == 4                     ? "CVT"
-                      : bytes[10] < std::size(kFormulas) ? kFormulas[bytes[10]]
-                                                         : fmt::format("{:02x}", bytes[10]));
-  if (bytes[10] == 2 || bytes[10] == 4) node.Add("Bytes", Hex(slot.bytes));
+bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, Node& node) {
+  Est3Record record;
+  if (VESA_GetEst3Timing(&slot, &record) != 0) return false;
+  node.record = record;
+  for (unsigned i = 0; i < std::size(record.flags); ++i) {
+    if (record.flags[i] == 0) continue;
+    const unsigned id = Est3ToDmt(128 + i);
+    node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id));
+  }
+  return true;
 }
 
 struct DescriptorKind {
   uint8_t tag;
   const char* name;
-  void (*describe)(const DtdSlot&, Node&);  // null: bytes
+  bool (*describe)(const VesaBlock&, const DtdSlot&, Node&);  // null: bytes
 };
 
 constexpr DescriptorKind kDescriptorKinds[] = {
-    {0xFF, "Serial number", DescribeText},
-    {0xFE, "Text", DescribeText},
+    {0xFF, "Serial number", DescribeText<VESA_GetSerialNumber>},
+    {0xFE, "Text", DescribeText<VESA_GetDataString>},
     {0xFD, "Range limits", DescribeRange},
-    {0xFC, "Product name", DescribeText},
+    {0xFC, "Product name", DescribeText<VESA_GetProductName>},
     {0xFB, "Color point", nullptr},
-    {0xFA, "Standard timings", nullptr},
+    {0xFA, "Standard timings", DescribeStandardDescriptor},
     {0xF9, "Display Color Management", nullptr},
-    {0xF8, "CVT timing codes", nullptr},
-    {0xF7, "Established timings III", nullptr},
+    {0xF8, "CVT timing codes", DescribeCvtCodes},
+    {0xF7, "Established timings III", DescribeEst3},
     {0x10, "Dummy", nullptr},
 };
 
-Node DescribeDescriptor(const DtdSlot& slot, unsigned number) {
-  if (slot.flag == 1 && (slot.bytes[0] != 0 || slot.bytes[1] != 0)) {
-    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", number), slot);
-  }
-  Node node;
-  const uint8_t tag = slot.bytes[3];
+DescriptorKind KindOf(uint8_t tag) {
   for (const DescriptorKind& kind : kDescriptorKinds) {
-    if (kind.tag != tag) continue;
-    node.title = fmt::format("Descriptor {}, {:02x} {}", number, tag, kind.name);
-    if (kind.describe != nullptr) {
-      kind.describe(slot, node);
-      return node;
-    }
-    return node.Add("Bytes", Hex(slot.bytes));
+    if (kind.tag == tag) return kind;
   }
-  const char* name = tag < 0x10 ? "manufacturer's" : "reserved";
-  node.title = fmt::format("Descriptor {}, {:02x} {}", number, tag, name);
-  return node.Add("Bytes", Hex(slot.bytes));
+  return {tag, tag < 0x10 ? "manufacturer's" : "reserved", nullptr};
+}
+
+Node DescribeDescriptor(const VesaBlock& model, unsigned index) {
+  const DtdSlot& slot = model.descriptors[index];
+  if (slot.flag == 1 && (slot.bytes[0] != 0 || slot.bytes[1] != 0)) {
+    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot);
+  }
+  const DescriptorKind kind = KindOf(slot.bytes[3]);
+  Node node;
+  node.title = fmt::format("Descriptor {}, {:02x} {}", index + 1, slot.bytes[3], kind.name);
+  if (kind.describe == nullptr || !kind.describe(model, slot, node)) node.Add("Bytes", Hex(slot.bytes));
+  return node;
 }
 
 }  // namespace
@@ -187,11 +279,12 @@ bool DescribeBase(const EdidBlock& block, Node& node) {
   node.Add("Features", FeaturesText(*model));
   node.Add("Colour", ColorTypeText(*model, block.bytes[24]));
   node.Add("Chromaticity", ChromaticityText(*model));
-  node.Add("Established timings", EstablishedText(*model));
   if ((block.bytes[37] & 0x7F) != 0) node.Add("Manufacturer's", fmt::format("{:02x}", block.bytes[37] & 0x7F));
-  node.Add("Standard timings", StandardText(*model));
   node.Add("Extensions", fmt::format("{}", model->extensionCount));
-  for (unsigned i = 0; i < 4; ++i) node.Child(DescribeDescriptor(model->descriptors[i], i + 1));
+  node.record = *model;
+  DescribeEstablished(*model, node);
+  DescribeStandard(*model, node);
+  for (unsigned i = 0; i < 4; ++i) node.Child(DescribeDescriptor(*model, i));
   return true;
 }
 

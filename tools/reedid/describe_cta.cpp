@@ -1,40 +1,16 @@
 // The CTA-861 extension: its flags, its data blocks by name, its detailed timings.
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "describe.h"
 #include "hex_text.h"
+#include "records.h"
 
 namespace reedid::tool {
 namespace {
 
 constexpr uint8_t kExtendedTag = 7;
 constexpr uint8_t kVendorTag = 3;
-
-// Timing table indexes above 128 are the VICs 193 to 219.
-unsigned CtaVic(uint8_t index) {
-  return index > 128 ? index + 64u : index;
-}
-
-std::string VicList(std::span<const uint8_t> vics) {
-  std::vector<unsigned> numbers;
-  for (const uint8_t vic : vics) numbers.push_back(CtaVic(vic));
-  return numbers.empty() ? "none" : fmt::format("{}", fmt::join(numbers, ", "));
-}
-
-bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
-  VdbRecord record;
-  if (CEA_GetVDB(&entry, &record) != 0) return false;
-  std::string text;
-  for (unsigned i = 0; i < record.vicCount; ++i) {
-    // The record keeps the last native mark only; the bytes have them all.
-    const bool native = entry.bytes[1 + i] > 128 && entry.bytes[1 + i] <= 192;
-    text += fmt::format("{}{}{}", i == 0 ? "" : ", ", CtaVic(record.vics[i]), native ? " (native)" : "");
-  }
-  node.Add("VICs", text);
-  return true;
-}
 
 std::string AudioFormatName(const SadRecord& sad) {
   static constexpr const char* kFormats[] = {"reserved",      "L-PCM",  "AC-3",      "MPEG-1", "MP3",
@@ -75,6 +51,7 @@ std::string SadText(const SadRecord& sad) {
 bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
   AdbRecord record;
   if (CEA_GetADB(&entry, &record) != 0) return false;
+  node.record = record;
   for (const SadRecord& sad : std::span(record.sads, record.sadCount)) node.Add(AudioFormatName(sad), SadText(sad));
   return true;
 }
@@ -82,6 +59,7 @@ bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
 bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
   SpeakerRecord s;
   if (CEA_GetSADB(&entry, &s) != 0) return false;
+  node.record = s;
   const NamedFlag flags[] = {{s.FL_FR, "FL/FR"},
                              {s.LFE1, "LFE1"},
                              {s.FC, "FC"},
@@ -109,6 +87,7 @@ bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
 bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
   ColorimetryRecord c;
   if (CEA_GetCDB(&entry, &c) != 0) return false;
+  node.record = c;
   const NamedFlag flags[] = {{c.xvYCC601, "xvYCC601"},   {c.xvYCC709, "xvYCC709"},   {c.sYCC601, "sYCC601"},
                              {c.opYCC601, "opYCC601"},   {c.opRGB, "opRGB"},         {c.BT2020cYCC, "BT2020cYCC"},
                              {c.BT2020YCC, "BT2020YCC"}, {c.BT2020RGB, "BT2020RGB"}, {c.ICtCp, "ICtCp"},
@@ -123,30 +102,11 @@ bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, Node& n
                                           "over- and underscan"};
   VideoCapRecord v;
   if (CEA_GetVCDB(&entry, &v) != 0) return false;
+  node.record = v;
   node.Add("Quantization", fmt::format("YCC {}, RGB {}", v.QY ? "selectable" : "fixed", v.QS ? "selectable" : "fixed"));
   node.Add("Preferred timing", v.S_PT == 0 ? "as the formats below" : kScan[v.S_PT]);
   node.Add("IT formats", kScan[v.S_IT]);
   node.Add("CE formats", kScan[v.S_CE]);
-  return true;
-}
-
-bool Describe420Video(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
-  Vic420Record record;
-  if (entry.size < 3 || CEA_Get420VDB(&entry, &record) != 0) return false;
-  node.Add("VICs, 4:2:0 only", VicList({record.vics, record.vicCount}));
-  return true;
-}
-
-// The map stands for the descriptors of the first Video Data Block; without a bitmap it stands for all of them.
-bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, Node& node) {
-  if (entry.size == 2) {
-    node.Add("VICs, 4:2:0 too", "all of the Video Data Block");
-    return true;
-  }
-  const CeaDataBlock* video = CEA_FindDataBlock(&model, 2, 0);
-  Vic420Record record;
-  if (video == nullptr || CEA_Get420CMDB(video, &entry, &record) != 0) return false;
-  node.Add("VICs, 4:2:0 too", VicList({record.vics, record.vicCount}));
   return true;
 }
 
@@ -179,19 +139,19 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {7, 1, "Vendor-Specific Video Data Block", nullptr},
     {7, 2, "VESA Display Device Data Block", nullptr},
     {7, 5, "Colorimetry Data Block", DescribeColorimetry},
-    {7, 6, "HDR Static Metadata Data Block", nullptr},
+    {7, 6, "HDR Static Metadata Data Block", DescribeStaticHdr},
     {7, 7, "HDR Dynamic Metadata Data Block", nullptr},
     {7, 8, "Native Video Resolution Data Block", nullptr},
-    {7, 13, "Video Format Preference Data Block", nullptr},
+    {7, 13, "Video Format Preference Data Block", DescribeFormatPreference},
     {7, 14, "YCbCr 4:2:0 Video Data Block", Describe420Video},
     {7, 15, "YCbCr 4:2:0 Capability Map Data Block", Describe420Map},
     {7, 17, "Vendor-Specific Audio Data Block", nullptr},
     {7, 19, "Room Configuration Data Block", nullptr},
     {7, 20, "Speaker Location Data Block", nullptr},
     {7, 32, "InfoFrame Data Block", nullptr},
-    {7, 34, "DisplayID Type VII Video Timing Data Block", nullptr},
-    {7, 35, "DisplayID Type VIII Video Timing Data Block", nullptr},
-    {7, 42, "DisplayID Type X Video Timing Data Block", nullptr},
+    {7, 34, "DisplayID Type VII Video Timing Data Block", DescribeTypeVII},
+    {7, 35, "DisplayID Type VIII Video Timing Data Block", DescribeTypeVIII},
+    {7, 42, "DisplayID Type X Video Timing Data Block", DescribeTypeX},
     {7, 0x78, "HDMI Forum EDID Extension Override Data Block", nullptr},
     {7, 0x79, "HDMI Forum Sink Capability Data Block", nullptr},
 };
@@ -256,6 +216,7 @@ bool DescribeCta(const EdidBlock& block, Node& node) {
                              {model->basicAudio, "basic audio"},
                              {model->ycbcr444, "YCbCr 4:4:4"},
                              {model->ycbcr422, "YCbCr 4:2:2"}};
+  node.record = *model;
   node.Add("Revision", fmt::format("{}", model->revision));
   node.Add("Flags", SetFlags(flags));
   node.Add("Native timings", fmt::format("{}", model->nativeDtdCount));

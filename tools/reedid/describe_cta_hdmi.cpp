@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "describe.h"
+#include "records.h"
 
 namespace reedid::tool {
 namespace {
@@ -58,6 +59,7 @@ std::string PhysAddrText(uint16_t address) {
 bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node) {
   H14bRecord r;
   if (CEA_GetH14bVSDB(&entry, &r) != 0) return false;
+  node.record = r;
   const NamedFlag flags[] = {{r.supportsAI, "AI packets"},        {r.DC_48bit, "48-bit colour"},
                              {r.DC_36bit, "36-bit colour"},       {r.DC_30bit, "30-bit colour"},
                              {r.DC_Y444, "deep colour in 4:4:4"}, {r.DVI_Dual, "DVI dual link"}};
@@ -77,6 +79,7 @@ bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node) {
 bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node) {
   HfVsdbRecord r;
   if (CEA_GetHFVSDB(&entry, &r) != 0) return false;
+  node.record = r;
   const NamedFlag flags[] = {{r.scdcPresent, "SCDC"},
                              {r.rrCapable, "read request"},
                              {r.ccbpci, "colour content bits"},

@@ -38,14 +38,16 @@ std::string PorchText(unsigned front, unsigned sync, unsigned active, unsigned b
                      blank, active + blank);
 }
 
-// The field rate when interlaced; a field has half a line more than the descriptor says (EDID 1.4, 3.12).
-double RefreshRate(const DtdTiming& t) {
-  const double lines = t.vactive + t.vblank + (t.interlaced ? 0.5 : 0.0);
-  const double pixels = t.hactive + t.hblank;
-  return pixels > 0 && lines > 0 ? t.pixelClock * 1000.0 / (pixels * lines) : 0.0;
-}
-
 }  // namespace
+
+std::string PrintableText(const char* text) {
+  std::string shown;
+  for (; *text != 0; ++text) {
+    const auto c = static_cast<uint8_t>(*text);
+    shown += c >= 0x20 && c < 0x7F ? std::string(1, *text) : fmt::format("\\x{:02x}", c);
+  }
+  return shown;
+}
 
 std::string SetFlags(std::span<const NamedFlag> flags, const char* none) {
   std::vector<const char*> names;
@@ -55,14 +57,21 @@ std::string SetFlags(std::span<const NamedFlag> flags, const char* none) {
   return names.empty() ? none : fmt::format("{}", fmt::join(names, ", "));
 }
 
-Node DescribeDtd(const std::string& title, const DtdSlot& slot) {
-  DtdTiming t;
-  if (VESA_GetDTD(&slot, &t) != 0) return Node{title, {{"Bytes", Hex(slot.bytes)}}, {}};
+Node DescribeTiming(const std::string& title, const TimingItem& item) {
+  const DtdTiming& t = item.timing;
   Node node;
-  node.title = fmt::format("{}: {}x{}{} {:.3f} Hz {:.3f} MHz", title, t.hactive, t.vactive * (t.interlaced ? 2 : 1),
-                           t.interlaced ? "i" : "", RefreshRate(t), t.pixelClock / 1000.0);
+  node.title = fmt::format("{}: {}", title, TimingText(t));
   node.Add("Horizontal", PorchText(t.hfrontPorch, t.hsyncWidth, t.hactive, t.hblank));
   node.Add(t.interlaced ? "Vertical (field)" : "Vertical", PorchText(t.vfrontPorch, t.vsyncWidth, t.vactive, t.vblank));
+  node.timings.push_back(item);
+  return node;
+}
+
+Node DescribeDtd(const std::string& title, const DtdSlot& slot) {
+  TimingItem item = {TimingKind::kDetailed, 0, false, {}};
+  const DtdTiming& t = item.timing;
+  if (VESA_GetDTD(&slot, &item.timing) != 0) return Node{title, {{"Bytes", Hex(slot.bytes)}}, {}, {}, {}};
+  Node node = DescribeTiming(title, item);
   node.Add("Sync", SyncText(slot));
   if (t.hImageSize != 0 || t.vImageSize != 0) {
     node.Add("Image size", fmt::format("{} x {} mm", t.hImageSize, t.vImageSize));

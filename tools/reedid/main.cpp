@@ -17,6 +17,7 @@ constexpr char kInputHelp[] =
     "file (raw or hexadecimal text: plain, xxd, hexdump -C, C array), '-' for standard input, "
     "/sys/class/drm/*/edid, or sample:NAME";
 constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
+constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
 constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
 
 constexpr char kFooter[] =
@@ -50,6 +51,7 @@ void AddShow(CLI::App& app, Command& chosen) {
   ShowOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
   command->add_option("input", options->input, kInputHelp)->required();
+  command->add_flag("--json", options->json, kJsonHelp);
 }
 
 void AddCheck(CLI::App& app, Command& chosen) {

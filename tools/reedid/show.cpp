@@ -7,7 +7,8 @@ namespace reedid::tool {
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
   const Image image = Image::Read(options.input);
-  streams.Result(ToText(DescribeImage(image)));
+  const Node account = DescribeImage(image);
+  streams.Result(options.json ? JsonText(ToJson(account)) : ToText(account));
   return Exit::kDone;
 }
 

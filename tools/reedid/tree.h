@@ -1,11 +1,16 @@
-// An account of something as a tree, which writers turn into text (or JSON, or colours).
+// An account of something as a tree, which writers turn into text or JSON.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "timing_text.h"
+
 namespace reedid::tool {
+
+using Json = nlohmann::ordered_json;
 
 struct Field {
   std::string name;
@@ -16,6 +21,8 @@ struct Node {
   std::string title;
   std::vector<Field> fields;
   std::vector<Node> children;
+  Json record;                      // what the fields were made from, by the field names of the library's record
+  std::vector<TimingItem> timings;  // the timings that this node itself stands for
 
   Node& Add(std::string name, std::string value) {
     fields.push_back({std::move(name), std::move(value)});
@@ -25,9 +32,20 @@ struct Node {
     children.push_back(std::move(node));
     return children.back();
   }
+  // A field of its own for the timing, which is an item too.
+  Node& AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "");
 };
 
 // Indented text; values of one node stand in one column and are wrapped between words.
 std::string ToText(const Node& root);
+
+// The same tree: "title", "text" (the fields), "record", "timings", "parts" (the children); docs/json.md.
+Json ToJson(const Node& root);
+
+// A timing and what it is: "kind", "id", "ycc420Only", "refreshHz", "timing".
+Json ItemJson(const TimingItem& item);
+
+// What a command prints for --json: two blanks of indentation, a newline at the end, bytes that are no UTF-8 replaced.
+std::string JsonText(const Json& json);
 
 }  // namespace reedid::tool
