@@ -142,6 +142,49 @@ has err 'block 0 corrected .*count byte 1, but 0 follow'
 expect 0 check back.bin
 [ "$(byte back.bin 126)" = 0 ] || fail 'convert: count byte'
 
+# --- what is offered
+expect 0 rates tv-4k.bin
+[ "$(head -n 1 out)" = '120 Hz' ] || fail "rates: $(cat out)"
+expect 0 timings gaming-dp.bin --sort rate
+has out '^  1  2560x1440 16.*preferred\|^  1  2560x1440 16'
+expect 2 timings gaming-dp.bin --sort size
+expect 0 preferred tv-4k.bin
+has out '3840x2160 60.000 Hz 594.000 MHz'
+expect 0 audio tv-4k.bin
+has out 'L-PCM, AC-3, Enhanced AC-3'
+for command in 'show tv-4k.bin' 'rates tv-4k.bin' 'timings tv-4k.bin' 'preferred tv-4k.bin' 'audio tv-4k.bin' \
+  'timing vic 97'; do
+  expect 0 $command --json
+  head -c 1 out | grep -q '{' || fail "$command --json printed: $(cat out)"
+done
+
+# --- timing: words, exit code, what the answer holds
+while read -r code pattern words; do
+  expect "$code" timing $words
+  [ "$code" -eq 0 ] && has out "$pattern"
+done <<END
+0 3840x2160.60.000.*594.000 vic 97
+0 4096x2160.120.000 vic 219
+1 - vic 128
+1 - vic 155
+2 - vic 97x
+2 - vic
+0 1920x1080.60.000 dmt 0x52
+1 - dmt 0x5A
+0 586.586.MHz cvt 2560x1440@144 --rb2
+0 274.285.MHz cvt 1920x1080@120 --rb2 --ntsc
+0 497.750.MHz cvt 2560x1440@120 --rb1
+0 173.000.MHz cvt 1920x1080@60
+2 - cvt 1920x1080@60 --rb1 --rb2
+1 - cvt 0x1080@60
+2 - cvt 1920x1080
+0 DMT.*0x52 std 1920 16:9 60
+2 - std 1920 17:9 60
+0 VIC.5: find 1920x1080i@60
+1 - find 1921x90@17
+2 - what 97
+END
+
 # --- no output named
 rm -f new.bin
 for command in 'phys tv-4k.bin 1.2.0.0' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi'; do

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "streams.h"
 
@@ -12,6 +13,32 @@ struct ShowOptions {
   bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);
+
+// rates, preferred, audio
+struct QueryOptions {
+  std::string input;
+  bool json = false;
+};
+Exit RunRates(const QueryOptions& options, Streams& streams);
+Exit RunPreferred(const QueryOptions& options, Streams& streams);
+Exit RunAudio(const QueryOptions& options, Streams& streams);
+
+struct TimingsOptions {
+  std::string input;
+  std::string sort;  // rate, area, or empty: as the image has them
+  bool json = false;
+};
+Exit RunTimings(const TimingsOptions& options, Streams& streams);
+
+struct TimingOptions {
+  std::vector<std::string> words;  // "vic" "97"
+  bool rb1 = false;
+  bool rb2 = false;
+  bool ntsc = false;
+  bool interlaced = false;
+  bool json = false;
+};
+Exit RunTiming(const TimingOptions& options, Streams& streams);
 
 struct CheckOptions {
   std::string input;

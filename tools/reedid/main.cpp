@@ -102,6 +102,37 @@ void AddSample(CLI::App& app, Command& chosen) {
   command->add_option("-o,--output", options->output, kOutputHelp);
 }
 
+void AddQuery(CLI::App& app, Command& chosen, const char* name, const char* help,
+              Exit (*run)(const QueryOptions&, Streams&)) {
+  QueryOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, name, help, chosen, run, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_flag("--json", options->json, kJsonHelp);
+}
+
+void AddTimings(CLI::App& app, Command& chosen) {
+  TimingsOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "timings", "Every detailed timing", chosen, RunTimings, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--sort", options->sort, "highest first")->check(CLI::IsMember({"rate", "area"}));
+  command->add_flag("--json", options->json, kJsonHelp);
+}
+
+void AddTiming(CLI::App& app, Command& chosen) {
+  TimingOptions* options = nullptr;
+  CLI::App* command =
+      AddCommand(app, "timing", "What an identifier or a formula stands for", chosen, RunTiming, options);
+  command
+      ->add_option("what", options->words,
+                   "vic 97 | dmt 0x52 | cvt 2560x1440@144 | std 1920 16:9 60 | find 1920x1080@60")
+      ->required();
+  CLI::Option* rb1 = command->add_flag("--rb1", options->rb1, "CVT with reduced blanking");
+  command->add_flag("--rb2", options->rb2, "CVT with reduced blanking version 2")->excludes(rb1);
+  command->add_flag("--ntsc", options->ntsc, "CVT version 2: rate times 1000/1001");
+  command->add_flag("--interlaced", options->interlaced, "interlaced; the rate is that of the fields");
+  command->add_flag("--json", options->json, kJsonHelp);
+}
+
 void SetUp(CLI::App& app, Command& chosen) {
   app.require_subcommand(1);
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
@@ -110,6 +141,11 @@ void SetUp(CLI::App& app, Command& chosen) {
   });
   AddShow(app, chosen);
   AddCheck(app, chosen);
+  AddQuery(app, chosen, "rates", "Every frame rate that is offered", RunRates);
+  AddTimings(app, chosen);
+  AddQuery(app, chosen, "preferred", "The timing that a source should use", RunPreferred);
+  AddQuery(app, chosen, "audio", "Audio formats", RunAudio);
+  AddTiming(app, chosen);
   AddPhys(app, chosen);
   AddToHdmi(app, chosen);
   AddConvert(app, chosen);

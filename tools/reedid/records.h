@@ -58,6 +58,7 @@ REEDID_TO_JSON(DisplayParams20Record, sizeIn1mm, hImageSize, vImageSize, hPixels
 REEDID_TO_JSON(DispIdRangeLimits, minPixelClock, maxPixelClock, minHRate, maxHRate, minHBlank, minVRate, maxVRate,
                minVBlank, interlaced, cvtStandard, cvtReduced, discreteFrequency, seamlessTransition)
 
+REEDID_TO_JSON(AudioFmtCap, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt)
 
 // Records whose arrays are in use up to a count.
 template <class JsonObject>

@@ -1,0 +1,101 @@
+// rates, timings, preferred and audio: what does the display offer?
+
+#include "query.h"
+
+#include <fmt/format.h>
+
+#include "commands.h"
+#include "describe.h"
+#include "records.h"
+
+namespace reedid::tool {
+namespace {
+
+constexpr size_t kMostTimings = 256;
+
+Node TimingsNode(const std::vector<DtdTiming>& timings) {
+  Node node;
+  for (size_t i = 0; i < timings.size(); ++i) {
+    const TimingItem item = {TimingKind::kDetailed, 0, false, timings[i]};
+    node.AddTiming(fmt::format("{}", i + 1), item, timings[i].preferred != 0 ? ", preferred" : "");
+  }
+  return node;
+}
+
+std::vector<DtdTiming> SortedTimings(const Image& image, const std::string& order) {
+  std::vector<DtdTiming> timings(kMostTimings);  // more than the count, which has 8 bits
+  const uint32_t count = EDID_FindOutAllDTD(image.handle(), timings.data(), kMostTimings);
+  timings.resize(count);
+  if (order == "rate") SortDTDbyFrameRate(timings.data(), static_cast<int32_t>(count));
+  if (order == "area") SortDTDbyResolution(timings.data(), count);
+  return timings;
+}
+
+void Print(const Node& node, bool json, Streams& streams) {
+  streams.Result(json ? JsonText(ToJson(node)) : ToText(node));
+}
+
+}  // namespace
+
+std::vector<uint16_t> AllRates(const Image& image) {
+  std::vector<uint16_t> rates(255);
+  rates.resize(EDID_GetAllFrameRate(image.handle(), rates.data(), 255));
+  return rates;
+}
+
+Exit RunRates(const QueryOptions& options, Streams& streams) {
+  const Image image = Image::Read(options.input);
+  const std::vector<uint16_t> rates = AllRates(image);
+  if (options.json) {
+    streams.Result(JsonText(Json{{"frameRates", rates}}));
+    return Exit::kDone;
+  }
+  for (const unsigned rate : rates) streams.Result(fmt::format("{} Hz\n", rate));
+  return Exit::kDone;
+}
+
+Exit RunTimings(const TimingsOptions& options, Streams& streams) {
+  const Image image = Image::Read(options.input);
+  Node node = TimingsNode(SortedTimings(image, options.sort));
+  node.title = fmt::format("{}: {} detailed timings", image.name(), node.timings.size());
+  Print(node, options.json, streams);
+  return Exit::kDone;
+}
+
+Exit RunPreferred(const QueryOptions& options, Streams& streams) {
+  const Image image = Image::Read(options.input);
+  DtdTiming timing = {};
+  EDID_GetPreferredTiming(image.handle(), &timing);
+  const TimingItem item = {TimingKind::kDetailed, 0, false, timing};
+  if (!IsKnown(item)) {
+    Note(fmt::format("{}: no preferred timing", image.name()));
+    return Exit::kNo;
+  }
+  Print(DescribeTiming(image.name(), item), options.json, streams);
+  return Exit::kDone;
+}
+
+Exit RunAudio(const QueryOptions& options, Streams& streams) {
+  const Image image = Image::Read(options.input);
+  AudioFmtCap cap = {};
+  EDID_GetAudioFmtCap(image.handle(), &cap);
+  Node node;
+  node.title = fmt::format("{}: audio formats", image.name());
+  node.record = cap;
+  const NamedFlag formats[] = {{cap.lpcm, "L-PCM"},
+                               {cap.dts, "DTS"},
+                               {cap.dtsHd, "DTS-HD"},
+                               {cap.dtsHdExt1, "DTS-HD extension 1"},
+                               {cap.dtsHdExt2, "DTS-HD extension 2"},
+                               {cap.dtsHdExt3, "DTS-HD extension 3"},
+                               {cap.ac3, "AC-3"},
+                               {cap.eac3, "Enhanced AC-3"},
+                               {cap.eac3Ext, "Enhanced AC-3 with extension"},
+                               {cap.mat, "MAT"},
+                               {cap.matExt, "MAT with extension"}};
+  node.Add("Formats", SetFlags(formats));
+  Print(node, options.json, streams);
+  return Exit::kDone;
+}
+
+}  // namespace reedid::tool
