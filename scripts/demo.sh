@@ -6,7 +6,7 @@ scripts/install-deps.sh tool
 cmake --preset release -DREEDID_TESTS=OFF >/dev/null
 cmake --build --preset release >/dev/null
 bin=build/release/tools/reedid/reedid
-echo '$ reedid to-hdmi sample:dvi --phys 1.2.0.0 -o hdmi.bin'
-"$bin" to-hdmi sample:dvi --phys 1.2.0.0 -o build/hdmi.bin
-echo '$ reedid show hdmi.bin'
-"$bin" show build/hdmi.bin
+echo '$ reedid limit hdmi20 sample:tv-4k120 -o limited.bin'
+"$bin" limit hdmi20 sample:tv-4k120 -o build/limited.bin
+echo '$ reedid preferred limited.bin'
+"$bin" preferred build/limited.bin

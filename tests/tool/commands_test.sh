@@ -26,7 +26,7 @@ byte() { od -An -t u1 -j "$2" -N 1 "$1" | tr -d ' '; }
 poke() { printf "\\$3" | dd of="$1" bs=1 seek="$2" conv=notrunc 2>/dev/null; }
 
 # --- samples and what reads them
-for name in tv-4k dvi gaming-dp; do
+for name in tv-4k tv-4k120 dvi gaming-dp; do
   expect 0 sample $name -o $name.bin
   expect 0 check $name.bin
   has out "$name.bin: valid"
@@ -36,7 +36,7 @@ done
 expect 0 sample
 has out '^gaming-dp '
 expect 3 show sample:nothing
-has err 'tv-4k, dvi, gaming-dp'
+has err 'tv-4k, tv-4k120, dvi, gaming-dp'
 
 # --- input that is none
 printf 'no EDID here' >prose.txt
@@ -153,7 +153,7 @@ has out '3840x2160 60.000 Hz 594.000 MHz'
 expect 0 audio tv-4k.bin
 has out 'L-PCM, AC-3, Enhanced AC-3'
 for command in 'show tv-4k.bin' 'rates tv-4k.bin' 'timings tv-4k.bin' 'preferred tv-4k.bin' 'audio tv-4k.bin' \
-  'timing vic 97'; do
+  'timing vic 97' 'diff tv-4k.bin tv-4k.bin'; do
   expect 0 $command --json
   head -c 1 out | grep -q '{' || fail "$command --json printed: $(cat out)"
 done
@@ -185,9 +185,52 @@ done <<END
 2 - what 97
 END
 
+# --- limit and edit
+expect 0 limit hdmi20 tv-4k120.bin -o limited.bin
+has out '^lowered .* 604.250 MHz -> 2560x1440 119.999 Hz'
+has out '^replaced  VIC  *118 .* -> 4:2:0 VIC 118'
+expect 0 check limited.bin
+expect 0 limit hdmi20 limited.bin -o twice.bin --quiet
+[ -s out ] && fail "limit --quiet printed: $(cat out)"
+same limited.bin twice.bin
+expect 1 diff tv-4k120.bin limited.bin
+expect 0 limit hdmi20 tv-4k120.bin --rates 100,60 -o out.bin
+has out '-> 2560x1440 99.999 Hz\|-> 2560x1440 100.000 Hz'
+"$tool" limit hdmi20 tv-4k120.bin -o - >piped.bin 2>err
+same limited.bin piped.bin
+for rates in x 60,x 60, ,60 0 70000 -1; do
+  expect 2 limit hdmi20 tv-4k120.bin "--rates=$rates" -o new2.bin
+done
+expect 2 limit hdmi30 tv-4k120.bin -o new2.bin
+expect 2 edit tv-4k120.bin -o new2.bin
+expect 2 edit tv-4k120.bin --phys 1.0.0 --limit sdr -o new2.bin
+expect 5 edit dvi.bin --phys 1.0.0.0 -o new2.bin
+[ -e new2.bin ] && fail 'a refused edit left an output'
+expect 0 edit tv-4k120.bin --limit hdmi14 --limit pcm2ch --limit sdr --phys 2.0.0.0 -o out.bin
+has out 'Physical address  1.0.0.0 -> 2.0.0.0'
+has out '^dropped .*HDR Static'
+expect 0 check out.bin
+expect 0 limit frl40g tv-4k120.bin -o out.bin
+has out 'FRL rate  12 Gbit/s on 4 lanes -> 10 Gbit/s on 4 lanes'
+# an extension of timings without data blocks is limited too: 3840x2160 at 650 MHz behind an empty base block
+head -c 128 dvi.bin >bare.bin
+poke bare.bin 126 001
+{ printf '\002\003\004\000\350\375'; tail -c +57 tv-4k.bin | head -c 16; head -c 106 /dev/zero; } >>bare.bin
+expect 0 limit hdmi20 bare.bin --rates 60,50 -o out.bin
+has out '^lowered .* 650.000 MHz -> 3840x2160 60.000 Hz 594.000 MHz'
+# letters that are none keep the base block from being written anew: it is said, and the exit code tells
+cp tv-4k120.bin odd.bin
+poke odd.bin 8 000
+expect 1 limit hdmi20 odd.bin -o out.bin
+has err 'still above 600 MHz: detailed timing 2560x1440'
+expect 0 high-refresh gaming-dp.bin -o out.bin
+has out '^rates after: *144'
+expect 0 check out.bin
+expect 5 high-refresh tv-4k.bin -o new2.bin
+
 # --- no output named
 rm -f new.bin
-for command in 'phys tv-4k.bin 1.2.0.0' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi'; do
+for command in 'phys tv-4k.bin 1.2.0.0' 'limit hdmi20 tv-4k.bin' 'high-refresh gaming-dp.bin' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi'; do
   expect 2 $command
   has err ' -o '
   [ -s out ] && fail "$command without -o wrote a result"

@@ -40,6 +40,36 @@ struct TimingOptions {
 };
 Exit RunTiming(const TimingOptions& options, Streams& streams);
 
+struct DiffOptions {
+  std::string first;
+  std::string second;
+  bool json = false;
+};
+Exit RunDiff(const DiffOptions& options, Streams& streams);
+
+struct Edit {
+  bool isLimit;  // else a physical address
+  std::string value;
+};
+
+// limit is an edit with one limit.
+struct EditOptions {
+  std::string input;
+  std::vector<Edit> edits;
+  std::string rates;  // "120,60,50"; empty: those of the image
+  std::string output;
+  bool quiet = false;
+  bool allowLoss = false;
+};
+Exit RunEdit(const EditOptions& options, Streams& streams);
+
+struct HighRefreshOptions {
+  std::string input;
+  std::string output;
+  bool quiet = false;
+};
+Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
+
 struct CheckOptions {
   std::string input;
 };

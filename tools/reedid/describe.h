@@ -49,6 +49,8 @@ bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node);
 
 // "1.2.0.0"
 std::string PhysAddrText(uint16_t address);
+// The other way, also from "0x1200". Throws Exit::kUsage; says when no port can have the address.
+uint16_t RequireAddress(const std::string& text);
 
 // A flag and what it means.
 struct NamedFlag {

@@ -36,24 +36,6 @@ std::optional<uint16_t> ParseAddress(const std::string& text) {
   return address;
 }
 
-// An address names a path from the root; nothing can stand behind a zero (HDMI 1.4b, 8.7.2).
-uint16_t RequireAddress(const std::string& text) {
-  const std::optional<uint16_t> address = ParseAddress(text);
-  if (!address) {
-    throw ToolError(Exit::kUsage, fmt::format("'{}' is no physical address; write it like 1.2.0.0 or 0x1200", text));
-  }
-  bool ended = false;
-  for (int shift = 12; shift >= 0; shift -= 4) {
-    const bool zero = (*address >> shift & 0xF) == 0;
-    if (ended && !zero) {
-      Note(fmt::format("{}: no port can have this address, a digit other than 0 stands behind a 0", text));
-      break;
-    }
-    ended = ended || zero;
-  }
-  return *address;
-}
-
 // The library writes the HDMI block anew from what it knows of it; say when that changed more than the address.
 void NoteRewrite(const Image& image, ByteVector before, const ByteVector& after) {
   before[4] = after[4];
@@ -88,6 +70,24 @@ void CheckConvertible(const Image& image, bool allowLoss) {
 }
 
 }  // namespace
+
+// An address names a path from the root; nothing can stand behind a zero (HDMI 1.4b, 8.7.2).
+uint16_t RequireAddress(const std::string& text) {
+  const std::optional<uint16_t> address = ParseAddress(text);
+  if (!address) {
+    throw ToolError(Exit::kUsage, fmt::format("'{}' is no physical address; write it like 1.2.0.0 or 0x1200", text));
+  }
+  bool ended = false;
+  for (int shift = 12; shift >= 0; shift -= 4) {
+    const bool zero = (*address >> shift & 0xF) == 0;
+    if (ended && !zero) {
+      Note(fmt::format("{}: no port can have this address, a digit other than 0 stands behind a 0", text));
+      break;
+    }
+    ended = ended || zero;
+  }
+  return *address;
+}
 
 Exit RunPhys(const PhysOptions& options, Streams& streams) {
   if (options.address.empty() && !options.output.empty()) {

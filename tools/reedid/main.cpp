@@ -23,6 +23,8 @@ constexpr char kAllowLossHelp[] = "write the result even if something of the inp
 constexpr char kFooter[] =
     "Examples:\n"
     "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
+    "  reedid limit hdmi20 display.bin -o hdmi20.bin     an EDID whose timings all fit HDMI 2.0\n"
+    "  reedid diff display.bin hdmi20.bin                what did that change?\n"
     "  reedid check display.bin                          is its EDID valid?\n"
     "  reedid phys display.bin                           print the physical address\n"
     "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater\n"
@@ -133,6 +135,64 @@ void AddTiming(CLI::App& app, Command& chosen) {
   command->add_flag("--json", options->json, kJsonHelp);
 }
 
+void AddDiff(CLI::App& app, Command& chosen) {
+  DiffOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "diff", "What differs between two EDIDs", chosen, RunDiff, options);
+  command->add_option("first", options->first, kInputHelp)->required();
+  command->add_option("second", options->second, "the other one")->required();
+  command->add_flag("--json", options->json, kJsonHelp);
+}
+
+void AddEditOutput(CLI::App& command, EditOptions& options) {
+  command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the EDID");
+  command.add_option("-o,--output", options.output, kOutputHelp);
+  command.add_flag("--quiet", options.quiet, "no table of changes");
+  command.add_flag("--allow-loss", options.allowLoss, kAllowLossHelp);
+}
+
+void AddLimit(CLI::App& app, Command& chosen) {
+  EditOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "limit", "Hold an EDID to a link or a capability", chosen, RunEdit, options);
+  command
+      ->add_option_function<std::string>(
+          "limit",
+          [options](const std::string& name) {
+            options->edits.push_back({true, name});
+          },
+          "hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch, sdr, frl40g")
+      ->required();
+  command->add_option("input", options->input, kInputHelp)->required();
+  AddEditOutput(*command, *options);
+}
+
+void AddEdit(CLI::App& app, Command& chosen) {
+  EditOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "edit", "Several edits, in the order given", chosen, RunEdit, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  const auto add = [&](const char* name, bool isLimit, const char* help) {
+    command
+        ->add_option_function<std::string>(
+            name,
+            [options, isLimit](const std::string& value) {
+              options->edits.push_back({isLimit, value});
+            },
+            help)
+        ->trigger_on_parse();
+  };
+  add("--limit", true, "a limit, as for 'reedid limit'");
+  add("--phys", false, "a physical address");
+  AddEditOutput(*command, *options);
+}
+
+void AddHighRefresh(CLI::App& app, Command& chosen) {
+  HighRefreshOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "high-refresh", "Three blocks or more into two, high rates kept", chosen,
+                                 RunHighRefresh, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("--quiet", options->quiet, "no table of changes");
+}
+
 void SetUp(CLI::App& app, Command& chosen) {
   app.require_subcommand(1);
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
@@ -146,6 +206,10 @@ void SetUp(CLI::App& app, Command& chosen) {
   AddQuery(app, chosen, "preferred", "The timing that a source should use", RunPreferred);
   AddQuery(app, chosen, "audio", "Audio formats", RunAudio);
   AddTiming(app, chosen);
+  AddDiff(app, chosen);
+  AddLimit(app, chosen);
+  AddHighRefresh(app, chosen);
+  AddEdit(app, chosen);
   AddPhys(app, chosen);
   AddToHdmi(app, chosen);
   AddConvert(app, chosen);

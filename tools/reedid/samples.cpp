@@ -229,6 +229,28 @@ ByteVector BuildTv4k() {
   return ImageBuilder(base).Add(TvExtension().model(), CEA_GenerateBlock).Build();
 }
 
+// ---- tv-4k120: what an HDMI 2.0 link cannot carry, in every place where it can stand
+
+ByteVector BuildTv4k120() {
+  VesaBlock base = BaseModel(0x4B78, 4);
+  base.bitDepth = 10;
+  base.interfaceType = 2;  // HDMI-a
+  base.hScreenSize = 121;
+  base.vScreenSize = 68;
+  base.colorType = 3;
+  base.descriptors[0] = TimingSlot(kVic97, 1210, 680);
+  base.descriptors[1] = TimingSlot(k1440p144, 1210, 680);
+  base.descriptors[2] = RangeSlot({0x08, 24, 144, 15, 15, 119});
+  base.descriptors[3] = TextSlot(0xFC, "REED TV 4K120");
+  CtaBuilder cta = TvExtension();
+  Cea20ByteDtdRecord fast = {};  // above 655 MHz, which an 18-byte descriptor cannot hold
+  fast.timing = kVic97;
+  fast.timing.pixelClock = 1188000;
+  fast.timing.aspectRatio = ASPECT_16_9;
+  cta.Add(CEA_Set20ByteDTD, fast);
+  return ImageBuilder(base).Add(cta.model(), CEA_GenerateBlock).Build();
+}
+
 // ---- dvi
 
 ByteVector BuildDvi() {
@@ -300,6 +322,8 @@ ByteVector BuildGamingDp() {
 constexpr Sample kSamples[] = {
     {"tv-4k", "4K television, HDMI 2.1: 3840x2160 at 120 Hz, HDR, VRR, DSC, FRL; base block and CTA-861 extension",
      BuildTv4k},
+    {"tv-4k120", "tv-4k with 3840x2160 at 120 Hz and 2560x1440 at 144 Hz as detailed timings; to try limits with",
+     BuildTv4k120},
     {"dvi", "1280x1024 DVI monitor: base block only", BuildDvi},
     {"gaming-dp", "2560x1440 DisplayPort monitor, 144 and 165 Hz in a DisplayID extension; CTA-861 extension",
      BuildGamingDp},

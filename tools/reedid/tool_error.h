@@ -24,7 +24,8 @@ enum class Exit : uint8_t {
 inline constexpr char kExitCodesHelp[] =
     "Exit codes:\n"
     "  0  done\n"
-    "  1  the answer is no: the EDID is not valid, it has no physical address, or no such timing is known\n"
+    "  1  the answer is no: the EDID is not valid, it has no physical address, no such timing is known, two EDIDs\n"
+    "     differ, or after a limit a timing still needs more (the output is written, and a note names the timing)\n"
     "  2  wrong usage: unknown command or option, bad value, no -o\n"
     "  3  the input cannot be read or is no EDID\n"
     "  4  the output cannot be written; an existing file is as it was\n"

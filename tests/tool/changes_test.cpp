@@ -1,0 +1,76 @@
+#include "tools/reedid/changes.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/edid_builder.h"
+#include "tools/reedid/describe.h"
+#include "tools/reedid/streams.h"
+
+namespace reedid::tool {
+namespace {
+
+using test::AtClock;
+using test::Cta;
+using test::Edid;
+using test::k1080p60;
+using test::k2160p60;
+using test::k720p60;
+
+Node Account(Edid edid) {
+  Node node;
+  CaptureDiagnostics([&] { node = DescribeImage(Image::FromBytes("x", edid.Build())); });
+  return node;
+}
+
+Edid With(const DtdTiming& timing) {
+  return Edid().Dtd(timing);
+}
+
+Edid With(const Cta& cta) {
+  return Edid().Extension(cta);
+}
+
+TEST(Changes, EachKind) {
+  const struct {
+    const char* name;
+    Edid before;
+    Edid after;
+    const char* line;
+  } cases[] = {
+      {"kept", With(k1080p60), With(k1080p60), "kept      detailed timing  1920x1080 60.000 Hz"},
+      {"lowered", With(AtClock(k2160p60, 650000)), With(k2160p60), "Hz 650.000 MHz -> 3840x2160 60.000 Hz 594.000 MHz"},
+      {"raised", With(AtClock(k2160p60, 297000)), With(k2160p60), "raised    detailed"},
+      {"dropped", With(k1080p60), Edid(), "dropped   detailed timing  1920x1080"},
+      {"another format is no lowering", With(k1080p60), With(k720p60), "dropped   detailed timing  1920x1080"},
+      {"porches alone", With(k1080p60),
+       With({148500, 1920, 280, 80, 44, 1080, 45, 4, 5, 1, 1, 0, 60, 8, 0, 0, 0, 0, 0}), "replaced  detailed timing"},
+      {"VIC replaced", With(Cta().Vdb({118})), With(Cta().Vdb({97})), "replaced  VIC              118 (3840x2160 120"},
+      {"VIC moved to 4:2:0", With(Cta().Vdb({118})), With(Cta().Vdb({}).Extended(14, {118})), "-> 4:2:0 VIC 118 ("},
+      {"one of two equal VICs", With(Cta().Vdb({16, 16})), With(Cta().Vdb({16})), "dropped   VIC              16 ("},
+      {"field of a block", With(Cta().Hdmi(0x1000)), With(Cta().Hdmi(0x2000)), "Physical address  1.0.0.0 -> 2.0.0.0"},
+      {"bytes without a reader", With(Cta().Extended(99, {1})), With(Cta().Extended(99, {2})), "e2 63 01 -> e2 63 02"},
+  };
+  for (auto c : cases) {
+    const std::string text = ChangesText(FindChanges(Account(c.before), Account(c.after)));
+    EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
+  }
+}
+
+TEST(Changes, SameOnlyWhenNothingDiffers) {
+  const Node one = Account(Edid().Dtd(k1080p60).Extension(Cta().Vdb({16}).Hdmi(0x1000)));
+  EXPECT_TRUE(AreSame(FindChanges(one, one)));
+  EXPECT_FALSE(AreSame(FindChanges(one, Account(Edid().Dtd(k1080p60)))));
+  EXPECT_FALSE(AreSame(FindChanges(Account(Edid().Dtd(k1080p60)), one)));
+}
+
+// A type VII block in YCbCr 4:2:0 needs half its clock, where the link knows 4:2:0 at all.
+TEST(Changes, TimingsAboveALimit) {
+  const Node account = Account(Edid().Dtd(AtClock(k2160p60, 600010)).Extension(Cta().Vdb({97}).Extended(14, {118})));
+  EXPECT_EQ(TimingsAbove(account, 600000, true).size(), 1u);
+  EXPECT_EQ(TimingsAbove(account, 600010, true).size(), 0u);
+  EXPECT_EQ(TimingsAbove(account, 600010, false).size(), 1u);
+  EXPECT_EQ(TimingsAbove(account, 593999, true).size(), 3u);
+}
+
+}  // namespace
+}  // namespace reedid::tool
