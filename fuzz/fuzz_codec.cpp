@@ -262,21 +262,89 @@ const DispIdCodec kDispIdCodecs[] = {
     {"DataString", 0x0B, ReadString},
 };
 
-// A descriptor that says what a DTD can: borders, stereo and analogue sync are not decoded.
-void RunDtd(const DtdSlot& slot) {
-  DtdTiming first = {}, second = {};
-  if (VESA_GetDTD(&slot, &first) != 0) return;
-  DtdSlot again = {};
-  if (VESA_SetDTD(&first, &again) != 0) return;
-  Check(VESA_GetDTD(&again, &second) == 0, "what was set can be got", "DTD");
-  Check(std::memcmp(&first, &second, sizeof first) == 0, "get, set, get is equal", "DTD");
+// The display descriptors of the base block, by their tag.
+struct SlotBlank : DtdSlot {
+  explicit SlotBlank(const DtdSlot&) : DtdSlot{0xEE, {}} {}
+};
+
+template <auto Get>
+int32_t GetText(const DtdSlot* slot, Text* text) {
+  return Get(slot, text->text, 14);
 }
 
-void RunDtdBytes(Input& input) {
-  DtdSlot slot = {1, {}};
-  const ByteVector bytes = input.Take(sizeof slot.bytes);
-  std::copy(bytes.begin(), bytes.end(), slot.bytes);
-  RunDtd(slot);
+template <auto Set>
+int32_t SetText(const Text* text, DtdSlot* slot) {
+  return Set(text->text, slot);
+}
+
+struct SixTimings {
+  StdTiming timings[6];
+};
+
+int32_t GetSix(const DtdSlot* slot, SixTimings* six) {
+  return VESA_GetStandardTimings(slot, six->timings);
+}
+
+int32_t SetSix(const SixTimings* six, DtdSlot* slot) {
+  return VESA_SetStandardTimings(six->timings, slot);
+}
+
+// The version and the continuous frequencies of the base block that a descriptor stands in.
+template <uint8_t kRevision>
+VesaBlock BaseBlock() {
+  VesaBlock model = {};
+  model.version = 1;
+  model.revision = kRevision;
+  model.continuousFreq = 1;
+  return model;
+}
+
+template <uint8_t kRevision>
+int32_t GetRange(const DtdSlot* slot, RangeLimits* limits) {
+  const VesaBlock model = BaseBlock<kRevision>();
+  return VESA_GetRangeLimits(&model, slot, limits);
+}
+
+template <uint8_t kRevision>
+int32_t SetRange(const RangeLimits* limits, DtdSlot* slot) {
+  const VesaBlock model = BaseBlock<kRevision>();
+  return VESA_SetRangeLimits(&model, limits, slot);
+}
+
+struct SlotCodec {
+  const char* name;
+  uint8_t flag;
+  void (*run)(const DtdSlot& slot, const char* name);
+};
+
+template <auto Get, auto Set, Fidelity kFidelity = kExact>
+void RunSlot(const DtdSlot& slot, const char* name) {
+  RoundTrip<SlotBlank>(slot, Get, Set, kFidelity, name);
+}
+
+const SlotCodec kSlotCodecs[] = {
+    {"DTD", 1, RunSlot<VESA_GetDTD, VESA_SetDTD>},
+    {"serial number", 0xFF, RunSlot<GetText<VESA_GetSerialNumber>, SetText<VESA_SetSerialNumber>, kNormalises>},
+    {"data string", 0xFE, RunSlot<GetText<VESA_GetDataString>, SetText<VESA_SetDataString>, kNormalises>},
+    {"product name", 0xFC, RunSlot<GetText<VESA_GetProductName>, SetText<VESA_SetProductName>, kNormalises>},
+    {"range limits 1.3", 0xFD, RunSlot<GetRange<3>, SetRange<3>>},
+    {"range limits 1.4", 0xFD, RunSlot<GetRange<4>, SetRange<4>, kNormalises>},
+    {"standard timings", 0xFA, RunSlot<GetSix, SetSix, kNormalises>},
+    {"CVT codes", 0xF8, RunSlot<VESA_GetCvtTiming, VESA_SetCvtTiming, kNormalises>},
+    {"established timings III", 0xF7, RunSlot<VESA_GetEst3Timing, VESA_SetEst3Timing>},
+};
+
+void RunSlots(const DtdSlot& slot) {
+  for (const SlotCodec& codec : kSlotCodecs) codec.run(slot, codec.name);
+}
+
+void RunSlotBytes(const SlotCodec& codec, Input& input) {
+  DtdSlot slot = {codec.flag, {}};
+  const bool timing = codec.flag == 1;
+  if (!timing) slot.bytes[3] = codec.flag;  // the header of a display descriptor, up to its tag
+  const ByteVector bytes = input.Take(timing ? 18 : 14);
+  std::copy(bytes.begin(), bytes.end(), slot.bytes + (timing ? 0 : 4));
+  codec.run(slot, codec.name);
 }
 
 void RunCeaBytes(const CeaCodec& codec, Input& input) {
@@ -296,11 +364,11 @@ void RunDispIdBytes(const DispIdCodec& codec, Input& input) {
 }
 
 void RunPicked(Input input) {
-  size_t pick = input.Byte() % (std::size(kCeaCodecs) + std::size(kDispIdCodecs) + 1);
+  size_t pick = input.Byte() % (std::size(kCeaCodecs) + std::size(kDispIdCodecs) + std::size(kSlotCodecs));
   if (pick < std::size(kCeaCodecs)) return RunCeaBytes(kCeaCodecs[pick], input);
   pick -= std::size(kCeaCodecs);
   if (pick < std::size(kDispIdCodecs)) return RunDispIdBytes(kDispIdCodecs[pick], input);
-  RunDtdBytes(input);
+  RunSlotBytes(kSlotCodecs[pick - std::size(kDispIdCodecs)], input);
 }
 
 void RunAll(const uint8_t* data, size_t size) {
@@ -308,13 +376,13 @@ void RunAll(const uint8_t* data, size_t size) {
   if (handle == nullptr) return;
   VisitBlocks(*handle, Overloaded{
                            [](const VesaBlock& model) {
-                             for (const DtdSlot& slot : model.descriptors) RunDtd(slot);
+                             for (const DtdSlot& slot : model.descriptors) RunSlots(slot);
                            },
                            [](const CeaBlock& model) {
                              for (unsigned i = 0; i < model.dataBlockCount; ++i) {
                                for (const CeaCodec& codec : kCeaCodecs) codec.run(model.dataBlocks[i], codec.name);
                              }
-                             for (unsigned i = 0; i < model.dtdCount; ++i) RunDtd(model.dtds[i]);
+                             for (unsigned i = 0; i < model.dtdCount; ++i) RunSlots(model.dtds[i]);
                            },
                            [](const DispIdBlock& model) {
                              for (unsigned i = 0; i < model.dataBlockCount; ++i) {
