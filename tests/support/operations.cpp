@@ -1,5 +1,6 @@
 #include "tests/support/operations.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "inventory/walk.h"
@@ -93,9 +94,11 @@ void LimitTo(EdidHandle& handle) {
   Limit(&handle, rates, count);
 }
 
+// The list gets exactly the room that EDID_GetDTDCnt asks for, so that one record too many shows. A count taken while
+// memory was short may be too small for what is found later: asked twice, it is right once.
 void FindDtds(EdidHandle& handle) {
-  std::vector<DtdTiming> list(255);  // a count taken while memory was short may be too small for what is found later
-  const uint32_t count = EDID_FindOutAllDTD(&handle, list.data(), EDID_GetDTDCnt(&handle));
+  std::vector<DtdTiming> list(std::max(EDID_GetDTDCnt(&handle), EDID_GetDTDCnt(&handle)));
+  const uint32_t count = EDID_FindOutAllDTD(&handle, list.data(), static_cast<uint32_t>(list.size()));
   SortDTDbyResolution(list.data(), count);
   SortDTDbyFrameRate(list.data(), static_cast<int32_t>(count));
 }
@@ -103,6 +106,11 @@ void FindDtds(EdidHandle& handle) {
 void GetPreferred(EdidHandle& handle) {
   DtdTiming timing = {};
   EDID_GetPreferredTiming(&handle, &timing);
+}
+
+void GetAudio(EdidHandle& handle) {
+  AudioFmtCap cap;
+  EDID_GetAudioFmtCap(&handle, &cap);
 }
 
 constexpr Operation kOperations[] = {
@@ -128,6 +136,12 @@ constexpr Operation kOperations[] = {
     {"EDID_LimitToHDMI14", LimitTo<EDID_LimitToHDMI14>},
     {"EDID_FindOutAllDTD", FindDtds},
     {"EDID_GetPreferredTiming", GetPreferred},
+    {"EDID_GetAudioFmtCap", GetAudio},
+    {"EDID_HighRefreshRate", [](EdidHandle& handle) { EDID_HighRefreshRate(&handle); }},
+    {"DeleteEODB", [](EdidHandle& handle) { DeleteEODB(&handle); }},
+    {"EDID_LimitToPCM2CH", [](EdidHandle& handle) { EDID_LimitToPCM2CH(&handle); }},
+    {"EDID_LimitToFrl40G", [](EdidHandle& handle) { EDID_LimitToFrl40G(&handle); }},
+    {"EDID_LimitToSDR", [](EdidHandle& handle) { EDID_LimitToSDR(&handle); }},
 };
 
 }  // namespace
