@@ -8,8 +8,9 @@ scripts/install-deps.sh cross
 for triplet in "$@"; do
   echo "== $triplet"
   build=build/cross-$triplet
-  cmake -G Ninja -B "$build" --toolchain "cmake/toolchains/$triplet.cmake" -DREEDID_TOOL=OFF -DREEDID_TESTS=ON \
-        -DREEDID_WERROR=ON -DREEDID_GTEST_SOURCE=/usr/src/googletest >/dev/null
+  # Optimised as the preset dev: at -O3 gcc 12 warns about copies in the standard library's vectors.
+  cmake -G Ninja -B "$build" --toolchain "cmake/toolchains/$triplet.cmake" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DREEDID_TOOL=OFF -DREEDID_TESTS=ON -DREEDID_WERROR=ON -DREEDID_GTEST_SOURCE=/usr/src/googletest >/dev/null
   cmake --build "$build"
   ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
 done

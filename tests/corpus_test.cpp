@@ -25,6 +25,14 @@ std::string Content(const VesaBlock& model) {
   VesaBlock copy;
   std::memcpy(&copy, &model, sizeof copy);
   copy.checksum = copy.checksumValid = 0;
+  for (StdTiming& timing : copy.standardTimings) {
+    const auto [valid, frameRate, hactive, aspectRatio] = timing;
+    std::memset(&timing, 0, sizeof timing);  // its last byte is padding and holds anything
+    timing.valid = valid;
+    timing.frameRate = frameRate;
+    timing.hactive = hactive;
+    timing.aspectRatio = aspectRatio;
+  }
   if (copy.aspectRatioX100 == 100) copy.aspectRatioX100 = 0;  // 1:1 is below what is written
   std::string text;
   Append(text, &copy, 1);

@@ -93,7 +93,9 @@ ByteVector OfferOf(const EdidHandle* handle) {
 TEST(LinkLimitProperties, HoldForEveryImage) {
   int rounded = 0, limited = 0;
   for (const Link& link : kLinks) {
-    for (const auto& [name, bytes] : Corpus()) {
+    for (const auto& image : Corpus()) {
+      const auto& [name, content] = image;
+      const ByteVector& bytes = content;  // a lambda cannot capture a structured binding
       SCOPED_TRACE(std::string(link.name) + ", " + name);
       Owned<EdidHandle> before, once, twice;
       LogOf([&] {

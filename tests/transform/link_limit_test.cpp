@@ -9,8 +9,6 @@ namespace {
 
 using RateVector = std::vector<uint16_t>;
 
-constexpr DtdTiming k2160p30 = {297000, 3840, 560, 176, 88, 2160, 90, 8, 10, 1, 1, 0, 30, 8, 0, 0, 0, 0, 0};
-
 enum class Link { kHdmi20, kHdmi14 };
 
 void Limit(EdidHandle* handle, Link link, const RateVector& rates) {
