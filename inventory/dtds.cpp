@@ -69,9 +69,10 @@ class Collector {
 
   // A getter that fails leaves its positions to the next data block.
   void Take(const DispIdDataBlock& entry) {
+    const auto* form = FindForm(kDetailedForms, entry.tag);
     const unsigned count = std::min(CountDtds(entry), room_ - count_);
-    if (count == 0) return;
-    if (FindForm(kDetailedForms, entry.tag)->get(&entry, list_ + count_, count) == 0) count_ += count;
+    if (form == nullptr || count == 0) return;
+    if (form->get(&entry, list_ + count_, count) == 0) count_ += count;
   }
 
   DtdTiming* list_;
