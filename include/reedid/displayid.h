@@ -214,15 +214,15 @@ REEDID_API int32_t DispID20_SetTimingCode(const TimingCodeRecord* record, DispId
 
 /**
  * VESA (tag 0x07, element i = DMT identifier i) and CTA (tag 0x08, element i = VIC i) timing bitmaps: one byte per
- * timing, element 0 unused. The setters take a non-zero multiple of 8 elements and write one byte past the entry's
- * size.
+ * timing, element 0 unused. The setters take a non-zero multiple of 8 elements, at most 1992, and write one byte past
+ * the entry's size: `entry->bytes` has room for 3 + count / 8 bytes, which is 252 for 1992 elements.
  */
 REEDID_API int32_t DispID_GetVESATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
-/** Encodes the VESA timing bitmap from `count` bytes. 0, or -1 when refused. */
+/** Encodes the VESA timing bitmap from `count` bytes, into 3 + count / 8 bytes. 0, or -1 when refused. */
 REEDID_API int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
 /** Decodes the CTA timing bitmap. 0, or -1 when refused. */
 REEDID_API int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested);
-/** Encodes the CTA timing bitmap from `count` bytes. 0, or -1 when refused. */
+/** Encodes the CTA timing bitmap from `count` bytes, into 3 + count / 8 bytes. 0, or -1 when refused. */
 REEDID_API int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry);
 
 /** Video timing range limits: tag 0x09 (1.x) and dynamic range limits, tag 0x25 (2.0). */
