@@ -8,14 +8,18 @@ seconds=${1:?usage: fuzz.sh SECONDS [FOLDER]}
 work=${2:-build/fuzz/work}
 scripts/install-deps.sh fuzz
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz -j "$(nproc)"
+cmake --build --preset fuzz -j "$(nproc)" --target fuzz_seeds fuzz_image fuzz_codec fuzz_edits
 bin=$PWD/build/fuzz/fuzz
 "$bin/fuzz_seeds" "$work/seeds"
 
-run() { # NAME
+run() { # NAME; leaves the processor time that it took in NAME.times
   mkdir -p "$work/$1"
+  result=0
   "$bin/fuzz_$1" -max_total_time="$seconds" -max_len=1024 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
-    -artifact_prefix="$work/" "$work/$1" "$work/seeds/$1" ${REEDID_CORPUS:+"$REEDID_CORPUS"} >"$work/$1.log" 2>&1
+    -artifact_prefix="$work/" "$work/$1" "$work/seeds/$1" ${REEDID_CORPUS:+"$REEDID_CORPUS"} >"$work/$1.log" 2>&1 ||
+    result=$?
+  times >"$work/$1.times"
+  return $result
 }
 
 pids=""
@@ -29,6 +33,7 @@ for entry in $pids; do
   if wait "${entry%%:*}"; then result=passed; else result=FAILED; status=1; fi
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$work/$name.log")
   covered=$(grep -o ' ft: [0-9]*' "$work/$name.log" | tail -1)
-  echo "$name: $result, ${executions:-?} executions,${covered:- no} features; log $work/$name.log"
+  used=$(sed -n '2s/ .*//p' "$work/$name.times")
+  echo "$name: $result, ${executions:-?} executions in $used of processor time,${covered:- no} features; log $work/$name.log"
 done
 exit $status
