@@ -16,7 +16,7 @@ package_holds() {
   shift
   deb=$(ls "$work/${name}"_*.deb) || { status=1; return; }
   dpkg-deb --fsys-tarfile "$deb" | tar -t | sed -n 's|^\./usr/\(.*[^/]\)$|\1|p' >"$work/left"
-  for pattern in "$@"; do
+  for pattern in "$@" "share/doc/$name/copyright" "share/doc/$name/changelog\.gz" "share/doc/$name/changelog\.Debian\.gz"; do
     grep -Eq "^$pattern\$" "$work/left" || { echo "FAILED: $name has no $pattern"; status=1; }
     grep -Ev "^$pattern\$" "$work/left" >"$work/rest" || true
     mv "$work/rest" "$work/left"
@@ -26,16 +26,27 @@ package_holds() {
 field_has() {
   dpkg-deb -f "$work/$1"_*.deb "$2" | grep -q "$3" || { echo "FAILED: $2 of $1 is not $3"; status=1; }
 }
+control_has() {
+  dpkg-deb -I "$work/$1"_*.deb "$2" | grep -q "$3" || { echo "FAILED: $2 of $1 has no $3"; status=1; }
+}
 
-package_holds libreedid0 "$libdir/libreedid\.so\.0(\.[0-9]+)*" share/doc/libreedid0/copyright
+package_holds libreedid0 "$libdir/libreedid\.so\.0" "$libdir/libreedid\.so\.0\.[0-9.]+" share/lintian/overrides/libreedid0
 package_holds libreedid-dev "include/reedid/reedid\.h" "include/reedid/reedid\.hpp" "include/reedid/[a-z]*\.h" \
-  "$libdir/libreedid\.(a|so)" "$libdir/pkgconfig/reedid\.pc" "$libdir/cmake/reedid/reedid-[a-z-]*\.cmake" \
-  share/doc/libreedid-dev/copyright
+  "$libdir/libreedid\.a" "$libdir/libreedid\.so" "$libdir/pkgconfig/reedid\.pc" "$libdir/cmake/reedid/reedid-[a-z-]*\.cmake"
 field_has libreedid0 Depends libc6
-field_has libreedid-dev Depends "libreedid0 (= "
+version=$(dpkg-deb -f "$work/libreedid0"_*.deb Version)
+field_has libreedid-dev Depends "^libreedid0 (= $version)\$"
+control_has libreedid0 shlibs "^libreedid 0 libreedid0 (>= "
+control_has libreedid0 triggers "^activate-noawait ldconfig\$"
 if [ "$tool" = 1 ]; then
-  package_holds reedid bin/reedid share/man/man1/reedid\.1 share/bash-completion/completions/reedid \
-    share/zsh/site-functions/_reedid share/fish/vendor_completions\.d/reedid\.fish share/doc/reedid/copyright
+  package_holds reedid bin/reedid "share/man/man1/reedid\.1\.gz" share/bash-completion/completions/reedid \
+    share/zsh/vendor-completions/_reedid "share/fish/vendor_completions\.d/reedid\.fish"
   field_has reedid Depends libc6
+  field_has reedid Recommends hwdata
+fi
+if command -v lintian >/dev/null; then
+  # A build for another prefix than /usr keeps its libraries and pkg-config file in plain lib.
+  lintian --fail-on error,warning --suppress-tags pkg-config-unavailable-for-cross-compilation "$work"/*.deb 2>&1 ||
+    { echo "FAILED: lintian"; status=1; }
 fi
 exit $status
