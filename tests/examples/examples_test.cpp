@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 
 #include "reedid/reedid.hpp"
 #include "tests/support/edid_builder.h"
@@ -129,19 +130,57 @@ TEST_F(Examples, AddVendorBlock) {
 }
 
 TEST_F(Examples, ListTimings) {
-  const ByteVector established = {0x20, 0, 0};  // 640x480 at 60 Hz
-  Write("in", Edid()
-                  .Set(35, established)
-                  .Set(38, {0x81, 0x80})
-                  .Dtd(k1080p60)
-                  .Extension(Cta().Vdb({5, 193}).Dtd(k720p60))
-                  .Build());
+  const ByteVector established = {0xA0, 0, 0};      // 720x400 at 70 Hz, 640x480 at 60 Hz
+  const ByteVector cvt = {0, 1, 0x1B, 0x24, 0x29};  // 1080 lines, 16:9, 60 Hz, both forms
+  const ByteVector type7 = {2,    0x2F, 0x11, 0x09, 4,    0xFF, 0x0E, 0x2F, 2, 0xAF, 0,
+                            0x57, 0,    0x6F, 8,    0x59, 0,    7,    0,    9, 0};
+  Write(
+      "in",
+      Edid()
+          .Set(35, established)
+          .Set(38, {0x81, 0x80, 0x95, 0x10})
+          .Dtd(k1080p60)
+          .Descriptor(0xF7, {0, 10, 0x40})
+          .Descriptor(0xF8, cvt)
+          .Descriptor(0xFA, {0, 0x81, 0x8F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1})
+          .Extension(Cta().Vdb({5, 193}).Hdmi(0x1000, {0, 60, 0x20, 0, 0x20, 1}).Extended(14, {96}).Dtd(k720p60))
+          .Extension(
+              Cta().Extended(0x22, type7).Extended(0x23, {0, 0x52}).Extended(0x2A, {0, 2, 0xFF, 0x09, 0x9F, 0x05, 143}))
+          .Extension(Section(0x20)
+                         .Block(0x24, 0, {1, 0xFF, 0x09, 0x9F, 0x05, 143})
+                         .Block(0x23, 0x40, {97})
+                         .Block(0x05, 0, {0x04, 0xEF, 59})
+                         .Block(0x11, 0, {0, 0, 0x7F, 7, 0x37, 4, 143})
+                         .Block(0x06, 0, {0x23})
+                         .Block(0x07, 0, {0x01, 0, 0, 0, 0, 0, 0, 0, 0, 0})
+                         .Block(0x08, 0, {0x08, 0, 0, 0, 0, 0, 0, 0}))
+          .Build());
   ASSERT_EQ(Run("list_timings in"), 0);
+  // The formula that refuses 144 Hz has said so: reduced blanking version 1 knows multiples of 60 Hz.
+  printed = std::regex_replace(printed, std::regex("\\[ERR:Cvt2ToDtd:[^\n]*\n"), "");
   EXPECT_EQ(printed,
             "established   640x480  60 Hz   25175 kHz\n"
+            "established   720x400  70 Hz\n"
             "standard     1280x1024  60 Hz  108000 kHz\n"
+            "standard     1440x900  76 Hz\n"
+            "established   640x400  85 Hz   31500 kHz\n"
+            "formula      1920x1080  60 Hz  173000 kHz\n"
+            "formula      1920x1080  60 Hz  138500 kHz\n"
+            "standard     1280x1024  75 Hz  135000 kHz\n"
             "VIC 5        1920x540i  60 Hz   74250 kHz\n"
             "VIC 193      5120x2160 120 Hz 1485000 kHz\n"
+            "HDMI VIC 1   3840x2160  30 Hz  297000 kHz\n"
+            "VIC 96       3840x2160  50 Hz  594000 kHz\n"
+            "detailed     3840x2160  60 Hz  594224 kHz\n"
+            "DMT 82       1920x1080  60 Hz  148500 kHz\n"
+            "formula      2560x1440 144 Hz  586586 kHz\n"
+            "formula      2560x1440 144 Hz\n"
+            "VIC 97       3840x2160  60 Hz  594000 kHz\n"
+            "formula      1920x1080  60 Hz  173000 kHz\n"
+            "formula      1920x1080 144 Hz  333216 kHz\n"
+            "DMT 35       1280x1024  60 Hz  108000 kHz\n"
+            "DMT 1         640x350  85 Hz   31500 kHz\n"
+            "VIC 4        1280x720  60 Hz   74250 kHz\n"
             "preferred    1920x1080  60 Hz  148500 kHz\n"
             "detailed     1280x720  60 Hz   74250 kHz\n");
 }
