@@ -3,6 +3,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh tool
+echo "Building, which takes a minute or two."
 cmake --preset release -DREEDID_TESTS=OFF >/dev/null
 cmake --build --preset release >/dev/null
 bin=build/release/tools/reedid/reedid

@@ -6,8 +6,8 @@ set -eu
 packages="g++ cmake ninja-build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
 case "${1:-tool}" in
   tool) ;;
-  tests) packages="$packages libgtest-dev binutils" ;;
-  ci) packages="$packages libgtest-dev binutils clang clang-format" ;;
+  tests) packages="$packages libgtest-dev binutils dpkg-dev file" ;;
+  ci) packages="$packages libgtest-dev binutils dpkg-dev file lintian clang clang-format" ;;
   cross) packages="cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
   fuzz) packages="g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
   bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;

@@ -3,7 +3,7 @@
 # usage: packages_test.sh BUILD_DIR LIBDIR HAS_TOOL
 set -eu
 build_dir=$1 libdir=$2 tool=$3
-command -v dpkg-deb >/dev/null && command -v dpkg-shlibdeps >/dev/null || exit 77
+for program in dpkg-deb dpkg-shlibdeps file; do command -v $program >/dev/null || exit 77; done
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
