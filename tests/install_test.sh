@@ -77,4 +77,29 @@ for language in c cpp; do
   expect_version "$work/$language-shared" yes
   expect_version "$work/$language-static" no
 done
+# The code of the documents, as somebody pastes it. The image has a base block and a CTA-861 extension with VICs 4 and 16,
+# and the steps mark the second one native.
+code() { sed -n "/^\`\`\`$2\$/,/^\`\`\`/{/^\`\`\`/!p;}" "$source_dir/$1"; }
+{ code README.md c; echo 'int main(void) { return set_address(NULL, 0, 0x1000, NULL, 0) != -1; }'; } >"$work/readme.c"
+{
+  echo '#include <reedid/reedid.h>'
+  echo 'int main(void) { const uint32_t size = 256;'
+  echo 'const uint8_t bytes[256] = {0, 255, 255, 255, 255, 255, 255, 0, 0x52, 0x74, [126] = 1,'
+  echo '                            [128] = 2, 3, 7, 0, 0x42, 4, 16};'
+  code docs/ten-minutes.md c | grep -v '^#include'
+  echo 'return !(written == 256 && out[133] == 4 && out[134] == 0x90 && address == 0xFFFF); }'
+} >"$work/steps.c"
+for program in readme steps; do
+  # shellcheck disable=SC2046
+  $cc -std=c99 $(flags --cflags) "$work/$program.c" -o "$work/$program" $(flags --libs)
+  LD_LIBRARY_PATH=$libdir "$work/$program" || { echo "FAILED: the code of the documents, $program"; exit 1; }
+done
+{
+  printf '#include <reedid/reedid.hpp>\nvoid use(const DtdTiming&);\nvoid steps(reedid::ByteView bytes) {\n'
+  code docs/ten-minutes.md cpp
+  echo '}'
+} >"$work/steps.cpp"
+# shellcheck disable=SC2046
+$cxx -std=c++20 $(flags --cflags) -c "$work/steps.cpp" -o "$work/steps.o"
+
 if grep -rI "$source_dir\|$work/first" "$prefix"; then echo "FAILED: paths of the build in installed files"; exit 1; fi
