@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|bench|lint|coverage
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|bench|lint|coverage|docs
 # tool, tests and ci each hold the ones before; the others stand alone. Needs root or sudo only when something is missing.
 set -eu
 
@@ -13,7 +13,8 @@ case "${1:-tool}" in
   bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;
   lint) packages="g++ cmake ninja-build clang-tidy" ;;
   coverage) packages="g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
-  *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage" >&2; exit 2 ;;
+  docs) packages="doxygen" ;;
+  *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage|docs" >&2; exit 2 ;;
 esac
 
 missing=""
