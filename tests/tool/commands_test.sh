@@ -80,6 +80,14 @@ expect 0 phys bad.bin
 [ "$(cat out)" = 1.0.0.0 ] || fail "phys printed: $(cat out)"
 has err 'checksum error'
 
+# --- plot
+expect 0 plot tv-4k.bin -o tv.svg
+"$tool" plot tv-4k.bin -o - >piped.svg
+same tv.svg piped.svg
+cp dvi.bin keep.bin
+expect 2 plot keep.bin -o ./keep.bin
+same keep.bin dvi.bin
+
 # --- phys
 expect 0 phys tv-4k.bin 1.2.0.0 -o out.bin
 expect 0 phys out.bin
@@ -230,7 +238,7 @@ expect 5 high-refresh tv-4k.bin -o new2.bin
 
 # --- no output named
 rm -f new.bin
-for command in 'phys tv-4k.bin 1.2.0.0' 'limit hdmi20 tv-4k.bin' 'high-refresh gaming-dp.bin' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi'; do
+for command in 'phys tv-4k.bin 1.2.0.0' 'limit hdmi20 tv-4k.bin' 'high-refresh gaming-dp.bin' 'to-hdmi dvi.bin' 'convert dvi.bin --to raw' 'sample dvi' 'plot dvi.bin'; do
   expect 2 $command
   has err ' -o '
   [ -s out ] && fail "$command without -o wrote a result"

@@ -1,5 +1,6 @@
 #!/bin/sh
-# The man page tells of every command and option of the help and of the version, and bash completes from the help.
+# The man page tells of every command and option of the help and of the version, bash completes from the help, and the
+# picture in the documents is new.
 # usage: man_test.sh SOURCE_DIR REEDID
 set -eu
 source_dir=$1 reedid=$2
@@ -19,6 +20,11 @@ for command in $commands; do
     expect "^\\.B.*$option( |\$)"
   done
 done
+
+# The picture of the README is what the tool draws; its numbers may be rounded differently elsewhere.
+shape() { tr -d '0-9.-'; }
+[ "$("$reedid" plot sample:tv-4k -o - | shape)" = "$(shape <"$source_dir/docs/plot-tv-4k.svg")" ] ||
+  fail "docs/plot-tv-4k.svg is old: reedid plot sample:tv-4k -o docs/plot-tv-4k.svg"
 
 if command -v bash >/dev/null; then
   completed=$(PATH="$(dirname "$reedid"):$PATH" bash -c '. "$1"; COMP_WORDS=(reedid ch) COMP_CWORD=1; _reedid

@@ -16,17 +16,6 @@ const char* NameOf(ChangeKind kind) {
   return kChangeNames[static_cast<size_t>(kind)];
 }
 
-void CollectItems(const Node& node, std::vector<TimingItem>& items) {
-  items.insert(items.end(), node.timings.begin(), node.timings.end());
-  for (const Node& child : node.children) CollectItems(child, items);
-}
-
-std::vector<TimingItem> ItemsOf(const Node& node) {
-  std::vector<TimingItem> items;
-  CollectItems(node, items);
-  return items;
-}
-
 std::string ItemText(const TimingItem& item) {
   std::string text = TimingText(item.timing);
   const bool isVic = item.kind == TimingKind::kVic || item.kind == TimingKind::kVic420;

@@ -40,6 +40,12 @@ struct TimingOptions {
 };
 Exit RunTiming(const TimingOptions& options, Streams& streams);
 
+struct PlotOptions {
+  std::string input;
+  std::string output;
+};
+Exit RunPlot(const PlotOptions& options, Streams& streams);
+
 struct DiffOptions {
   std::string first;
   std::string second;

@@ -135,6 +135,13 @@ void AddTiming(CLI::App& app, Command& chosen) {
   command->add_flag("--json", options->json, kJsonHelp);
 }
 
+void AddPlot(CLI::App& app, Command& chosen) {
+  PlotOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "plot", "A picture of colours and timings (SVG)", chosen, RunPlot, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
 void AddDiff(CLI::App& app, Command& chosen) {
   DiffOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "diff", "What differs between two EDIDs", chosen, RunDiff, options);
@@ -206,6 +213,7 @@ void SetUp(CLI::App& app, Command& chosen) {
   AddQuery(app, chosen, "preferred", "The timing that a source should use", RunPreferred);
   AddQuery(app, chosen, "audio", "Audio formats", RunAudio);
   AddTiming(app, chosen);
+  AddPlot(app, chosen);
   AddDiff(app, chosen);
   AddLimit(app, chosen);
   AddHighRefresh(app, chosen);

@@ -43,6 +43,12 @@ std::vector<uint16_t> AllRates(const Image& image) {
   return rates;
 }
 
+std::optional<TimingItem> PreferredOf(const Image& image) {
+  TimingItem item = {TimingKind::kDetailed, 0, false, {}};
+  EDID_GetPreferredTiming(image.handle(), &item.timing);
+  return IsKnown(item) ? std::optional(item) : std::nullopt;
+}
+
 Exit RunRates(const QueryOptions& options, Streams& streams) {
   const Image image = Image::Read(options.input);
   const std::vector<uint16_t> rates = AllRates(image);
@@ -64,14 +70,12 @@ Exit RunTimings(const TimingsOptions& options, Streams& streams) {
 
 Exit RunPreferred(const QueryOptions& options, Streams& streams) {
   const Image image = Image::Read(options.input);
-  DtdTiming timing = {};
-  EDID_GetPreferredTiming(image.handle(), &timing);
-  const TimingItem item = {TimingKind::kDetailed, 0, false, timing};
-  if (!IsKnown(item)) {
+  const std::optional<TimingItem> item = PreferredOf(image);
+  if (!item) {
     Note(fmt::format("{}: no preferred timing", image.name()));
     return Exit::kNo;
   }
-  Print(DescribeTiming(image.name(), item), options.json, streams);
+  Print(DescribeTiming(image.name(), *item), options.json, streams);
   return Exit::kDone;
 }
 

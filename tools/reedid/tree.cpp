@@ -56,6 +56,11 @@ Json FieldsJson(const std::vector<Field>& fields) {
   return json;
 }
 
+void CollectItems(const Node& node, std::vector<TimingItem>& items) {
+  items.insert(items.end(), node.timings.begin(), node.timings.end());
+  for (const Node& child : node.children) CollectItems(child, items);
+}
+
 constexpr const char* kKindNames[] = {"detailed", "vic", "vic420", "formula", "other"};
 
 }  // namespace
@@ -67,6 +72,12 @@ Json ItemJson(const TimingItem& item) {
   json["refreshHz"] = RefreshRate(item.timing);
   json["timing"] = item.timing;
   return json;
+}
+
+std::vector<TimingItem> ItemsOf(const Node& root) {
+  std::vector<TimingItem> items;
+  CollectItems(root, items);
+  return items;
 }
 
 Node& Node::AddTiming(const std::string& name, const TimingItem& item, const std::string& more) {

@@ -36,6 +36,9 @@ struct Node {
   Node& AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "");
 };
 
+// Every timing of the tree, in its order.
+std::vector<TimingItem> ItemsOf(const Node& root);
+
 // Indented text; values of one node stand in one column and are wrapped between words.
 std::string ToText(const Node& root);
 
