@@ -43,7 +43,7 @@ printf 'no EDID here' >prose.txt
 head -c 100 tv-4k.bin >cut.bin
 head -c 256 /dev/zero >zero.bin
 : >empty.bin
-for input in prose.txt cut.bin zero.bin empty.bin missing.bin . /dev/zero -; do
+for input in prose.txt cut.bin zero.bin empty.bin missing.bin /dev/zero -; do
   expect 3 show "$input"
   has err "reedid: "
   [ -s out ] && fail "show $input wrote a result"
@@ -79,6 +79,46 @@ has out 'count byte 1, but 0 follow'
 expect 0 phys bad.bin
 [ "$(cat out)" = 1.0.0.0 ] || fail "phys printed: $(cat out)"
 has err 'checksum error'
+
+# --- several inputs, and folders: a broken one stops nothing, the worst exit code stands, links lead to no loop
+mkdir -p many/b/c many/empty
+cp tv-4k.bin many/z.bin
+cp bad.bin many/b/bad.bin
+cp prose.txt many/b/c/prose.txt
+cp dvi.bin many/a.bin
+ln -s .. many/b/c/up
+ln -s ../a.bin many/b/link.bin
+ln -s nowhere many/dangling
+mkfifo many/pipe
+expect 3 check many
+[ "$(sed -n 's/^\([^ ].*\): .*/\1/p' out | tr '\n' ' ')" = \
+  'many/a.bin many/b/bad.bin many/b/c/prose.txt many/b/link.bin many/z.bin ' ] || fail "check many: $(cat out)"
+has out '^  image  error: text without hexadecimal\|^  image  error: '
+[ "$(tail -n 1 out)" = '3 valid, 1 not valid, 1 no EDID' ] || fail "check many ended: $(tail -n 1 out)"
+[ -s err ] && fail "check many said on standard error: $(cat err)"
+expect 1 check -q many/a.bin many/b/bad.bin
+[ "$(grep -c '^many' out)" = 1 ] || fail "check -q: $(cat out)"
+expect 0 check -q dvi.bin many/a.bin
+[ -s out ] && fail "check -q of valid ones: $(cat out)"
+expect 3 check many/empty many/a.bin
+has err 'many/empty: no file'
+has out '^1 valid'
+expect 3 check missing many/a.bin
+has out '^missing: no EDID'
+expect 3 rates many
+has out '^many/z.bin: 120, .* Hz$'
+has err 'many/b/bad.bin: .*checksum error'
+has err 'reedid: many/b/c/prose.txt: '
+expect 0 show dvi.bin tv-4k.bin
+"$tool" show tv-4k.bin >alone
+tail -n "$(wc -l <alone)" out >last
+same alone last
+expect 3 show --json many
+[ "$(grep -c '^    "input": ' out)" = 5 ] || fail "show --json many: $(grep input out)"
+[ "$(grep -c '^    "error": ' out)" = 1 ] || fail "show --json many: $(grep error out)"
+[ "$(sed -n '1p;$p' out | tr -d '\n')" = '[]' ] || fail "show --json many is no array"
+expect 1 preferred --json section.bin dvi.bin
+has out '"error": "section.bin: no preferred timing"'
 
 # --- plot
 expect 0 plot tv-4k.bin -o tv.svg

@@ -1,4 +1,4 @@
-// check: is the image valid, and what did the library have to say about it?
+// check: are images valid, and what did the library have to say about them?
 
 #include <fmt/format.h>
 
@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "describe.h"
+#include "inputs.h"
 
 namespace reedid::tool {
 namespace {
@@ -45,35 +46,75 @@ void CheckBlock(const EdidBlock& block, unsigned index, Node& node) {
   AddDiagnostics(where, CaptureDiagnostics([&] { DescribeBlock(block, index); }), node);
 }
 
+// What there is to say of one input, and why it is none.
+struct Verdict {
+  Node node;
+  Exit exit = Exit::kDone;
+  std::optional<ToolError> failure;
+};
+
+void CheckImage(const Image& image, Verdict& verdict) {
+  const auto blocks = image.blocks();
+  bool valid = false;
+  CaptureDiagnostics([&] { valid = isValidEdid(image.handle()) != 0 && CountIsRight(image); });
+  if (!image.firstBlockFaults().empty()) verdict.node.Add("block 0", image.firstBlockFaults());
+  for (unsigned i = 0; i < blocks.size(); ++i) CheckBlock(blocks[i], i, verdict.node);
+  verdict.node.title = fmt::format("{}: {}", image.name(), valid ? "valid" : "not valid");
+  verdict.exit = valid ? Exit::kDone : Exit::kNo;
+}
+
+Verdict Check(const std::string& input) {
+  Verdict verdict;
+  std::optional<Image> image;
+  const std::string opening = CaptureDiagnostics([&] {
+    try {
+      image = Image::Read(input);
+    } catch (const ToolError& error) {
+      verdict.failure = error;
+    }
+  });
+  AddDiagnostics("image", opening, verdict.node);
+  if (image) {
+    CheckImage(*image, verdict);
+  } else {
+    verdict.node.title = fmt::format("{}: no EDID", ShownName(input));
+    verdict.exit = verdict.failure->code();
+  }
+  return verdict;
+}
+
+Exit CheckSingle(const CheckOptions& options, Streams& streams) {
+  const Verdict verdict = Check(options.inputs[0]);
+  if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node));
+  if (verdict.failure) throw *verdict.failure;
+  return verdict.exit;
+}
+
+// The reason among the diagnostics, without the name that stands in front of it already.
+void AddReason(const std::string& input, Verdict& verdict) {
+  std::string reason = verdict.failure->what();
+  if (const std::string name = ShownName(input) + ": "; reason.starts_with(name)) reason.erase(0, name.size());
+  verdict.node.Add("image", "error: " + reason);
+}
+
 }  // namespace
 
 Exit RunCheck(const CheckOptions& options, Streams& streams) {
-  std::optional<Image> image;
-  std::string opening;
-  std::optional<ToolError> failure;
-  opening = CaptureDiagnostics([&] {
-    try {
-      image = Image::Read(options.input);
-    } catch (const ToolError& error) {
-      failure = error;
-    }
+  if (IsSingle(options.inputs)) return CheckSingle(options, streams);
+  size_t valid = 0, notValid = 0, none = 0;
+  Progress progress;
+  const Exit worst = ForEachInput(options.inputs, progress, [&](const std::string& input) {
+    Verdict verdict = Check(input);
+    ++(verdict.failure ? none : verdict.exit == Exit::kDone ? valid : notValid);
+    if (verdict.failure) AddReason(input, verdict);
+    if (options.quiet && verdict.exit == Exit::kDone) return verdict.exit;
+    progress.Erase();
+    streams.Result(ToText(verdict.node));
+    return verdict.exit;
   });
-  Node node;
-  AddDiagnostics("image", opening, node);
-  if (failure) {
-    node.title = fmt::format("{}: no EDID", ShownName(options.input));
-    streams.Result(ToText(node));
-    throw *failure;
-  }
-
-  const auto blocks = image->blocks();
-  bool valid = false;
-  CaptureDiagnostics([&] { valid = isValidEdid(image->handle()) != 0 && CountIsRight(*image); });
-  if (!image->firstBlockFaults().empty()) node.Add("block 0", image->firstBlockFaults());
-  for (unsigned i = 0; i < blocks.size(); ++i) CheckBlock(blocks[i], i, node);
-  node.title = fmt::format("{}: {}", image->name(), valid ? "valid" : "not valid");
-  streams.Result(ToText(node));
-  return valid ? Exit::kDone : Exit::kNo;
+  progress.Erase();
+  if (!options.quiet) streams.Result(fmt::format("{} valid, {} not valid, {} no EDID\n", valid, notValid, none));
+  return worst;
 }
 
 }  // namespace reedid::tool

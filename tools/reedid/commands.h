@@ -9,14 +9,14 @@
 namespace reedid::tool {
 
 struct ShowOptions {
-  std::string input;
+  std::vector<std::string> inputs;
   bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);
 
 // rates, preferred, audio
 struct QueryOptions {
-  std::string input;
+  std::vector<std::string> inputs;
   bool json = false;
 };
 Exit RunRates(const QueryOptions& options, Streams& streams);
@@ -24,7 +24,7 @@ Exit RunPreferred(const QueryOptions& options, Streams& streams);
 Exit RunAudio(const QueryOptions& options, Streams& streams);
 
 struct TimingsOptions {
-  std::string input;
+  std::vector<std::string> inputs;
   std::string sort;  // rate, area, or empty: as the image has them
   bool json = false;
 };
@@ -77,7 +77,8 @@ struct HighRefreshOptions {
 Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
 
 struct CheckOptions {
-  std::string input;
+  std::vector<std::string> inputs;
+  bool quiet = false;  // only what is not valid
 };
 Exit RunCheck(const CheckOptions& options, Streams& streams);
 

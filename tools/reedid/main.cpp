@@ -16,6 +16,8 @@ namespace {
 constexpr char kInputHelp[] =
     "file (raw or hexadecimal text: plain, xxd, hexdump -C, C array), '-' for standard input, "
     "/sys/class/drm/*/edid, or sample:NAME";
+constexpr char kInputsHelp[] =
+    "files, folders with all files in and below them, '-' for standard input, or sample:NAME";
 constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
 constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
 constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
@@ -52,17 +54,19 @@ CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command&
 void AddShow(CLI::App& app, Command& chosen) {
   ShowOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
-  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("--json", options->json, kJsonHelp);
 }
 
 void AddCheck(CLI::App& app, Command& chosen) {
   CheckOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
-  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_flag("-q,--quiet", options->quiet, "nothing of what is valid");
   command->footer(
       "Valid is an image whose blocks are all of a known kind, can be opened and have right checksums,\n"
-      "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all.");
+      "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all;\n"
+      "of several inputs the highest, and a last line counts them.");
 }
 
 void AddPhys(CLI::App& app, Command& chosen) {
@@ -108,14 +112,14 @@ void AddQuery(CLI::App& app, Command& chosen, const char* name, const char* help
               Exit (*run)(const QueryOptions&, Streams&)) {
   QueryOptions* options = nullptr;
   CLI::App* command = AddCommand(app, name, help, chosen, run, options);
-  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("--json", options->json, kJsonHelp);
 }
 
 void AddTimings(CLI::App& app, Command& chosen) {
   TimingsOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "timings", "Every detailed timing", chosen, RunTimings, options);
-  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_option("--sort", options->sort, "highest first")->check(CLI::IsMember({"rate", "area"}));
   command->add_flag("--json", options->json, kJsonHelp);
 }
@@ -153,7 +157,7 @@ void AddDiff(CLI::App& app, Command& chosen) {
 void AddEditOutput(CLI::App& command, EditOptions& options) {
   command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the EDID");
   command.add_option("-o,--output", options.output, kOutputHelp);
-  command.add_flag("--quiet", options.quiet, "no table of changes");
+  command.add_flag("-q,--quiet", options.quiet, "no table of changes");
   command.add_flag("--allow-loss", options.allowLoss, kAllowLossHelp);
 }
 
@@ -197,7 +201,7 @@ void AddHighRefresh(CLI::App& app, Command& chosen) {
                                  RunHighRefresh, options);
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("-o,--output", options->output, kOutputHelp);
-  command->add_flag("--quiet", options->quiet, "no table of changes");
+  command->add_flag("-q,--quiet", options->quiet, "no table of changes");
 }
 
 void SetUp(CLI::App& app, Command& chosen) {

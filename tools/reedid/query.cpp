@@ -3,9 +3,11 @@
 #include "query.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "commands.h"
 #include "describe.h"
+#include "inputs.h"
 #include "records.h"
 
 namespace reedid::tool {
@@ -31,56 +33,7 @@ std::vector<DtdTiming> SortedTimings(const Image& image, const std::string& orde
   return timings;
 }
 
-void Print(const Node& node, bool json, Streams& streams) {
-  streams.Result(json ? JsonText(ToJson(node)) : ToText(node));
-}
-
-}  // namespace
-
-std::vector<uint16_t> AllRates(const Image& image) {
-  std::vector<uint16_t> rates(255);
-  rates.resize(EDID_GetAllFrameRate(image.handle(), rates.data(), 255));
-  return rates;
-}
-
-std::optional<TimingItem> PreferredOf(const Image& image) {
-  TimingItem item = {TimingKind::kDetailed, 0, false, {}};
-  EDID_GetPreferredTiming(image.handle(), &item.timing);
-  return IsKnown(item) ? std::optional(item) : std::nullopt;
-}
-
-Exit RunRates(const QueryOptions& options, Streams& streams) {
-  const Image image = Image::Read(options.input);
-  const std::vector<uint16_t> rates = AllRates(image);
-  if (options.json) {
-    streams.Result(JsonText(Json{{"frameRates", rates}}));
-    return Exit::kDone;
-  }
-  for (const unsigned rate : rates) streams.Result(fmt::format("{} Hz\n", rate));
-  return Exit::kDone;
-}
-
-Exit RunTimings(const TimingsOptions& options, Streams& streams) {
-  const Image image = Image::Read(options.input);
-  Node node = TimingsNode(SortedTimings(image, options.sort));
-  node.title = fmt::format("{}: {} detailed timings", image.name(), node.timings.size());
-  Print(node, options.json, streams);
-  return Exit::kDone;
-}
-
-Exit RunPreferred(const QueryOptions& options, Streams& streams) {
-  const Image image = Image::Read(options.input);
-  const std::optional<TimingItem> item = PreferredOf(image);
-  if (!item) {
-    Note(fmt::format("{}: no preferred timing", image.name()));
-    return Exit::kNo;
-  }
-  Print(DescribeTiming(image.name(), *item), options.json, streams);
-  return Exit::kDone;
-}
-
-Exit RunAudio(const QueryOptions& options, Streams& streams) {
-  const Image image = Image::Read(options.input);
+Node AudioNode(const Image& image) {
   AudioFmtCap cap = {};
   EDID_GetAudioFmtCap(image.handle(), &cap);
   Node node;
@@ -98,8 +51,57 @@ Exit RunAudio(const QueryOptions& options, Streams& streams) {
                                {cap.mat, "MAT"},
                                {cap.matExt, "MAT with extension"}};
   node.Add("Formats", SetFlags(formats));
-  Print(node, options.json, streams);
-  return Exit::kDone;
+  return node;
+}
+
+Answer AnswerOf(const Node& node, bool json) {
+  return json ? Answer{"", ToJson(node)} : Answer{ToText(node), {}};
+}
+
+}  // namespace
+
+std::vector<uint16_t> AllRates(const Image& image) {
+  std::vector<uint16_t> rates(255);
+  rates.resize(EDID_GetAllFrameRate(image.handle(), rates.data(), 255));
+  return rates;
+}
+
+std::optional<TimingItem> PreferredOf(const Image& image) {
+  TimingItem item = {TimingKind::kDetailed, 0, false, {}};
+  EDID_GetPreferredTiming(image.handle(), &item.timing);
+  return IsKnown(item) ? std::optional(item) : std::nullopt;
+}
+
+// Alone, a rate to a line; among others, all rates on the line of their image.
+Exit RunRates(const QueryOptions& options, Streams& streams) {
+  return AnswerEach(options.inputs, options.json, streams, [](const Image& image, bool single) {
+    const std::vector<uint16_t> rates = AllRates(image);
+    Answer answer = {"", {{"frameRates", rates}}};
+    for (const unsigned rate : rates) answer.text += fmt::format("{} Hz\n", rate);
+    if (!single) answer.text = fmt::format("{}: {} Hz\n", image.name(), fmt::join(rates, ", "));
+    return answer;
+  });
+}
+
+Exit RunTimings(const TimingsOptions& options, Streams& streams) {
+  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+    Node node = TimingsNode(SortedTimings(image, options.sort));
+    node.title = fmt::format("{}: {} detailed timings", image.name(), node.timings.size());
+    return AnswerOf(node, options.json);
+  });
+}
+
+Exit RunPreferred(const QueryOptions& options, Streams& streams) {
+  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+    const std::optional<TimingItem> item = PreferredOf(image);
+    if (!item) throw ToolError(Exit::kNo, fmt::format("{}: no preferred timing", image.name()));
+    return AnswerOf(DescribeTiming(image.name(), *item), options.json);
+  });
+}
+
+Exit RunAudio(const QueryOptions& options, Streams& streams) {
+  return AnswerEach(options.inputs, options.json, streams,
+                    [&options](const Image& image, bool) { return AnswerOf(AudioNode(image), options.json); });
 }
 
 }  // namespace reedid::tool

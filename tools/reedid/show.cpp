@@ -2,14 +2,15 @@
 
 #include "commands.h"
 #include "describe.h"
+#include "inputs.h"
 
 namespace reedid::tool {
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
-  const Image image = Image::Read(options.input);
-  const Node account = DescribeImage(image);
-  streams.Result(options.json ? JsonText(ToJson(account)) : ToText(account));
-  return Exit::kDone;
+  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+    const Node account = DescribeImage(image);
+    return options.json ? Answer{"", ToJson(account)} : Answer{ToText(account), {}};
+  });
 }
 
 }  // namespace reedid::tool

@@ -22,7 +22,7 @@ enum class Exit : uint8_t {
 };
 
 inline constexpr char kExitCodesHelp[] =
-    "Exit codes:\n"
+    "Exit codes; of several inputs, the highest:\n"
     "  0  done\n"
     "  1  the answer is no: the EDID is not valid, it has no physical address, no such timing is known, two EDIDs\n"
     "     differ, or after a limit a timing still needs more (the output is written, and a note names the timing)\n"
