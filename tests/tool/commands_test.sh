@@ -287,7 +287,17 @@ expect 0 sample tv-4k -o again.bin
 same tv-4k.bin again.bin
 expect 2 phys tv-4k.bin -o new.bin
 expect 2
-expect 2 frobnicate
+has err '^Usage: reedid COMMAND'
+while read -r word hint; do
+  expect 2 $word dvi.bin
+  has err "$hint"
+done <<END
+shwo did you mean 'show'
+chek did you mean 'check'
+conv did you mean 'convert'
+frobnicate no command
+dvi.bin reedid show dvi.bin
+END
 expect 0 --help
 has out 'Exit codes'
 expect 0 --version

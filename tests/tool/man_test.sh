@@ -12,7 +12,7 @@ expect() { echo "$plain" | grep -Eq -- "$1" || fail "the man page has no $1"; }
 
 version=$("$reedid" --version)
 expect "\"$version\""
-commands=$("$reedid" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z0-9-]*\) .*/\1/p')
+commands=$("$reedid" --help | sed -n '/^Examples:/q;s/^  \([a-z][a-z0-9-]*\)  .*/\1/p')
 [ -n "$commands" ] || fail "the help lists no commands"
 for command in $commands; do
   expect "^\\.B $command\$"

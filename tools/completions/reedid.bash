@@ -2,7 +2,7 @@
 _reedid() {
   local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]}
   if ((COMP_CWORD == 1)); then
-    mapfile -t COMPREPLY < <(compgen -W "$(reedid --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z0-9-]*\) .*/\1/p') \
+    mapfile -t COMPREPLY < <(compgen -W "$(reedid --help | sed -n '/^Examples:/q;s/^  \([a-z][a-z0-9-]*\)  .*/\1/p') \
       $(reedid --help | sed -n '/^Options:/,/^$/p' | grep -oE -- '--[a-z0-9-]+')" -- "$word")
   elif [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$(reedid "$command" --help 2>/dev/null |

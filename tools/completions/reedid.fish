@@ -1,6 +1,6 @@
 # fish completion for reedid: commands and options come from its own help, so that they are never out of date.
 function __reedid_commands
-    reedid --help | string match -rg '^  ([a-z0-9-]+)  +(.*)$' | paste - -
+    reedid --help | string match -rg '^  ([a-z][a-z0-9-]+)  +(.*)$' | paste - -
 end
 function __reedid_options
     reedid (commandline -opc)[2] --help 2>/dev/null | string match -rg '^  [^ ]*(--[a-z0-9-]+)'

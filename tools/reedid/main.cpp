@@ -8,34 +8,18 @@
 #include <sstream>
 
 #include "commands.h"
+#include "help.h"
 #include "reedid/version.h"
 
 namespace reedid::tool {
 namespace {
 
-constexpr char kInputHelp[] =
-    "file (raw or hexadecimal text: plain, xxd, hexdump -C, C array), '-' for standard input, "
-    "/sys/class/drm/*/edid, or sample:NAME";
+constexpr char kInputHelp[] = "file with raw bytes or hexadecimal text, '-' for standard input, or sample:NAME";
 constexpr char kInputsHelp[] =
     "files, folders with all files in and below them, '-' for standard input, or sample:NAME";
 constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
 constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
 constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
-
-constexpr char kFooter[] =
-    "Examples:\n"
-    "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
-    "  reedid limit hdmi20 display.bin -o hdmi20.bin     an EDID whose timings all fit HDMI 2.0\n"
-    "  reedid diff display.bin hdmi20.bin                what did that change?\n"
-    "  reedid check display.bin                          is its EDID valid?\n"
-    "  reedid phys display.bin                           print the physical address\n"
-    "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater\n"
-    "  reedid to-hdmi dvi.bin --phys 1.0.0.0 -o hdmi.bin an HDMI EDID from a DVI one\n"
-    "  xxd display.bin | reedid convert - --to c -o edid.h\n"
-    "  reedid show sample:tv-4k                          try it without a display\n"
-    "\n"
-    "Results go to standard output, diagnostics and notes to standard error. What is written has the right\n"
-    "extension count and checksum in block 0, and a note tells when they were wrong before.\n";
 
 using Command = std::function<Exit(Streams&)>;
 
@@ -44,6 +28,7 @@ template <class Options>
 CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command& chosen,
                      Exit (*run)(const Options&, Streams&), Options*& options) {
   CLI::App* command = app.add_subcommand(name, help);
+  if (const CommandHelp* more = FindHelp(name)) command->group(more->group)->footer(more->footer);
   auto owned = std::make_shared<Options>();
   options = owned.get();
   command->callback(
@@ -63,10 +48,6 @@ void AddCheck(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("-q,--quiet", options->quiet, "nothing of what is valid");
-  command->footer(
-      "Valid is an image whose blocks are all of a known kind, can be opened and have right checksums,\n"
-      "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all;\n"
-      "of several inputs the highest, and a last line counts them.");
 }
 
 void AddPhys(CLI::App& app, Command& chosen) {
@@ -86,9 +67,6 @@ void AddToHdmi(CLI::App& app, Command& chosen) {
   command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
   command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
   command->add_option("-o,--output", options->output, kOutputHelp);
-  command->footer(
-      "Adds two-channel audio, front speakers and the HDMI block to the CTA-861 extension (a new one if\n"
-      "there is none), which becomes the last block.");
 }
 
 void AddConvert(CLI::App& app, Command& chosen) {
@@ -206,33 +184,46 @@ void AddHighRefresh(CLI::App& app, Command& chosen) {
 
 void SetUp(CLI::App& app, Command& chosen) {
   app.require_subcommand(1);
+  app.get_formatter()->column_width(26);
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("REQUIRED", "");
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
-  app.failure_message([](const CLI::App*, const CLI::Error& error) {
-    return fmt::format("reedid: {}; see reedid --help\n", error.what());
+  app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
+    const auto parsed = whole->get_subcommands();
+    return fmt::format("reedid: {}; see reedid {}--help\n", error.what(),
+                       parsed.empty() ? "" : parsed[0]->get_name() + " ");
   });
   AddShow(app, chosen);
   AddCheck(app, chosen);
+  AddPlot(app, chosen);
+  AddDiff(app, chosen);
   AddQuery(app, chosen, "rates", "Every frame rate that is offered", RunRates);
   AddTimings(app, chosen);
   AddQuery(app, chosen, "preferred", "The timing that a source should use", RunPreferred);
   AddQuery(app, chosen, "audio", "Audio formats", RunAudio);
   AddTiming(app, chosen);
-  AddPlot(app, chosen);
-  AddDiff(app, chosen);
+  AddPhys(app, chosen);
   AddLimit(app, chosen);
   AddHighRefresh(app, chosen);
   AddEdit(app, chosen);
-  AddPhys(app, chosen);
   AddToHdmi(app, chosen);
   AddConvert(app, chosen);
   AddSample(app, chosen);
-  app.footer(std::string(kFooter) + "\n" + kExitCodesHelp);  // last: commands inherit what stands before them
+  app.footer(MainFooter());
 }
 
 Exit Run(int argc, char** argv, Streams& streams) {
-  CLI::App app("Reads, checks and edits the EDID of displays.", "reedid");
+  CLI::App app("reedid reads, checks and changes what displays say of themselves: EDID, CTA-861 and DisplayID.",
+               "reedid");
   Command chosen;
   SetUp(app, chosen);
+  if (argc < 2) {
+    fmt::print(stderr, "{}", ShortHelp());
+    return Exit::kUsage;
+  }
+  if (argv[1][0] != '-' && FindHelp(argv[1]) == nullptr) {
+    throw ToolError(Exit::kUsage, UnknownCommandText(argv[1]));
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

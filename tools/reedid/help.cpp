@@ -1,0 +1,158 @@
+#include "help.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+#include "tool_error.h"
+
+namespace reedid::tool {
+namespace {
+
+constexpr char kLook[] = "Look at EDIDs";
+constexpr char kAsk[] = "Ask one thing";
+constexpr char kChange[] = "Write a changed EDID";
+constexpr char kForms[] = "Get and convert EDIDs";
+
+constexpr CommandHelp kCommands[] = {
+    {"show", kLook,
+     "Examples:\n"
+     "  reedid show /sys/class/drm/card0-HDMI-A-1/edid\n"
+     "  reedid show sample:tv-4k              a built-in EDID\n"
+     "  reedid show --json displays/          all files of a folder, as one array"},
+    {"check", kLook,
+     "Valid is an image whose blocks are all of a known kind, can be opened and have right checksums,\n"
+     "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all;\n"
+     "of several inputs the highest, and a last line counts them.\n\n"
+     "Examples:\n"
+     "  reedid check display.bin\n"
+     "  reedid check -q displays/             of a whole folder, only what is not valid"},
+    {"plot", kLook,
+     "Left the colours that the display states, in the chromaticity diagram with the usual colour spaces; right all\n"
+     "timings by pixel clock and refresh rate, with what the HDMI links can carry.\n\n"
+     "Examples:\n"
+     "  reedid plot display.bin -o display.svg\n"
+     "  reedid plot sample:tv-4k -o - | rsvg-convert -o tv.png"},
+    {"diff", kLook,
+     "Exit code 0: nothing but the bytes' order differs, 1: the table tells what does.\n\n"
+     "Example:\n  reedid diff display.bin hdmi20.bin"},
+    {"rates", kAsk, "Examples:\n  reedid rates display.bin\n  reedid rates displays/                one line per file"},
+    {"timings", kAsk, "Example:\n  reedid timings --sort rate display.bin"},
+    {"preferred", kAsk, "Example:\n  reedid preferred display.bin"},
+    {"audio", kAsk, "Example:\n  reedid audio display.bin"},
+    {"timing", kAsk,
+     "Examples:\n"
+     "  reedid timing vic 97                  a format of CTA-861\n"
+     "  reedid timing dmt 0x52                a DMT identifier\n"
+     "  reedid timing cvt 2560x1440@144 --rb2 a formula\n"
+     "  reedid timing std 1920 16:9 60        a standard timing\n"
+     "  reedid timing find 1920x1080@60       the identifiers of a format"},
+    {"phys", kAsk,
+     "Examples:\n"
+     "  reedid phys display.bin                           print it\n"
+     "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater"},
+    {"limit", kChange,
+     "Limits: hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch (two-channel audio), sdr (no HDR), frl40g (40 Gbit/s).\n"
+     "What changed is printed as a table. Exit code 1: a timing still needs more; it is named.\n\n"
+     "Example:\n  reedid limit hdmi20 display.bin -o hdmi20.bin"},
+    {"high-refresh", kChange, "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
+    {"edit", kChange, "Example:\n  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin"},
+    {"to-hdmi", kChange,
+     "Adds two-channel audio, front speakers and the HDMI block to the CTA-861 extension (a new one if\n"
+     "there is none), which becomes the last block.\n\n"
+     "Example:\n  reedid to-hdmi dvi.bin --phys 1.0.0.0 -o hdmi.bin"},
+    {"convert", kForms,
+     "Examples:\n"
+     "  reedid convert display.txt --to raw -o display.bin\n"
+     "  xxd display.bin | reedid convert - --to c -o edid.h"},
+    {"sample", kForms, "Examples:\n  reedid sample                         list them\n  reedid sample tv-4k -o tv.bin"},
+};
+
+constexpr char kFooter[] =
+    "An input is a file with raw bytes or hexadecimal text (plain, xxd, hexdump -C, a C array), "
+    "/sys/class/drm/*/edid,\n"
+    "'-' for standard input, or sample:NAME for a built-in EDID. show, check, rates, timings, preferred and audio "
+    "take\n"
+    "several, and folders with all files in and below them.\n"
+    "\n"
+    "Results go to standard output or to the file after -o, diagnostics and notes to standard error. What is written\n"
+    "has the right extension count and checksum in block 0; a note tells when they were wrong before.\n"
+    "\n"
+    "Examples:\n"
+    "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
+    "  reedid show sample:tv-4k                          try it without a display\n"
+    "  reedid check displays/                            which EDIDs of a folder are valid?\n"
+    "  reedid plot display.bin -o display.svg            its colours and timings as a picture\n"
+    "  reedid limit hdmi20 display.bin -o hdmi20.bin     an EDID whose timings all fit HDMI 2.0\n"
+    "  reedid diff display.bin hdmi20.bin                what did that change?\n"
+    "\n"
+    "Read on: 'reedid COMMAND --help' for options and examples of a command, 'man reedid' for everything.\n";
+
+// Letters to insert, remove, replace or swap with the next one to make one word the other (optimal string alignment).
+size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::vector<size_t>> cost(a.size() + 1, std::vector<size_t>(b.size() + 1));
+  for (size_t i = 0; i <= a.size(); ++i) {
+    for (size_t j = 0; j <= b.size(); ++j) {
+      size_t& here = cost[i][j] = i + j;
+      if (i == 0 || j == 0) continue;
+      here = std::min({cost[i - 1][j] + 1, cost[i][j - 1] + 1, cost[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) here = std::min(here, cost[i - 2][j - 2] + 1);
+    }
+  }
+  return cost[a.size()][b.size()];
+}
+
+// The nearest command within two slips of the finger; a beginning of a command is near, too.
+std::string NearestCommand(std::string_view word) {
+  constexpr size_t kLongest = 20, kMostSlips = 2;
+  if (word.size() < 2 || word.size() > kLongest) return "";
+  std::string nearest;
+  size_t slips = std::min(kMostSlips, word.size() / 2) + 1;
+  for (const CommandHelp& command : kCommands) {
+    const std::string_view name = command.name;
+    const size_t distance = name.starts_with(word) ? 1 : Distance(word, name);
+    if (distance >= slips) continue;
+    slips = distance;
+    nearest = name;
+  }
+  return nearest;
+}
+
+}  // namespace
+
+const CommandHelp* FindHelp(std::string_view command) {
+  const auto is = [command](const CommandHelp& help) { return command == help.name; };
+  const auto* const help = std::find_if(std::begin(kCommands), std::end(kCommands), is);
+  return help == std::end(kCommands) ? nullptr : help;
+}
+
+std::string MainFooter() {
+  return fmt::format("{}\n{}", kFooter, kExitCodesHelp);
+}
+
+std::string UnknownCommandText(const std::string& word) {
+  std::error_code ignored;
+  if (const std::string nearest = NearestCommand(word); !nearest.empty()) {
+    return fmt::format("no command '{}'; did you mean '{}'? See reedid --help", word, nearest);
+  }
+  if (std::filesystem::exists(word, ignored)) {
+    return fmt::format("a command comes before the input, such as: reedid show {}", word);
+  }
+  return fmt::format("no command '{}'; reedid --help lists all", word);
+}
+
+std::string ShortHelp() {
+  std::string text = "Usage: reedid COMMAND INPUT [OPTIONS]\n\n";
+  std::string_view group;
+  for (const CommandHelp& command : kCommands) {
+    if (command.group != group) text += fmt::format("{}{:<22}", group.empty() ? "" : "\n", command.group);
+    group = command.group;
+    text += fmt::format(" {}", command.name);
+  }
+  return text +
+         "\n\nTry 'reedid show sample:tv-4k', 'reedid --help' for all commands, or 'reedid COMMAND --help' for one.\n";
+}
+
+}  // namespace reedid::tool
