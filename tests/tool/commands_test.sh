@@ -38,6 +38,35 @@ has out '^gaming-dp '
 expect 3 show sample:nothing
 has err 'tv-4k, tv-4k120, dvi, gaming-dp'
 
+# --- show: colours on a terminal only, as wide as it is
+unset NO_COLOR COLUMNS
+esc=$(printf '\033')
+colored() { grep -q "$esc" "$1"; }
+expect 0 show tv-4k.bin
+colored out && fail 'show wrote colours into a file'
+expect 0 show tv-4k.bin --color always
+colored out || fail 'show --color always wrote no colours'
+expect 0 show tv-4k.bin --color always --json
+colored out && fail 'show coloured JSON'
+COLUMNS=60 expect 0 show tv-4k.bin
+[ "$(wc -L <out)" -le 60 ] || fail "COLUMNS=60 gave lines of $(wc -L <out)"
+COLUMNS=60x expect 0 show tv-4k.bin
+[ "$(wc -L <out)" -gt 60 ] || fail 'COLUMNS that are no number were taken'
+# terminal ENVIRONMENT...: what show writes to a terminal of 70 columns
+terminal() { script -qec "stty cols 70; env -u NO_COLOR $* '$tool' show tv-4k.bin" /dev/null </dev/null >out; }
+if command -v script >/dev/null; then
+  terminal TERM=xterm COLUMNS=50
+  colored out || fail 'show wrote no colours to a terminal'
+  sed "s/$esc\\[[0-9;]*m//g" out | tr -d '\r' >plain
+  [ "$(wc -L <plain)" -gt 60 ] && [ "$(wc -L <plain)" -le 70 ] || fail "a terminal of 70 had lines of $(wc -L <plain)"
+  for setting in 'TERM=dumb' 'TERM=xterm NO_COLOR=1' '-u TERM'; do
+    terminal "$setting"
+    colored out && fail "show wrote colours with $setting"
+  done
+  terminal TERM=xterm NO_COLOR=
+  colored out || fail 'an empty NO_COLOR took the colours away'
+fi
+
 # --- input that is none
 printf 'no EDID here' >prose.txt
 head -c 100 tv-4k.bin >cut.bin

@@ -10,6 +10,7 @@ namespace reedid::tool {
 
 struct ShowOptions {
   std::vector<std::string> inputs;
+  std::string color = "auto";  // always, never
   bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);

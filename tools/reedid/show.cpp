@@ -3,13 +3,15 @@
 #include "commands.h"
 #include "describe.h"
 #include "inputs.h"
+#include "terminal.h"
 
 namespace reedid::tool {
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
-  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+  const TextStyle style = StyleFor(options.color, streams);
+  return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     const Node account = DescribeImage(image);
-    return options.json ? Answer{"", ToJson(account)} : Answer{ToText(account), {}};
+    return options.json ? Answer{"", ToJson(account)} : Answer{ToText(account, style), {}};
   });
 }
 

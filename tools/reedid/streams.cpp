@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -74,6 +75,11 @@ void Streams::Result(std::span<const uint8_t> bytes) {
 
 bool Streams::ResultIsTerminal() const {
   return result_ >= 0 && isatty(result_) == 1;
+}
+
+unsigned Streams::TerminalColumns() const {
+  winsize size = {};
+  return result_ >= 0 && ioctl(result_, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 void Note(std::string_view message) {

@@ -23,6 +23,7 @@ class Streams {
   void Result(std::string_view text);
   void Result(std::span<const uint8_t> bytes);
   bool ResultIsTerminal() const;
+  unsigned TerminalColumns() const;  // 0: not known, or no terminal
 
  private:
   int result_ = -1;

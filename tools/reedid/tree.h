@@ -15,6 +15,7 @@ using Json = nlohmann::ordered_json;
 struct Field {
   std::string name;
   std::string value;
+  bool isFault = false;  // tells of something wrong with the data, which should stand out
 };
 
 struct Node {
@@ -24,9 +25,9 @@ struct Node {
   Json record;                      // what the fields were made from, by the field names of the library's record
   std::vector<TimingItem> timings;  // the timings that this node itself stands for
 
-  Node& Add(std::string name, std::string value) {
+  Field& Add(std::string name, std::string value) {
     fields.push_back({std::move(name), std::move(value)});
-    return *this;
+    return fields.back();
   }
   Node& Child(Node node) {
     children.push_back(std::move(node));
@@ -39,8 +40,16 @@ struct Node {
 // Every timing of the tree, in its order.
 std::vector<TimingItem> ItemsOf(const Node& root);
 
-// Indented text; values of one node stand in one column and are wrapped between words.
-std::string ToText(const Node& root);
+struct TextStyle {
+  size_t width = 100;  // characters of a line
+  bool color = false;
+};
+
+/*
+ * Indented text; values of one node stand in one column and are wrapped between words. Control characters, which a
+ * terminal would obey, are written as \x1b.
+ */
+std::string ToText(const Node& root, const TextStyle& style = {});
 
 // The same tree: "title", "text" (the fields), "record", "timings", "parts" (the children); docs/json.md.
 Json ToJson(const Node& root);

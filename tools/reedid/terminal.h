@@ -1,0 +1,17 @@
+// What the reader of a text result can see.
+#pragma once
+
+#include <string>
+
+#include "streams.h"
+#include "tree.h"
+
+namespace reedid::tool {
+
+/*
+ * As wide as the terminal, else as COLUMNS says, else as usual. `color` is "always", "never" or "auto": on a terminal
+ * that has colours, unless NO_COLOR is set.
+ */
+TextStyle StyleFor(const std::string& color, const Streams& streams);
+
+}  // namespace reedid::tool
