@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/edid_builder.h"
+#include "tools/reedid/hex_text.h"
 #include "tools/reedid/loss.h"
 #include "tools/reedid/samples.h"
 #include "tools/reedid/streams.h"
@@ -36,11 +37,13 @@ TEST(Describe, CtaDataBlocks) {
       {"HDMI cut off", Cta().Block(3, {0x03, 0x0C, 0x00}), "HDMI 1.4b\n      Not decoded"},
       {"HDMI latency", Cta().Hdmi(0x1000, {0, 0, 0x80, 11, 0}), "Latency           video 20 ms, audio 0 ms\n"},
       {"HDMI Forum with reserved rate", Cta().HdmiForum({1, 0, 0x80, 0xF0}), "FRL rate           reserved\n"},
-      {"another vendor", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}),
-       "Data Block (3), AMD\n      Bytes  64 1a 00 00 05\n"},
-      {"no OUI", Cta().Block(3, {0x1A}), "Vendor-Specific Data Block (3)\n      Bytes  61 1a\n"},
+      {"another vendor", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}), "Data Block (3), AMD\n      Bytes  05\n"},
+      {"no OUI", Cta().Block(3, {0x1A}), "Vendor-Specific Data Block (3)\n      Bytes  1a\n"},
+      {"a vendor without a name", Cta().Block(3, {1, 2, 3}), "Vendor-Specific Data Block (3), OUI 03-02-01\n"},
+      {"more than is decoded", Cta().Hdmi(0x1000, {0, 30, 0, 9}),
+       "Content types     none\n      Other bytes       09\n"},
       {"vendor's video", Cta().Extended(1, {0x46, 0xD0, 0x00}), "Video Data Block (7/1), Dolby\n"},
-      {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  e2 63 01\n"},
+      {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  01\n"},
       {"4:2:0 map of everything", Cta().Vdb({97}).Extended(15, {}), "4:2:0 too  all of the Video Data Block\n"},
       {"4:2:0 map of nothing", Cta().Extended(15, {1}), "Not decoded"},
       {"4:2:0 only, above 128", Cta().Extended(14, {97, 218}), "VIC 218  4096x2160 100.000 Hz 1188.000 MHz 256:135\n"},
@@ -66,9 +69,9 @@ TEST(Describe, BaseBlock) {
       {"gamma kept elsewhere", Edid().Set(23, {0xFF}), "not stated\n"},
       {"model year", Edid().Set(16, {255, 36}), "model year 2026\n"},
       {"last established timing", Edid().Set(35, {0, 0, 0xC1}), "1152x870 75 Hz  not a DMT timing\n"},
-      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's  41\n"},
+      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's    41\n"},
       {"standard timing", Edid().Set(38, {0xD1, 0xC0}), "1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
-      {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "fe Text: a\\x1b\n"},
+      {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "Text (fe)\n      Text  a\\x1b\n"},
       {"rates above 255", Edid().Descriptor(0xFD, {0x0E, 48, 1, 30, 45, 0xFF, 4}), "48 to 256 Hz\n"},
       {"analog composite sync", Edid().Set(54, {1, 0}), "Sync        analog composite\n"},
       {"no timing at all", Edid().Set(54, {1, 0}), ": 0x0 0.000 Hz 0.010 MHz\n"},
@@ -83,25 +86,26 @@ TEST(Describe, BaseBlock) {
 TEST(Describe, Sections) {
   const ByteVector v2 = Edid().Extension(Section(0x20, 5).Block(0x22, 0x09, {1, 2})).Build();
   EXPECT_NE(Show(v2).find("Primary use case  5, desktop gaming\n"), std::string::npos) << Show(v2);
-  EXPECT_NE(
-      Show(v2).find("Type VII Timing, Detailed (22), revision 1\n      Flags  0x01\n      Bytes  22 09 02 01 02\n"),
-      std::string::npos);
+  EXPECT_NE(Show(v2).find("Type VII Timing, Detailed (22), revision 1\n      Flags  0x01\n      Bytes  01 02\n"),
+            std::string::npos);
   const ByteVector alone = Section(0x12, 6).Block(0x55, 0, {7}).Build();
   EXPECT_EQ(Show(alone).find("x: DisplayID, 1 block, 9 bytes\n"), 0u) << Show(alone);
   EXPECT_NE(Show(alone).find("6, direct drive monitor\n"), std::string::npos);
   EXPECT_NE(Show(alone).find("Reserved (55), revision 0\n"), std::string::npos);
 }
 
+// 3840x2160 at 60.091 Hz.
+const ByteVector kTypeI = {0x61, 0xE8, 0x00, 0x84, 0xFF, 0x0E, 0x2F, 0x02, 0xAF, 0x80,
+                           0x57, 0x00, 0x6F, 0x08, 0x59, 0x00, 0x07, 0x80, 0x09, 0x00};
+
 // Every form of a timing in a DisplayID data block, and the same forms in a CTA-861 extension.
 TEST(Describe, TimingForms) {
-  const ByteVector typeI = {0x61, 0xE8, 0x00, 0x84, 0xFF, 0x0E, 0x2F, 0x02, 0xAF, 0x80,
-                            0x57, 0x00, 0x6F, 0x08, 0x59, 0x00, 0x07, 0x80, 0x09, 0x00};
   const struct {
     const char* name;
     Section section;
     const char* line;
   } cases[] = {
-      {"type I", Section().Block(0x03, 1, typeI), "Timing 1: 3840x2160 60.091 Hz 594.900 MHz"},
+      {"type I", Section().Block(0x03, 1, kTypeI), "Timing 1: 3840x2160 60.091 Hz 594.900 MHz"},
       {"DMT codes", Section().Block(0x06, 0, {0x52}), "DMT 0x52  1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
       {"VIC codes above 128", Section().Block(0x06, 0x40, {219}), "VIC 219  4096x2160 120.000 Hz"},
       {"HDMI VIC codes", Section().Block(0x06, 0x80, {3, 9}), "HDMI VIC 9  reserved\n"},
@@ -109,7 +113,7 @@ TEST(Describe, TimingForms) {
       {"VIC bitmap", Section().Block(0x08, 0, {0, 0x80, 0, 0, 0, 0, 0, 0}), "VIC 16  1920x1080 60.000 Hz"},
       {"type IX", Section(0x20).Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}),
        "CVT reduced v2  1920x1080 60.000 Hz"},
-      {"a size that holds no timing", Section().Block(0x03, 1, {1, 2}), "Bytes  03 01 02 01 02\n"},
+      {"a size that holds no timing", Section().Block(0x03, 1, {1, 2}), "revision 1\n      Bytes  01 02\n"},
       {"text", Section().Block(0x0B, 0, {'a', 0x1B, 'b'}), "Text  a\\x1bb\n"},
       {"range", Section(0x20).Block(0x25, 1, {0x0F, 0x27, 0, 0x1F, 0x4E, 0, 48, 120, 0x80}), "48 to 120 Hz\n"},
   };
@@ -118,7 +122,103 @@ TEST(Describe, TimingForms) {
     EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
   }
   const std::string code = Show(Edid().Extension(Cta().Extended(0x23, {0x40, 16})).Build());
-  EXPECT_NE(code.find("VIC 16  1920x1080 60.000 Hz"), std::string::npos) << code;
+  EXPECT_NE(code.find("VIC 16    1920x1080 60.000 Hz"), std::string::npos) << code;
+}
+
+// The bytes of the first field of this name below a part whose title begins so.
+const ByteVector* FindBytes(const Node& node, const std::string& part, const std::string& name, bool inside = false) {
+  inside = inside || node.title.starts_with(part);
+  if (inside && name.empty()) return &node.bytes;
+  for (const Field& field : node.fields) {
+    if (inside && field.name == name) return &field.bytes;
+  }
+  for (const Node& child : node.children) {
+    if (const ByteVector* found = FindBytes(child, part, name, inside)) return found;
+  }
+  return nullptr;
+}
+
+// Data blocks of every kind that a DisplayID section can have, in three extensions.
+ByteVector EveryDisplayIdBlock() {
+  const ByteVector typeVI = {0x61, 0xE8, 0x42, 0xFF, 0x8E, 0x6F, 0x88, 0x2F, 0xAF, 0x02, 0x57, 0x59, 7, 9, 152, 1, 2};
+  const ByteVector product = {'A', 'B', 'C', 1, 2, 3, 4, 5, 6, 7, 8, 2, 'n', 'm'};
+  const ByteVector parameters20 = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,   13, 14, 15,
+                                   16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 0x12, 28, 29};
+  const ByteVector formula = {0x02, 0x7F, 0x07, 0x37, 0x04, 59};
+  Section first, second, third(0x20);
+  first.Block(0, 0, product).Block(1, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}).Block(3, 1, kTypeI);
+  first.Block(9, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}).Block(0x0A, 0, {'S', '1'});
+  second.Block(4, 0, {0x61, 0xE8, 0x00, 0x84, 1, 2, 3, 4, 5, 6, 7}).Block(5, 1, {0x84, 99, 59}).Block(6, 0, {0x52});
+  second.Block(7, 0, {8, 0, 0, 0, 0, 0, 0, 0, 0, 1}).Block(8, 0, {0, 0x80, 0, 0, 0, 0, 0, 4});
+  second.Block(0x11, 0, {0, 0, 0x7F, 0x07, 0x37, 0x04, 59}).Block(0x13, 0, typeVI);
+  third.Block(0x20, 0, product).Block(0x21, 0, parameters20).Block(0x22, 0, kTypeI).Block(0x24, 0, formula);
+  third.Block(0x25, 0, {1, 2, 3, 4, 5, 6, 7, 8, 0x81}).Block(0x2A, 0x10, {0x02, 0x7F, 0x07, 0x37, 0x04, 59, 0xE4});
+  return Edid().Extension(first).Extension(second).Extension(third).Build();
+}
+
+TEST(Describe, FieldsHaveTheirBytes) {
+  const ByteVector tv = SampleBytes("tv-4k");
+  const struct {
+    ByteVector image;
+    const char* part;
+    const char* field;  // empty: the title
+    const char* bytes;
+  } cases[] = {
+      {tv, "Block 0", "Gamma", "78"},
+      {tv, "Block 0", "Chromaticity", "ee 91 a3 54 4c 99 26 0f 50 54"},
+      {tv, "Block 0", "Checksum", "23"},
+      {tv, "Descriptor 1", "Horizontal", "00 30 f2 b0 58 00"},
+      {tv, "Descriptor 3", "Horizontal", "08 0f 0f"},
+      {tv, "Descriptor 4", "", "00 00 00 fc 00"},
+      {tv, "Video Data Block", "VIC 118", "76"},
+      {tv, "Audio Data Block", "AC-3", "15 07 50"},
+      {tv, "Vendor-Specific Data Block (3), HDMI 1.4b", "", "6d 03 0c 00"},
+      {tv, "Vendor-Specific Data Block (3), HDMI 1.4b", "HDMI VICs", "60 01 02 03"},
+      {tv, "Vendor-Specific Data Block (3), HDMI Forum", "VRR", "30 78"},
+      {tv, "YCbCr 4:2:0 Capability", "VICs, 4:2:0 too", "0f 00 00"},
+      {Edid().Extension(Cta().Hdmi(0x1000, {0, 0, 0xE0, 1, 2, 3, 4, 8, 0x20, 1})).Build(), "Vendor", "Image size",
+       "08"},
+      {Edid().Set(38, {0xD1, 0xC0}).Build(), "Standard timings", "Timing 1", "d1 c0"},
+      {EveryDisplayIdBlock(), "Display Parameters (01)", "Native format", "05 06 07 08"},
+      {EveryDisplayIdBlock(), "Type II ", "Vertical", "84 04 05 06 07"},
+      {EveryDisplayIdBlock(), "Type VI ", "Other bytes", "98 01 02"},
+      {EveryDisplayIdBlock(), "VESA Timing", "DMT 0x49", "01"},
+      {EveryDisplayIdBlock(), "Type X ", "CVT reduced v2", "02 7f 07 37 04 3b e4"},
+  };
+  for (const auto& c : cases) {
+    const Node account = DescribeImage(Image::FromBytes("x", c.image));
+    const ByteVector* found = FindBytes(account, c.part, c.field);
+    ASSERT_NE(found, nullptr) << c.part << ": " << c.field << '\n' << ToText(account);
+    EXPECT_EQ(Hex(*found), c.bytes) << c.part << ": " << c.field;
+  }
+}
+
+void CollectBytes(const Node& node, ByteVector& bytes) {
+  bytes.insert(bytes.end(), node.bytes.begin(), node.bytes.end());
+  for (const Field& field : node.fields) bytes.insert(bytes.end(), field.bytes.begin(), field.bytes.end());
+  for (const Node& child : node.children) CollectBytes(child, bytes);
+}
+
+// No byte hides: whichever bit is changed, the bytes that stand beside the fields are others.
+TEST(Describe, EveryByteIsShown) {
+  std::vector<ByteVector> images = {EveryDisplayIdBlock()};
+  for (const Sample& sample : Samples()) images.push_back(sample.build());
+  const auto shown = [](const ByteVector& bytes) {
+    ByteVector all;
+    CollectBytes(DescribeImage(Image::FromBytes("x", bytes)), all);
+    return all;
+  };
+  CaptureDiagnostics([&] {
+    for (ByteVector& image : images) {
+      const ByteVector before = shown(image);
+      for (size_t bit = 8 * 8; bit < image.size() * 8; ++bit) {
+        const auto mask = static_cast<uint8_t>(1u << bit % 8);
+        image[bit / 8] ^= mask;
+        EXPECT_NE(shown(image), before) << "byte " << bit / 8 << ", bit " << bit % 8;
+        image[bit / 8] ^= mask;
+      }
+    }
+  });
 }
 
 // JSON tells what the text tells, by the records' field names, and survives any byte of a text.
@@ -181,7 +281,7 @@ TEST(Describe, NumbersThatAreStoredOtherwise) {
   const DtdTiming field = {74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 60, 8, 0, 0, 0, 0, 0};
   DtdSlot slot;
   ASSERT_EQ(VESA_SetDTD(&field, &slot), 0);
-  EXPECT_EQ(DescribeDtd("x", slot).title, "x: 1920x1080i 60.000 Hz 74.250 MHz");
+  EXPECT_EQ(DescribeDtd("x", slot, ByteSource(slot.bytes)).title, "x: 1920x1080i 60.000 Hz 74.250 MHz");
   std::string text;
   CaptureDiagnostics([&] { text = ToText(DescribeImage(Image::FromBytes("x", bytes))); });
   EXPECT_NE(text.find("VIC 219  4096x2160 120.000 Hz"), std::string::npos);

@@ -29,10 +29,10 @@ TEST(Samples, AreShownDecoded) {
     const char* sample;
     const char* line;
   } cases[] = {
-      {"tv-4k", "Manufacturer   RED\n"},
+      {"tv-4k", "Manufacturer      RED"},
       {"tv-4k", "detailed timing: 3840x2160 60.000 Hz 594.000 MHz\n"},
       {"tv-4k", "Horizontal   15 to 270 kHz\n"},
-      {"tv-4k", "fc Product name: REED TV 4K\n"},
+      {"tv-4k", "Product name (fc)\n      Text  REED TV 4K\n"},
       {"tv-4k", "AC-3           6 channels; 32, 44.1, 48 kHz; up to 640 kbit/s\n"},
       {"tv-4k", "Speakers  FL/FR\n"},
       {"tv-4k", "Physical address  1.0.0.0\n"},

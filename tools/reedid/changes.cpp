@@ -112,7 +112,8 @@ struct Named {
 
 // Follows from the rest, or is told apart from it, so a line of its own says nothing new.
 bool IsDerived(const Field& field) {
-  static constexpr const char* kNames[] = {"Checksum", "Section checksum", "Free bytes", "Section size", "Bytes"};
+  static constexpr const char* kNames[] = {"Checksum",     "Section checksum", "Free bytes",
+                                           "Section size", "Timing offset",    "Bytes"};
   return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) { return field.name == name; });
 }
 
@@ -125,6 +126,7 @@ void CollectFields(const Node& node, const std::string& path, std::vector<Named>
   if (node.timings.empty()) {
     if (node.fields.empty() && node.children.empty()) fields.push_back({path, "there"});
     for (const Field& field : node.fields) {
+      if (field.value.empty()) continue;
       const bool onlyBytes = field.name == "Bytes" && !HasReadableField(node);
       if (!IsDerived(field) || onlyBytes) fields.push_back({fmt::format("{} / {}", path, field.name), field.value});
     }

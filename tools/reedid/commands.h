@@ -11,6 +11,7 @@ namespace reedid::tool {
 struct ShowOptions {
   std::vector<std::string> inputs;
   std::string color = "auto";  // always, never
+  bool hex = false;
   bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);

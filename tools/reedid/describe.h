@@ -14,38 +14,50 @@ Node DescribeImage(const Image& image);
 // One block with its number, kind and checksum; a block that does not open is shown as bytes.
 Node DescribeBlock(const EdidBlock& block, unsigned index);
 
-// The content of one block, added to `node`; false when it does not open.
-bool DescribeBase(const EdidBlock& block, Node& node);
-bool DescribeCta(const EdidBlock& block, Node& node);
-bool DescribeSection(const EdidBlock& block, Node& node);
+// The content of one block, added to `node`; false when it does not open. `at` hands out the block's bytes; the
+// checksum is left to DescribeBlock.
+bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node);
+bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node);
+bool DescribeSection(const EdidBlock& block, const ByteSource& at, Node& node);
+
+// A stored checksum and whether it is right; the bytes end with it.
+void AddChecksum(const std::string& name, std::span<const uint8_t> bytes, const ByteSource& at, Node& node);
 
 // A detailed timing with its porches; as an EDID descriptor, also with sync, image size and border.
-Node DescribeTiming(const std::string& title, const TimingItem& item);
-Node DescribeDtd(const std::string& title, const DtdSlot& slot);
+struct TimingBytes {
+  ByteVector title, horizontal, vertical;
+};
+Node DescribeTiming(const std::string& title, const TimingItem& item, TimingBytes from = {});
+Node DescribeDtd(const std::string& title, const DtdSlot& slot, const ByteSource& at);
 
-// CTA data blocks that list timings or HDR metadata; false when the block cannot be decoded.
-bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool Describe420Video(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
-bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock& model, Node& node);
+// One DisplayID 20-byte descriptor, type I or VII.
+TimingBytes TypeIBytes(const ByteSource& at);
 
-// Timing codes and formula timings, one field each; DisplayID and CTA-861 share their forms.
-void AddTimingCodes(const TimingCodeRecord& record, Node& node);
-void AddFormulas(std::span<const CvtTiming> timings, Node& node);
+// CTA data blocks that list timings or HDR metadata; false when the block cannot be decoded. `at` has the data block.
+bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool Describe420Video(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+
+// Timing codes and formula timings, one field each; DisplayID and CTA-861 share their forms and their payloads.
+void AddTimingCodes(const TimingCodeRecord& record, const ByteSource& payload, Node& node);
+void AddFormulas(std::span<const CvtTiming> timings, size_t size, const ByteSource& payload, Node& node);
 
 // Characters outside ASCII as \\x1b.
 std::string PrintableText(const char* text);
+// The same as a value, which is never empty.
+std::string TextValue(const char* text);
 
 // A DisplayID data block; false when it cannot be decoded.
-bool DescribeSectionBlock(const DispIdDataBlock& entry, Node& node);
+bool DescribeSectionBlock(const DispIdDataBlock& entry, const ByteSource& at, Node& node);
 
 // The HDMI vendor blocks; false when the block cannot be decoded.
-bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node);
-bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node);
+bool DescribeHdmi14b(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeHdmiForum(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 
 // "1.2.0.0"
 std::string PhysAddrText(uint16_t address);

@@ -2,12 +2,19 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "describe.h"
 #include "hex_text.h"
 #include "records.h"
 
 namespace reedid::tool {
 namespace {
+
+constexpr size_t kEstablishedByte = 35;
+constexpr size_t kStandardByte = 38;
+constexpr size_t kDescriptorsByte = 54;
+constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
 
 constexpr const char* kEstablishedNames[17] = {
     "800x600 60 Hz",   "800x600 56 Hz", "640x480 75 Hz",   "640x480 72 Hz",  "640x480 67 Hz",  "640x480 60 Hz",
@@ -67,19 +74,25 @@ std::string ChromaticityText(const VesaBlock& m) {
 }
 
 // The bits of bytes 35 to 37; a few of them are no DMT timing (EDID 1.4, table 3.18).
-void DescribeEstablished(const VesaBlock& model, Node& parent) {
+void DescribeEstablished(const VesaBlock& model, const ByteSource& at, Node& parent) {
   Node node;
   node.title = "Established timings";
+  node.bytes = at(kEstablishedByte, 3);
   for (unsigned i = 0; i < std::size(kEstablishedNames); ++i) {
     if (model.established[i] == 0) continue;
     const unsigned id = Est12ToDmt(i);
+    ByteVector from = at(kEstablishedByte + i / 8);
     if (id == 0) {
-      node.Add(kEstablishedNames[i], "not a DMT timing");
+      node.Add(kEstablishedNames[i], "not a DMT timing", std::move(from));
     } else {
-      node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id));
+      node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", std::move(from));
     }
   }
-  if (!node.fields.empty()) parent.Child(node);
+  if (node.fields.empty()) {
+    parent.Add("Established timings", "none", std::move(node.bytes));
+  } else {
+    parent.Child(std::move(node));
+  }
 }
 
 unsigned StandardHeight(const StdTiming& timing) {
@@ -96,46 +109,62 @@ unsigned StandardHeight(const StdTiming& timing) {
   }
 }
 
-void AddStandard(std::span<const StdTiming> timings, Node& node) {
+// `at` has the two bytes of each timing from 0 on.
+void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node) {
+  ByteVector unused;
   for (unsigned i = 0; i < timings.size(); ++i) {
     const StdTiming& timing = timings[i];
-    if (!timing.valid) continue;
+    ByteVector from = at(2 * i, 2);
+    if (!timing.valid) {
+      unused.insert(unused.end(), from.begin(), from.end());
+      continue;
+    }
     const std::string name = fmt::format("Timing {}", i + 1);
     TimingItem item;
     if (StdToDtd(&timing, &item.timing) == 0) {
       item.id = DtdToDmt(&item.timing);
-      node.AddTiming(name, item);
+      node.AddTiming(name, item, "", std::move(from));
     } else {
-      node.Add(name, fmt::format("{}x{} {} Hz {}", timing.hactive, StandardHeight(timing), timing.frameRate,
-                                 AspectText(timing.aspectRatio)));
+      node.Add(name,
+               fmt::format("{}x{} {} Hz {}", timing.hactive, StandardHeight(timing), timing.frameRate,
+                           AspectText(timing.aspectRatio)),
+               std::move(from));
     }
   }
+  if (!unused.empty()) node.Add("Unused", "", std::move(unused));
 }
 
-void DescribeStandard(const VesaBlock& model, Node& parent) {
+void DescribeStandard(const VesaBlock& model, const ByteSource& at, Node& parent) {
+  const ByteSource list = at.Part(kStandardByte, 2 * std::size(model.standardTimings));
+  if (std::none_of(std::begin(model.standardTimings), std::end(model.standardTimings),
+                   [](const StdTiming& timing) { return timing.valid != 0; })) {
+    parent.Add("Standard timings", "none", list.All());
+    return;
+  }
   Node node;
   node.title = "Standard timings";
-  AddStandard(model.standardTimings, node);
-  if (!node.fields.empty()) parent.Child(node);
+  AddStandard(model.standardTimings, list, node);
+  parent.Child(std::move(node));
 }
 
 // ---- display descriptors (EDID 1.4, table 3.23); a renderer returns false for a slot that it cannot read
 
 template <int32_t (*get)(const DtdSlot*, char*, uint32_t)>
-bool DescribeText(const VesaBlock&, const DtdSlot& slot, Node& node) {
+bool DescribeText(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
   char text[14] = {};
   if (get(&slot, text, sizeof text) != 0) return false;
-  node.title += fmt::format(": {}", PrintableText(text));
+  node.Add("Text", TextValue(text), at(5, 13));
   node.record = {{"text", PrintableText(text)}};
   return true;
 }
 
-void AddGtf(const RangeLimits& r, Node& node) {
+void AddGtf(const RangeLimits& r, const ByteSource& at, Node& node) {
   node.Add("Secondary curve",
-           fmt::format("from {} kHz, C {}, M {}, K {}, J {}", r.gtfStartFreq, r.gtfC, r.gtfM, r.gtfK, r.gtfJ));
+           fmt::format("from {} kHz, C {}, M {}, K {}, J {}", r.gtfStartFreq, r.gtfC, r.gtfM, r.gtfK, r.gtfJ),
+           at(12, 6));
 }
 
-void AddCvtSupport(const RangeLimits& r, Node& node) {
+void AddCvtSupport(const RangeLimits& r, const ByteSource& at, Node& node) {
   const NamedFlag aspects[] = {{r.cvtAspect[ASPECT_4_3], "4:3"},
                                {r.cvtAspect[ASPECT_16_9], "16:9"},
                                {r.cvtAspect[ASPECT_16_10], "16:10"},
@@ -146,39 +175,41 @@ void AddCvtSupport(const RangeLimits& r, Node& node) {
                                 {r.hStretch, "horizontal stretch"},
                                 {r.vShrink, "vertical shrink"},
                                 {r.vStretch, "vertical stretch"}};
-  node.Add("CVT version", fmt::format("{}.{}", r.cvtVersionMajor, r.cvtVersionMinor));
-  node.Add("Clock precision", fmt::format("{} kHz below the maximum", r.cvtClockPrecision));
-  node.Add("Widest line", r.cvtMaxHactive == 0 ? "no limit" : fmt::format("{} pixels", r.cvtMaxHactive));
-  node.Add("Aspect ratios", fmt::format("{}; preferred {}", SetFlags(aspects), AspectText(r.cvtPreferredAspect)));
-  node.Add("Blanking", SetFlags(blankings));
-  node.Add("Scaling", SetFlags(scalings));
-  node.Add("Preferred rate", fmt::format("{} Hz", r.preferredRefresh));
+  node.Add("CVT version", fmt::format("{}.{}", r.cvtVersionMajor, r.cvtVersionMinor), at(11));
+  node.Add("Clock precision", fmt::format("{} kHz below the maximum", r.cvtClockPrecision), at(12));
+  node.Add("Widest line", r.cvtMaxHactive == 0 ? "no limit" : fmt::format("{} pixels", r.cvtMaxHactive), at(12, 2));
+  node.Add("Aspect ratios", fmt::format("{}; preferred {}", SetFlags(aspects), AspectText(r.cvtPreferredAspect)),
+           at(14, 2));
+  node.Add("Blanking", SetFlags(blankings), at(15));
+  node.Add("Scaling", SetFlags(scalings), at(16));
+  node.Add("Preferred rate", fmt::format("{} Hz", r.preferredRefresh), at(17));
 }
 
-bool DescribeRange(const VesaBlock& model, const DtdSlot& slot, Node& node) {
+bool DescribeRange(const VesaBlock& model, const DtdSlot& slot, const ByteSource& at, Node& node) {
   static constexpr const char* kFormulas[] = {"default GTF", "secondary GTF", "CVT", "range limits only"};
   RangeLimits r;
   if (VESA_GetRangeLimits(&model, &slot, &r) != 0) return false;
   node.record = r;
-  node.Add("Vertical", fmt::format("{} to {} Hz", r.minVRate, r.maxVRate));
-  node.Add("Horizontal", fmt::format("{} to {} kHz", r.minHRate, r.maxHRate));
-  node.Add("Pixel clock", r.maxPixelClock == 0 ? "not stated" : fmt::format("up to {} MHz", r.maxPixelClock / 1000));
-  node.Add("Formula", kFormulas[r.timingFormula & 3]);
-  if (r.timingFormula == 1) AddGtf(r, node);
-  if (r.timingFormula == 2) AddCvtSupport(r, node);
+  node.Add("Vertical", fmt::format("{} to {} Hz", r.minVRate, r.maxVRate), at(4, 3));
+  node.Add("Horizontal", fmt::format("{} to {} kHz", r.minHRate, r.maxHRate), at({4, 7, 8}));
+  node.Add("Pixel clock", r.maxPixelClock == 0 ? "not stated" : fmt::format("up to {} MHz", r.maxPixelClock / 1000),
+           at(9));
+  node.Add("Formula", kFormulas[r.timingFormula & 3], at(10));
+  if (r.timingFormula == 1) AddGtf(r, at, node);
+  if (r.timingFormula == 2) AddCvtSupport(r, at, node);
   return true;
 }
 
-bool DescribeStandardDescriptor(const VesaBlock&, const DtdSlot& slot, Node& node) {
+bool DescribeStandardDescriptor(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
   StdTiming timings[6];
   if (VESA_GetStandardTimings(&slot, timings) != 0) return false;
-  AddStandard(timings, node);
+  AddStandard(timings, at.Part(5, 12), node);
   node.record = {{"timings", timings}};
   return true;
 }
 
 // A code stands for up to five timings; lines below 1 are an unused entry.
-void AddCvtCode(const VesaCvtCode& code, unsigned number, Node& node) {
+void AddCvtCode(const VesaCvtCode& code, unsigned number, const ByteVector& from, Node& node) {
   const struct {
     uint8_t flag;
     uint16_t rate;
@@ -199,36 +230,42 @@ void AddCvtCode(const VesaCvtCode& code, unsigned number, Node& node) {
     request.frameRate = rate.rate;
     const bool preferred = rate.rate == code.preferredRate;
     node.AddTiming(fmt::format("Code {}{}", number, rate.formula == 1 ? ", reduced" : ""), FormulaItem(request),
-                   preferred ? ", preferred rate" : "");
+                   preferred ? ", preferred rate" : "", from);
   }
 }
 
-bool DescribeCvtCodes(const VesaBlock&, const DtdSlot& slot, Node& node) {
+bool DescribeCvtCodes(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
   VesaCvtRecord record;
   if (VESA_GetCvtTiming(&slot, &record) != 0) return false;
   node.record = record;
+  node.Add("Version", fmt::format("{}", record.version), at(5));
   for (unsigned i = 0; i < std::size(record.codes); ++i) {
-    if (record.codes[i].lines != 0) AddCvtCode(record.codes[i], i + 1, node);
+    if (record.codes[i].lines != 0) AddCvtCode(record.codes[i], i + 1, at(6 + 3 * i, 3), node);
   }
   return true;
 }
 
-bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, Node& node) {
+bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
   Est3Record record;
   if (VESA_GetEst3Timing(&slot, &record) != 0) return false;
   node.record = record;
+  node.Add("Version", fmt::format("{}", record.version), at(5));
   for (unsigned i = 0; i < std::size(record.flags); ++i) {
     if (record.flags[i] == 0) continue;
     const unsigned id = Est3ToDmt(128 + i);
-    node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id));
+    node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", at(6 + i / 8));
   }
+  return true;
+}
+
+bool DescribeDummy(const VesaBlock&, const DtdSlot&, const ByteSource&, Node&) {
   return true;
 }
 
 struct DescriptorKind {
   uint8_t tag;
   const char* name;
-  bool (*describe)(const VesaBlock&, const DtdSlot&, Node&);  // null: bytes
+  bool (*describe)(const VesaBlock&, const DtdSlot&, const ByteSource&, Node&);  // null: bytes
 };
 
 constexpr DescriptorKind kDescriptorKinds[] = {
@@ -241,7 +278,7 @@ constexpr DescriptorKind kDescriptorKinds[] = {
     {0xF9, "Display Color Management", nullptr},
     {0xF8, "CVT timing codes", DescribeCvtCodes},
     {0xF7, "Established timings III", DescribeEst3},
-    {0x10, "Dummy", nullptr},
+    {0x10, "Dummy", DescribeDummy},
 };
 
 DescriptorKind KindOf(uint8_t tag) {
@@ -251,40 +288,47 @@ DescriptorKind KindOf(uint8_t tag) {
   return {tag, tag < 0x10 ? "manufacturer's" : "reserved", nullptr};
 }
 
-Node DescribeDescriptor(const VesaBlock& model, unsigned index) {
+Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource& at) {
   const DtdSlot& slot = model.descriptors[index];
   if (slot.flag == 1 && (slot.bytes[0] != 0 || slot.bytes[1] != 0)) {
-    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot);
+    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot, at);
   }
   const DescriptorKind kind = KindOf(slot.bytes[3]);
   Node node;
-  node.title = fmt::format("Descriptor {}, {:02x} {}", index + 1, slot.bytes[3], kind.name);
-  if (kind.describe == nullptr || !kind.describe(model, slot, node)) node.Add("Bytes", Hex(slot.bytes));
+  node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
+  node.bytes = at(0, 5);
+  if (kind.describe != nullptr && kind.describe(model, slot, at, node)) {
+    node.AddRest(at);
+  } else {
+    node.AddBytes("Bytes", at.Rest());
+  }
   return node;
 }
 
 }  // namespace
 
-bool DescribeBase(const EdidBlock& block, Node& node) {
+bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node) {
   const Owned<VesaBlock> model(VESA_Open(&block));
   if (model == nullptr) return false;
-  node.Add("Version", fmt::format("EDID {}.{}", model->version, model->revision));
-  node.Add("Manufacturer", model->manufacturer);
-  node.Add("Product code", fmt::format("{0} ({0:#06x})", model->productCode));
-  node.Add("Serial number", fmt::format("{0} ({0:#010x})", model->serialNumber));
-  node.Add("Made", DateText(*model));
-  node.Add("Input", InputText(*model, block.bytes[20]));
-  node.Add("Screen size", SizeText(*model));
-  node.Add("Gamma", model->gammaX100 == 0 ? "not stated" : fmt::format("{:.2f}", model->gammaX100 / 100.0));
-  node.Add("Features", FeaturesText(*model));
-  node.Add("Colour", ColorTypeText(*model, block.bytes[24]));
-  node.Add("Chromaticity", ChromaticityText(*model));
-  if ((block.bytes[37] & 0x7F) != 0) node.Add("Manufacturer's", fmt::format("{:02x}", block.bytes[37] & 0x7F));
-  node.Add("Extensions", fmt::format("{}", model->extensionCount));
+  node.bytes = at(0, 8);
+  node.Add("Version", fmt::format("EDID {}.{}", model->version, model->revision), at(18, 2));
+  node.Add("Manufacturer", model->manufacturer, at(8, 2));
+  node.Add("Product code", fmt::format("{0} ({0:#06x})", model->productCode), at(10, 2));
+  node.Add("Serial number", fmt::format("{0} ({0:#010x})", model->serialNumber), at(12, 4));
+  node.Add("Made", DateText(*model), at(16, 2));
+  node.Add("Input", InputText(*model, block.bytes[20]), at(20));
+  node.Add("Screen size", SizeText(*model), at(21, 2));
+  node.Add("Gamma", model->gammaX100 == 0 ? "not stated" : fmt::format("{:.2f}", model->gammaX100 / 100.0), at(23));
+  node.Add("Features", FeaturesText(*model), at(24));
+  node.Add("Colour", ColorTypeText(*model, block.bytes[24]), at(24));
+  node.Add("Chromaticity", ChromaticityText(*model), at(25, 10));
+  if ((block.bytes[37] & 0x7F) != 0) node.Add("Manufacturer's", fmt::format("{:02x}", block.bytes[37] & 0x7F), at(37));
+  node.Add("Extensions", fmt::format("{}", model->extensionCount), at(126));
   node.record = *model;
-  DescribeEstablished(*model, node);
-  DescribeStandard(*model, node);
-  for (unsigned i = 0; i < 4; ++i) node.Child(DescribeDescriptor(*model, i));
+  DescribeEstablished(*model, at, node);
+  DescribeStandard(*model, at, node);
+  for (unsigned i = 0; i < 4; ++i)
+    node.Child(DescribeDescriptor(*model, i, at.Part(kDescriptorsByte + kDtdSize * i, kDtdSize)));
   return true;
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr uint8_t kExtendedTag = 7;
 constexpr uint8_t kVendorTag = 3;
+constexpr size_t kCollectionStart = 4;
+constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
 
 std::string AudioFormatName(const SadRecord& sad) {
   static constexpr const char* kFormats[] = {"reserved",      "L-PCM",  "AC-3",      "MPEG-1", "MP3",
@@ -48,15 +50,17 @@ std::string SadText(const SadRecord& sad) {
   return text;
 }
 
-bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   AdbRecord record;
   if (CEA_GetADB(&entry, &record) != 0) return false;
   node.record = record;
-  for (const SadRecord& sad : std::span(record.sads, record.sadCount)) node.Add(AudioFormatName(sad), SadText(sad));
+  for (unsigned i = 0; i < record.sadCount; ++i) {
+    node.Add(AudioFormatName(record.sads[i]), SadText(record.sads[i]), at(1 + 3 * i, 3));
+  }
   return true;
 }
 
-bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   SpeakerRecord s;
   if (CEA_GetSADB(&entry, &s) != 0) return false;
   node.record = s;
@@ -80,11 +84,11 @@ bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
                              {s.BtFC, "BtFC"},
                              {s.BtFL_BtFR, "BtFL/BtFR"},
                              {s.TpLS_TpRS, "TpLS/TpRS"}};
-  node.Add("Speakers", SetFlags(flags));
+  node.Add("Speakers", SetFlags(flags), at(1, 3));
   return true;
 }
 
-bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   ColorimetryRecord c;
   if (CEA_GetCDB(&entry, &c) != 0) return false;
   node.record = c;
@@ -92,34 +96,27 @@ bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock&, Node& node)
                              {c.opYCC601, "opYCC601"},   {c.opRGB, "opRGB"},         {c.BT2020cYCC, "BT2020cYCC"},
                              {c.BT2020YCC, "BT2020YCC"}, {c.BT2020RGB, "BT2020RGB"}, {c.ICtCp, "ICtCp"},
                              {c.DCI_P3, "DCI-P3"}};
-  node.Add("Colorimetry", SetFlags(flags));
-  if (c.metadataProfiles != 0) node.Add("Metadata profiles", fmt::format("{:#x}", c.metadataProfiles));
+  node.Add("Colorimetry", SetFlags(flags), at(2, 2));
+  if (c.metadataProfiles != 0) node.Add("Metadata profiles", fmt::format("{:#x}", c.metadataProfiles), at(3));
   return true;
 }
 
-bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   static constexpr const char* kScan[] = {"not stated", "always overscanned", "always underscanned",
                                           "over- and underscan"};
   VideoCapRecord v;
   if (CEA_GetVCDB(&entry, &v) != 0) return false;
   node.record = v;
-  node.Add("Quantization", fmt::format("YCC {}, RGB {}", v.QY ? "selectable" : "fixed", v.QS ? "selectable" : "fixed"));
-  node.Add("Preferred timing", v.S_PT == 0 ? "as the formats below" : kScan[v.S_PT]);
-  node.Add("IT formats", kScan[v.S_IT]);
-  node.Add("CE formats", kScan[v.S_CE]);
+  const auto range = [](uint8_t selectable) { return selectable != 0 ? "selectable" : "fixed"; };
+  node.Add("Quantization", fmt::format("YCC {}, RGB {}", range(v.QY), range(v.QS)), at(2));
+  node.Add("Preferred timing", v.S_PT == 0 ? "as the formats below" : kScan[v.S_PT], at(2));
+  node.Add("IT formats", kScan[v.S_IT], at(2));
+  node.Add("CE formats", kScan[v.S_CE], at(2));
   return true;
 }
 
 // A renderer returns false when the block cannot be decoded; without one, the bytes are shown.
-using Renderer = bool (*)(const CeaDataBlock&, const CeaBlock&, Node&);
-
-bool RenderHdmi14b(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
-  return DescribeHdmi14b(entry, node);
-}
-
-bool RenderHdmiForum(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
-  return DescribeHdmiForum(entry, node);
-}
+using Renderer = bool (*)(const CeaDataBlock&, const CeaBlock&, const ByteSource&, Node&);
 
 struct DataBlockKind {
   unsigned tag;
@@ -164,22 +161,30 @@ struct Vendor {
 };
 
 constexpr Vendor kVendors[] = {
-    {0x000C03, "HDMI 1.4b", RenderHdmi14b},
-    {0xC45DD8, "HDMI Forum", RenderHdmiForum},
+    {0x000C03, "HDMI 1.4b", DescribeHdmi14b},
+    {0xC45DD8, "HDMI Forum", DescribeHdmiForum},
     {0x00D046, "Dolby", nullptr},
     {0x90848B, "HDR10+", nullptr},
     {0x00001A, "AMD", nullptr},
     {0xCA125C, "Microsoft", nullptr},
 };
 
-const Vendor* FindVendor(const CeaDataBlock& entry, unsigned at) {
-  if (entry.size < at + 3u) return nullptr;
-  const unsigned oui =
-      unsigned{entry.bytes[at]} | unsigned{entry.bytes[at + 1]} << 8 | unsigned{entry.bytes[at + 2]} << 16;
+const Vendor* FindVendor(unsigned oui) {
   for (const Vendor& vendor : kVendors) {
     if (vendor.oui == oui) return &vendor;
   }
   return nullptr;
+}
+
+// The OUI of a vendor-specific block, least significant byte first, added to the title.
+const Vendor* AddVendor(const ByteSource& at, size_t ouiByte, Node& node) {
+  if (at.size() < ouiByte + 3) return nullptr;
+  const ByteVector b = at(ouiByte, 3);
+  const Vendor* vendor = FindVendor(unsigned{b[0]} | unsigned{b[1]} << 8 | unsigned{b[2]} << 16);
+  node.title += vendor != nullptr ? fmt::format(", {}", vendor->name)
+                                  : fmt::format(", OUI {:02x}-{:02x}-{:02x}", b[2], b[1], b[0]);
+  node.bytes = at(0, ouiByte + 3);
+  return vendor;
 }
 
 DataBlockKind KindOf(const CeaDataBlock& entry) {
@@ -190,43 +195,57 @@ DataBlockKind KindOf(const CeaDataBlock& entry) {
           nullptr};
 }
 
-Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model) {
+Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at) {
   const DataBlockKind kind = KindOf(entry);
-  const bool vendorExtended = entry.tag == kExtendedTag && (entry.extTag == 1 || entry.extTag == 17);
-  const Vendor* vendor = nullptr;
-  if (entry.tag == kVendorTag || vendorExtended) vendor = FindVendor(entry, vendorExtended ? 2 : 1);
+  const bool isVendor = entry.tag == kVendorTag;
+  const bool isExtended = entry.tag == kExtendedTag;
   Node node;
-  node.title = entry.tag == kExtendedTag ? fmt::format("{} (7/{})", kind.name, entry.extTag)
-                                         : fmt::format("{} ({})", kind.name, entry.tag);
-  if (vendor != nullptr) node.title += fmt::format(", {}", vendor->name);
-  const Renderer render = vendor != nullptr && entry.tag == kVendorTag ? vendor->render : kind.render;
-  const bool decoded = render != nullptr && render(entry, model, node);
-  if (render != nullptr && !decoded) node.Add("Not decoded", "its size is outside what is read of this kind");
-  // Vendor blocks may hold more than their codec reads.
-  if (!decoded || entry.tag == kVendorTag) node.Add("Bytes", Hex({entry.bytes, entry.size}));
+  node.title =
+      isExtended ? fmt::format("{} (7/{})", kind.name, entry.extTag) : fmt::format("{} ({})", kind.name, entry.tag);
+  node.bytes = at(0, isExtended ? 2 : 1);
+  Renderer render = kind.render;
+  if (isVendor || (isExtended && (entry.extTag == 1 || entry.extTag == 17))) {
+    const Vendor* vendor = AddVendor(at, isVendor ? 1 : 2, node);
+    if (vendor != nullptr && isVendor) render = vendor->render;
+  }
+  if (render != nullptr && render(entry, model, at, node)) {
+    node.AddRest(at);
+    return node;
+  }
+  if (render != nullptr) node.Add("Not decoded", "its size is outside what is read of this kind").isFault = true;
+  if (ByteVector rest = at.Rest(); !rest.empty()) node.AddBytes("Bytes", std::move(rest));
   return node;
+}
+
+void AddHeader(const CeaBlock& model, const ByteSource& at, Node& node) {
+  const NamedFlag flags[] = {{model.underscan, "underscan"},
+                             {model.basicAudio, "basic audio"},
+                             {model.ycbcr444, "YCbCr 4:4:4"},
+                             {model.ycbcr422, "YCbCr 4:2:2"}};
+  node.bytes = at(0);
+  node.Add("Revision", fmt::format("{}", model.revision), at(1));
+  node.Add("Timing offset", model.dtdOffset == 0 ? "none" : fmt::format("{}", model.dtdOffset), at(2));
+  node.Add("Flags", SetFlags(flags), at(3));
+  node.Add("Native timings", fmt::format("{}", model.nativeDtdCount), at(3));
+  node.Add("Free bytes", fmt::format("{}", model.freeSpace));
 }
 
 }  // namespace
 
-bool DescribeCta(const EdidBlock& block, Node& node) {
+bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node) {
   const Owned<CeaBlock> model(CEA_Open(&block));
   if (model == nullptr) return false;
-  const NamedFlag flags[] = {{model->underscan, "underscan"},
-                             {model->basicAudio, "basic audio"},
-                             {model->ycbcr444, "YCbCr 4:4:4"},
-                             {model->ycbcr422, "YCbCr 4:2:2"}};
   node.record = *model;
-  node.Add("Revision", fmt::format("{}", model->revision));
-  node.Add("Flags", SetFlags(flags));
-  node.Add("Native timings", fmt::format("{}", model->nativeDtdCount));
-  node.Add("Free bytes", fmt::format("{}", model->freeSpace));
+  AddHeader(*model, at, node);
+  size_t offset = kCollectionStart;
   for (const CeaDataBlock& entry : std::span(model->dataBlocks, model->dataBlockCount)) {
-    if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry, *model));
+    if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry, *model, at.Part(offset, entry.size)));
+    offset += entry.size;
   }
   if (model->dtds == nullptr) return true;
   for (unsigned i = 0; i < model->dtdCount; ++i) {
-    node.Child(DescribeDtd(fmt::format("Detailed timing {}", i + 1), model->dtds[i]));
+    const ByteSource slot = at.Part(model->dtdOffset + kDtdSize * i, kDtdSize);
+    node.Child(DescribeDtd(fmt::format("Detailed timing {}", i + 1), model->dtds[i], slot));
   }
   return true;
 }

@@ -36,18 +36,43 @@ std::string HdmiVicText(const H14bRecord& r) {
   return text;
 }
 
-void AddVrrAndDsc(const HfVsdbRecord& r, Node& node) {
-  if (r.VRRmax != 0 || r.VRRmin != 0) node.Add("VRR", fmt::format("{} to {} Hz", r.VRRmin, r.VRRmax));
+// A maximum of 0 is that of each video format.
+void AddVrr(const HfVsdbRecord& r, const ByteSource& at, Node& node) {
+  if (r.VRRmax == 0 && r.VRRmin == 0) return;
+  node.Add("VRR", r.VRRmax == 0 ? fmt::format("from {} Hz", r.VRRmin) : fmt::format("{} to {} Hz", r.VRRmin, r.VRRmax),
+           at(9, 2));
+}
+
+void AddDsc(const HfVsdbRecord& r, const ByteSource& at, Node& node) {
   if (!r.DSC_1p2) return;
   const NamedFlag flags[] = {{r.dscNative420, "native 4:2:0"},
                              {r.dscAllBpp, "all bit rates"},
                              {r.dsc10bpc, "10 bits"},
                              {r.dsc12bpc, "12 bits"},
                              {r.dsc16bpc, "16 bits"}};
-  node.Add("DSC 1.2a", SetFlags(flags, "yes"));
-  node.Add("DSC FRL rate", FrlText(r.DSC_Max_FRL_Rate));
-  node.Add("DSC slices", SlicesText(r.DSC_MaxSlices));
-  node.Add("DSC chunk", fmt::format("{} KiB", r.DSC_TotalChunkKBytes));
+  node.Add("DSC 1.2a", SetFlags(flags, "yes"), at(11));
+  node.Add("DSC FRL rate", FrlText(r.DSC_Max_FRL_Rate), at(12));
+  node.Add("DSC slices", SlicesText(r.DSC_MaxSlices), at(12));
+  node.Add("DSC chunk", fmt::format("{} KiB", r.DSC_TotalChunkKBytes), at(13));
+}
+
+// Latencies stand from byte 9 on, two bytes for each pair; the video part behind those that are there.
+size_t AddLatencies(const H14bRecord& r, const ByteSource& at, Node& node) {
+  if (!r.latencyPresent || at.size() < 11) return 9;
+  const auto text = [](unsigned video, unsigned audio) {
+    return fmt::format("video {} ms, audio {} ms", video, audio);
+  };
+  node.Add("Latency", text(r.videoLatency, r.audioLatency), at(9, 2));
+  if (at.size() < 13) return 11;
+  if (r.iLatencyPresent) node.Add("Interlaced latency", text(r.iVideoLatency, r.iAudioLatency), at(11, 2));
+  return 13;
+}
+
+void AddHdmiVideo(const H14bRecord& r, const ByteSource& part, Node& node) {
+  static constexpr const char* kSizes[] = {"not stated", "aspect ratio right", "right to 1 cm", "in units of 5 cm"};
+  if (!r.hdmiVideoPresent || part.size() < 2) return;
+  node.Add("Image size", kSizes[r.imageSize & 3], part(0));
+  node.Add("HDMI VICs", r.hdmiVicLen == 0 ? "none" : HdmiVicText(r), part(1, 1u + r.hdmiVicLen));
 }
 
 }  // namespace
@@ -56,7 +81,7 @@ std::string PhysAddrText(uint16_t address) {
   return fmt::format("{:x}.{:x}.{:x}.{:x}", address >> 12, address >> 8 & 0xF, address >> 4 & 0xF, address & 0xF);
 }
 
-bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node) {
+bool DescribeHdmi14b(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   H14bRecord r;
   if (CEA_GetH14bVSDB(&entry, &r) != 0) return false;
   node.record = r;
@@ -64,19 +89,15 @@ bool DescribeHdmi14b(const CeaDataBlock& entry, Node& node) {
                              {r.DC_36bit, "36-bit colour"},       {r.DC_30bit, "30-bit colour"},
                              {r.DC_Y444, "deep colour in 4:4:4"}, {r.DVI_Dual, "DVI dual link"}};
   const NamedFlag contents[] = {{r.cnc[0], "graphics"}, {r.cnc[1], "photo"}, {r.cnc[2], "cinema"}, {r.cnc[3], "game"}};
-  node.Add("Physical address", PhysAddrText(r.physAddr));
-  node.Add("Supports", SetFlags(flags));
-  node.Add("Max TMDS clock", r.max_TMDS_Clock == 0 ? "not stated" : fmt::format("{} MHz", r.max_TMDS_Clock));
-  if (entry.size >= 9) node.Add("Content types", SetFlags(contents));
-  if (r.latencyPresent) node.Add("Latency", fmt::format("video {} ms, audio {} ms", r.videoLatency, r.audioLatency));
-  if (r.iLatencyPresent) {
-    node.Add("Interlaced latency", fmt::format("video {} ms, audio {} ms", r.iVideoLatency, r.iAudioLatency));
-  }
-  if (r.hdmiVicLen != 0) node.Add("HDMI VICs", HdmiVicText(r));
+  node.Add("Physical address", PhysAddrText(r.physAddr), at(4, 2));
+  node.Add("Supports", SetFlags(flags), at(6));
+  node.Add("Max TMDS clock", r.max_TMDS_Clock == 0 ? "not stated" : fmt::format("{} MHz", r.max_TMDS_Clock), at(7));
+  if (at.size() >= 9) node.Add("Content types", SetFlags(contents), at(8));
+  AddHdmiVideo(r, at.Part(AddLatencies(r, at, node)), node);
   return true;
 }
 
-bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node) {
+bool DescribeHdmiForum(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   HfVsdbRecord r;
   if (CEA_GetHFVSDB(&entry, &r) != 0) return false;
   node.record = r;
@@ -91,14 +112,15 @@ bool DescribeHdmiForum(const CeaDataBlock& entry, Node& node) {
   const NamedFlag gaming[] = {
       {r.mDelta, "M delta"}, {r.cinemaVrr, "cinema VRR"},        {r.cnmVrr, "negative M VRR"}, {r.fva, "FVA"},
       {r.allm, "ALLM"},      {r.fapaStartLocation, "FAPA start"}};
-  node.Add("Version", fmt::format("{}", r.version));
-  node.Add("Max TMDS rate",
-           r.TMDS_Character_Rate == 0 ? "up to 340 MHz" : fmt::format("{} MHz", r.TMDS_Character_Rate));
-  node.Add("Supports", SetFlags(flags));
-  node.Add("FRL rate", FrlText(r.Max_FRL_Rate));
-  node.Add("Deep colour 4:2:0", SetFlags(depths));
-  if (entry.size >= 9) node.Add("Features", SetFlags(gaming));
-  AddVrrAndDsc(r, node);
+  node.Add("Version", fmt::format("{}", r.version), at(4));
+  node.Add("Max TMDS rate", r.TMDS_Character_Rate == 0 ? "up to 340 MHz" : fmt::format("{} MHz", r.TMDS_Character_Rate),
+           at(5));
+  node.Add("Supports", SetFlags(flags), at(6));
+  node.Add("FRL rate", FrlText(r.Max_FRL_Rate), at(7));
+  node.Add("Deep colour 4:2:0", SetFlags(depths), at(7));
+  if (at.size() >= 9) node.Add("Features", SetFlags(gaming), at(8));
+  AddVrr(r, at, node);
+  AddDsc(r, at, node);
   return true;
 }
 

@@ -11,38 +11,53 @@
 namespace reedid::tool {
 namespace {
 
-void AddVics(std::span<const uint8_t> indexes, bool only420, Node& node) {
-  for (const uint8_t index : indexes) node.AddTiming(fmt::format("VIC {}", CtaVic(index)), VicItem(index, only420));
+constexpr unsigned kTypeHeader = 3;  // of the blocks that CTA-861 has from DisplayID
+constexpr unsigned kTypeVIISize = 20;
+constexpr unsigned kTypeXSize = 6;  // without its extra bytes
+
+// Byte 2 of those blocks: a revision and flags.
+void AddTypeRevision(const CeaDataBlock& entry, const ByteSource& at, Node& node) {
+  const unsigned byte = entry.bytes[2];
+  const std::string flags = byte >> 3 == 0 ? "" : fmt::format(", flags {:#04x}", byte >> 3);
+  node.Add("Revision", fmt::format("{}{}", byte & 7, flags), at(2));
 }
 
-// The descriptors that the codec of one descriptor leaves unread are handed to it one by one.
-constexpr unsigned kTypeVIIHeader = 3;
-constexpr unsigned kTypeVIISize = 20;
+// Short Video References (CTA-861, table 98): VICs, and places among the DTDs and DisplayID timings of the EDID.
+std::string SvrText(unsigned svr) {
+  if ((svr >= 1 && svr <= 127) || (svr >= 193 && svr <= 253)) return fmt::format("VIC {}", svr);
+  if (svr >= 129 && svr <= 144) return fmt::format("detailed timing {}", svr - 128);
+  if (svr >= 145 && svr <= 160) return fmt::format("DisplayID timing {}", svr - 144);
+  if (svr == 254) return "the first code of the type VIII block";
+  return fmt::format("{}, reserved", svr);
+}
 
 }  // namespace
 
-bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   VdbRecord record;
   if (CEA_GetVDB(&entry, &record) != 0) return false;
   node.record = record;
   for (unsigned i = 0; i < record.vicCount; ++i) {
     // The record keeps the last native mark only; the bytes have them all.
     const bool native = entry.bytes[1 + i] > 128 && entry.bytes[1 + i] <= 192;
-    node.AddTiming(fmt::format("VIC {}", CtaVic(record.vics[i])), VicItem(record.vics[i]), native ? ", native" : "");
+    node.AddTiming(fmt::format("VIC {}", CtaVic(record.vics[i])), VicItem(record.vics[i]), native ? ", native" : "",
+                   at(1 + i));
   }
   return true;
 }
 
-bool Describe420Video(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool Describe420Video(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   Vic420Record record;
   if (entry.size < 3 || CEA_Get420VDB(&entry, &record) != 0) return false;
   node.record = record;
-  AddVics({record.vics, record.vicCount}, true, node);
+  for (unsigned i = 0; i < record.vicCount; ++i) {
+    node.AddTiming(fmt::format("VIC {}", CtaVic(record.vics[i])), VicItem(record.vics[i], true), "", at(2 + i));
+  }
   return true;
 }
 
 // The map stands for the descriptors of the first Video Data Block; without a bitmap it stands for all of them.
-bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, Node& node) {
+bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node) {
   if (entry.size == 2) {
     node.Add("VICs, 4:2:0 too", "all of the Video Data Block");
     return true;
@@ -55,77 +70,65 @@ bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, Node& node
   for (const uint8_t index : std::span(record.vics, record.vicCount)) {
     text += fmt::format("{}{}", text.empty() ? "" : ", ", CtaVic(index));
   }
-  node.Add("VICs, 4:2:0 too", text.empty() ? "none" : text);
+  node.Add("VICs, 4:2:0 too", text.empty() ? "none" : text, at(2, entry.size));
   return true;
 }
 
-// Short Video References (CTA-861, table 98): VICs, and places among the DTDs and DisplayID timings of the EDID.
-bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   for (unsigned i = 2; i < entry.size; ++i) {
-    const unsigned svr = entry.bytes[i];
-    const std::string name = fmt::format("Preference {}", i - 1);
-    if ((svr >= 1 && svr <= 127) || (svr >= 193 && svr <= 253)) {
-      node.Add(name, fmt::format("VIC {}", svr));
-    } else if (svr >= 129 && svr <= 144) {
-      node.Add(name, fmt::format("detailed timing {}", svr - 128));
-    } else if (svr >= 145 && svr <= 160) {
-      node.Add(name, fmt::format("DisplayID timing {}", svr - 144));
-    } else if (svr == 254) {
-      node.Add(name, "the first code of the type VIII block");
-    } else {
-      node.Add(name, fmt::format("{}, reserved", svr));
-    }
+    node.Add(fmt::format("Preference {}", i - 1), SvrText(entry.bytes[i]), at(i));
   }
   return true;
 }
 
-bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   Cea20ByteDtdRecord record;
   if (CEA_Get20ByteDTD(&entry, &record) != 0) return false;
   node.record = record;
-  node.Child(DescribeTiming("Timing", {TimingKind::kDetailed, 0, record.preferred != 0, record.timing}));
-  if (record.preferred != 0) node.Add("Offered in", "YCbCr 4:2:0");
-  if (entry.size > kTypeVIIHeader + kTypeVIISize) {
-    node.Add("Further bytes", fmt::format("{}", entry.size - kTypeVIIHeader - kTypeVIISize));
-  }
+  AddTypeRevision(entry, at, node);
+  if (record.preferred != 0) node.Add("Offered in", "YCbCr 4:2:0", at(kTypeHeader + 3));
+  node.Child(DescribeTiming("Timing", {TimingKind::kDetailed, 0, record.preferred != 0, record.timing},
+                            TypeIBytes(at.Part(kTypeHeader, kTypeVIISize))));
   return true;
 }
 
-bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   uint8_t codes[256] = {};
   TimingCodeRecord record = {};
   record.codes = codes;
   if (CEA_GetTimingCode(&entry, &record) != 0) return false;
   node.record = record;
-  AddTimingCodes(record, node);
+  AddTypeRevision(entry, at, node);
+  AddTimingCodes(record, at.Part(kTypeHeader), node);
   return true;
 }
 
-bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   CvtTiming timings[4] = {};
   const int32_t count = CEA_Get6ByteCVT(&entry, timings);
   if (count < 0) return false;
-  AddFormulas(timings, node);
+  AddTypeRevision(entry, at, node);
+  AddFormulas(timings, kTypeXSize + (entry.bytes[2] >> 4 & 7), at.Part(kTypeHeader), node);
   return true;
 }
 
 // CTA-861, table 91: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
-bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, Node& node) {
+bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   StaticHdrRecord r = {};
   if (CEA_GetStaticHDR(&entry, &r) != 0) return false;
   node.record = r;
   const NamedFlag curves[] = {
       {r.eotfSdr, "SDR gamma"}, {r.eotfHdr, "HDR gamma"}, {r.eotfPq, "PQ (ST 2084)"}, {r.eotfHlg, "HLG"}};
   const auto luminance = [](unsigned code) { return 50.0 * std::exp2(code / 32.0); };
-  node.Add("Transfer", SetFlags(curves));
-  node.Add("Static metadata", r.staticMetadataType1 ? "type 1" : "none");
-  if (r.maxLuminance != 0) node.Add("Maximum", fmt::format("{:.0f} cd/m2", luminance(r.maxLuminance)));
+  node.Add("Transfer", SetFlags(curves), at(2));
+  node.Add("Static metadata", r.staticMetadataType1 ? "type 1" : "none", at(3));
+  if (r.maxLuminance != 0) node.Add("Maximum", fmt::format("{:.0f} cd/m2", luminance(r.maxLuminance)), at(4));
   if (r.maxFrameAvgLuminance != 0) {
-    node.Add("Frame average", fmt::format("{:.0f} cd/m2", luminance(r.maxFrameAvgLuminance)));
+    node.Add("Frame average", fmt::format("{:.0f} cd/m2", luminance(r.maxFrameAvgLuminance)), at(5));
   }
   if (r.minLuminance != 0) {
     const double part = r.minLuminance / 255.0;
-    node.Add("Minimum", fmt::format("{:.3f} cd/m2", luminance(r.maxLuminance) * part * part / 100));
+    node.Add("Minimum", fmt::format("{:.3f} cd/m2", luminance(r.maxLuminance) * part * part / 100), at(6));
   }
   return true;
 }

@@ -9,6 +9,8 @@
 namespace reedid::tool {
 namespace {
 
+constexpr size_t kSectionHeader = 4;
+
 struct DataBlockKind {
   uint8_t tag;
   const char* name;
@@ -79,30 +81,45 @@ std::string ProductText(const DispIdBlock& model) {
   return fmt::format("{}, {}", code, name);
 }
 
-Node DescribeDataBlock(const DispIdDataBlock& entry) {
+Node DescribeDataBlock(const DispIdDataBlock& entry, const ByteSource& at) {
   const DataBlockKind kind = KindOf(entry.tag);
   Node node;
   node.title = fmt::format("{} ({:02x}), revision {}", kind.name, entry.tag, entry.revision);
-  if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags));
-  if (!DescribeSectionBlock(entry, node)) node.Add("Bytes", Hex({entry.bytes, entry.size}));
+  node.bytes = at(0, 3);
+  if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags), at(1));
+  if (DescribeSectionBlock(entry, at, node)) {
+    node.AddRest(at);
+  } else if (ByteVector rest = at.Rest(); !rest.empty()) {
+    node.AddBytes("Bytes", std::move(rest));
+  }
   return node;
+}
+
+void AddHeader(const DispIdBlock& model, const ByteSource& at, Node& node) {
+  node.Add("Version", fmt::format("DisplayID {}.{}", model.version, model.revision), at(0));
+  node.Add(model.version >= 2 ? "Primary use case" : "Product type", ProductText(model), at(2));
+  node.Add("Further sections", fmt::format("{}", model.extensionCount), at(3));
+  node.Add("Section size", fmt::format("{} bytes, {} used by data blocks", model.sectionSize, model.payloadUsed),
+           at(1));
 }
 
 }  // namespace
 
-bool DescribeSection(const EdidBlock& block, Node& node) {
+bool DescribeSection(const EdidBlock& block, const ByteSource& at, Node& node) {
   const Owned<DispIdBlock> model(DispID_Open(&block));
   if (model == nullptr) return false;
-  if (block.type == EDID_BLOCK_DISPID_EXT) {
-    node.Add("Section checksum", ChecksumText({block.bytes + 1, model->sectionSize}));
+  const bool isExtension = block.type == EDID_BLOCK_DISPID_EXT;
+  const ByteSource section = at.Part(isExtension ? 1 : 0);
+  if (isExtension) {
+    node.bytes = at(0);
+    AddChecksum("Section checksum", {block.bytes + 1, model->sectionSize}, section, node);
   }
-  node.Add("Version", fmt::format("DisplayID {}.{}", model->version, model->revision));
-  node.Add(model->version >= 2 ? "Primary use case" : "Product type", ProductText(*model));
-  node.Add("Further sections", fmt::format("{}", model->extensionCount));
-  node.Add("Section size", fmt::format("{} bytes, {} used by data blocks", model->sectionSize, model->payloadUsed));
+  AddHeader(*model, section, node);
   node.record = *model;
+  size_t offset = kSectionHeader;
   for (const DispIdDataBlock& entry : std::span(model->dataBlocks, model->dataBlockCount)) {
-    if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry));
+    if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry, section.Part(offset, entry.size)));
+    offset += entry.size;
   }
   return true;
 }

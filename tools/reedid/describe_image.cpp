@@ -3,22 +3,24 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
+
 #include "describe.h"
 #include "hex_text.h"
 
 namespace reedid::tool {
 namespace {
 
-bool DescribeContent(const EdidBlock& block, Node& node) {
+bool DescribeContent(const EdidBlock& block, const ByteSource& at, Node& node) {
   switch (block.type) {
     case EDID_BLOCK_VESA:
-      return DescribeBase(block, node);
+      return DescribeBase(block, at, node);
     case EDID_BLOCK_CEA:
-      return DescribeCta(block, node);
+      return DescribeCta(block, at, node);
     case EDID_BLOCK_DISPID_FIRST:
     case EDID_BLOCK_DISPID_NEXT:
     case EDID_BLOCK_DISPID_EXT:
-      return DescribeSection(block, node);
+      return DescribeSection(block, at, node);
     default:
       return false;
   }
@@ -32,10 +34,17 @@ std::string SyncText(const DtdSlot& slot) {
   return (bits & 0x08) != 0 ? "bipolar analog composite" : "analog composite";
 }
 
-std::string PorchText(unsigned front, unsigned sync, unsigned active, unsigned blank) {
-  if (front + sync > blank) return fmt::format("front porch {} and sync {} exceed the blanking {}", front, sync, blank);
-  return fmt::format("front porch {}, sync {}, back porch {}, blanking {}, total {}", front, sync, blank - front - sync,
-                     blank, active + blank);
+void AddPorches(const char* name, const unsigned (&t)[4], ByteVector from, Node& node) {
+  const auto [active, blank, front, sync] = t;
+  if (front + sync > blank) {
+    const std::string text = fmt::format("front porch {} and sync {} exceed the blanking {}", front, sync, blank);
+    node.Add(name, text, std::move(from)).isFault = true;
+    return;
+  }
+  node.Add(name,
+           fmt::format("front porch {}, sync {}, back porch {}, blanking {}, total {}", front, sync,
+                       blank - front - sync, blank, active + blank),
+           std::move(from));
 }
 
 }  // namespace
@@ -57,38 +66,61 @@ std::string SetFlags(std::span<const NamedFlag> flags, const char* none) {
   return names.empty() ? none : fmt::format("{}", fmt::join(names, ", "));
 }
 
-Node DescribeTiming(const std::string& title, const TimingItem& item) {
+std::string TextValue(const char* text) {
+  return *text == 0 ? "(empty)" : PrintableText(text);
+}
+
+Node DescribeTiming(const std::string& title, const TimingItem& item, TimingBytes from) {
   const DtdTiming& t = item.timing;
   Node node;
   node.title = fmt::format("{}: {}", title, TimingText(t));
-  node.Add("Horizontal", PorchText(t.hfrontPorch, t.hsyncWidth, t.hactive, t.hblank));
-  node.Add(t.interlaced ? "Vertical (field)" : "Vertical", PorchText(t.vfrontPorch, t.vsyncWidth, t.vactive, t.vblank));
+  node.bytes = std::move(from.title);
+  AddPorches("Horizontal", {t.hactive, t.hblank, t.hfrontPorch, t.hsyncWidth}, std::move(from.horizontal), node);
+  AddPorches(t.interlaced ? "Vertical (field)" : "Vertical", {t.vactive, t.vblank, t.vfrontPorch, t.vsyncWidth},
+             std::move(from.vertical), node);
   node.timings.push_back(item);
   return node;
 }
 
-Node DescribeDtd(const std::string& title, const DtdSlot& slot) {
+// EDID 1.4, table 3.21.
+Node DescribeDtd(const std::string& title, const DtdSlot& slot, const ByteSource& at) {
   TimingItem item = {TimingKind::kDetailed, 0, false, {}};
   const DtdTiming& t = item.timing;
-  if (VESA_GetDTD(&slot, &item.timing) != 0) return Node{title, {{"Bytes", Hex(slot.bytes)}}, {}, {}, {}};
-  Node node = DescribeTiming(title, item);
-  node.Add("Sync", SyncText(slot));
+  if (VESA_GetDTD(&slot, &item.timing) != 0) {
+    Node node;
+    node.title = title;
+    node.AddBytes("Bytes", at.All());
+    return node;
+  }
+  Node node = DescribeTiming(title, item, {at(0, 2), at({2, 3, 4, 8, 9, 11}), at({5, 6, 7, 10, 11})});
+  node.Add("Sync", SyncText(slot), at(17));
   if (t.hImageSize != 0 || t.vImageSize != 0) {
-    node.Add("Image size", fmt::format("{} x {} mm", t.hImageSize, t.vImageSize));
+    node.Add("Image size", fmt::format("{} x {} mm", t.hImageSize, t.vImageSize), at(12, 3));
   }
   if (slot.bytes[15] != 0 || slot.bytes[16] != 0) {
-    node.Add("Border", fmt::format("{} pixels, {} lines", slot.bytes[15], slot.bytes[16]));
+    node.Add("Border", fmt::format("{} pixels, {} lines", slot.bytes[15], slot.bytes[16]), at(15, 2));
   }
+  node.AddRest(at);
   return node;
+}
+
+void AddChecksum(const std::string& name, std::span<const uint8_t> bytes, const ByteSource& at, Node& node) {
+  const bool isRight = GetChecksum(bytes.data(), static_cast<uint32_t>(bytes.size())) == bytes.back();
+  node.Add(name, ChecksumText(bytes), at(bytes.size() - 1)).isFault = !isRight;
 }
 
 Node DescribeBlock(const EdidBlock& block, unsigned index) {
   const std::span<const uint8_t> bytes(block.bytes, block.size);
+  const ByteSource at(bytes);
   Node node;
   node.title = fmt::format("Block {}: {}", index, BlockKindName(block));
-  if (block.type == EDID_BLOCK_UNKNOWN) node.Add("Tag", fmt::format("{:02x}", bytes[0]));
-  node.Add("Checksum", ChecksumText(bytes));
-  if (!DescribeContent(block, node)) node.Add("Bytes", Hex(bytes));
+  if (block.type == EDID_BLOCK_UNKNOWN) node.Add("Tag", fmt::format("{:02x}", bytes[0]), at(0));
+  AddChecksum("Checksum", bytes, at, node);
+  if (!DescribeContent(block, at, node)) node.AddBytes("Bytes", at.All());
+  // What is left is where a block has room for more, mostly zeros.
+  if (ByteVector rest = at.Rest(); std::any_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte != 0; })) {
+    node.AddBytes("Other bytes", std::move(rest));
+  }
   return node;
 }
 
@@ -99,7 +131,7 @@ Node DescribeImage(const Image& image) {
   Node node;
   node.title = fmt::format("{}: {}, {} {}, {} bytes", image.name(), image.IsEdid() ? "EDID" : "DisplayID",
                            blocks.size(), blocks.size() == 1 ? "block" : "blocks", size);
-  if (!image.firstBlockFaults().empty()) node.Add("Block 0 is wrong", image.firstBlockFaults());
+  if (!image.firstBlockFaults().empty()) node.Add("Block 0 is wrong", image.firstBlockFaults()).isFault = true;
   if (const auto count = OverrideCount(image)) {
     node.Add("Extension override", fmt::format("{} extensions by the HDMI Forum's override block", *count));
   }

@@ -8,10 +8,11 @@
 namespace reedid::tool {
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
-  const TextStyle style = StyleFor(options.color, streams);
+  TextStyle style = StyleFor(options.color, streams);
+  style.hex = options.hex;
   return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     const Node account = DescribeImage(image);
-    return options.json ? Answer{"", ToJson(account)} : Answer{ToText(account, style), {}};
+    return options.json ? Answer{"", ToJson(account, options.hex)} : Answer{ToText(account, style), {}};
   });
 }
 

@@ -2,22 +2,29 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
+#include "hex_text.h"
 #include "records.h"
 
 namespace reedid::tool {
 namespace {
 
 // A name that stands more than once becomes an array of its values.
-Json FieldsJson(const std::vector<Field>& fields) {
+void AddJson(const std::string& name, const std::string& value, Json& json) {
+  if (!json.contains(name)) {
+    json[name] = value;
+    return;
+  }
+  Json& there = json[name];
+  if (!there.is_array()) there = Json::array({there});
+  there.push_back(value);
+}
+
+Json TextJson(const std::vector<Field>& fields) {
   Json json = Json::object();
   for (const Field& field : fields) {
-    if (!json.contains(field.name)) {
-      json[field.name] = field.value;
-      continue;
-    }
-    Json& there = json[field.name];
-    if (!there.is_array()) there = Json::array({there});
-    there.push_back(field.value);
+    if (!field.value.empty()) AddJson(field.name, field.value, json);
   }
   return json;
 }
@@ -25,6 +32,23 @@ Json FieldsJson(const std::vector<Field>& fields) {
 void CollectItems(const Node& node, std::vector<TimingItem>& items) {
   items.insert(items.end(), node.timings.begin(), node.timings.end());
   for (const Node& child : node.children) CollectItems(child, items);
+}
+
+Json BytesJson(const std::vector<Field>& fields) {
+  Json json = Json::object();
+  for (const Field& field : fields) {
+    if (!field.bytes.empty()) AddJson(field.name, Hex(field.bytes), json);
+  }
+  return json;
+}
+
+// Zeros, or a line feed and blanks behind it, as the standards fill up.
+bool IsFilling(const ByteVector& bytes) {
+  const auto are = [](auto first, auto last, uint8_t value) {
+    return std::all_of(first, last, [value](uint8_t byte) { return byte == value; });
+  };
+  return are(bytes.begin(), bytes.end(), 0) ||
+         (bytes.front() == '\n' && are(bytes.begin() + 1, bytes.end(), uint8_t{' '}));
 }
 
 constexpr const char* kKindNames[] = {"detailed", "vic", "vic420", "formula", "other"};
@@ -46,18 +70,34 @@ std::vector<TimingItem> ItemsOf(const Node& root) {
   return items;
 }
 
-Node& Node::AddTiming(const std::string& name, const TimingItem& item, const std::string& more) {
-  Add(name, (IsKnown(item) ? TimingText(item.timing) : "not in the tables") + more);
+void Node::AddTiming(const std::string& name, const TimingItem& item, const std::string& more, ByteVector from) {
+  Add(name, (IsKnown(item) ? TimingText(item.timing) : "not in the tables") + more, std::move(from));
   if (IsKnown(item)) timings.push_back(item);
-  return *this;
 }
 
-Json ToJson(const Node& root) {
+Field& Node::AddBytes(const std::string& name, ByteVector from) {
+  std::string text = Hex(from);
+  return Add(name, std::move(text), std::move(from));
+}
+
+void Node::AddRest(const ByteSource& at) {
+  ByteVector rest = at.Rest();
+  if (rest.empty()) return;
+  if (IsFilling(rest)) {
+    Add("Unused", "", std::move(rest));
+  } else {
+    AddBytes("Other bytes", std::move(rest));
+  }
+}
+
+Json ToJson(const Node& root, bool hex) {
   Json json = {{"title", root.title}};
-  if (!root.fields.empty()) json["text"] = FieldsJson(root.fields);
+  if (hex && !root.bytes.empty()) json["titleBytes"] = Hex(root.bytes);
+  if (Json text = TextJson(root.fields); !text.empty()) json["text"] = std::move(text);
+  if (Json bytes = BytesJson(root.fields); hex && !bytes.empty()) json["bytes"] = std::move(bytes);
   if (!root.record.is_null()) json["record"] = root.record;
   for (const TimingItem& item : root.timings) json["timings"].push_back(ItemJson(item));
-  for (const Node& child : root.children) json["parts"].push_back(ToJson(child));
+  for (const Node& child : root.children) json["parts"].push_back(ToJson(child, hex));
   return json;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "byte_source.h"
 #include "timing_text.h"
 
 namespace reedid::tool {
@@ -14,8 +15,9 @@ using Json = nlohmann::ordered_json;
 
 struct Field {
   std::string name;
-  std::string value;
-  bool isFault = false;  // tells of something wrong with the data, which should stand out
+  std::string value;      // without one, the field only names what its bytes are
+  ByteVector bytes = {};  // what the value was made from
+  bool isFault = false;   // tells of something wrong with the data, which should stand out
 };
 
 struct Node {
@@ -24,9 +26,10 @@ struct Node {
   std::vector<Node> children;
   Json record;                      // what the fields were made from, by the field names of the library's record
   std::vector<TimingItem> timings;  // the timings that this node itself stands for
+  ByteVector bytes;                 // what the title was made from: header bytes
 
-  Field& Add(std::string name, std::string value) {
-    fields.push_back({std::move(name), std::move(value)});
+  Field& Add(std::string name, std::string value, ByteVector from = {}) {
+    fields.push_back({std::move(name), std::move(value), std::move(from)});
     return fields.back();
   }
   Node& Child(Node node) {
@@ -34,7 +37,11 @@ struct Node {
     return children.back();
   }
   // A field of its own for the timing, which is an item too.
-  Node& AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "");
+  void AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "", ByteVector from = {});
+  // A field whose value are the bytes themselves.
+  Field& AddBytes(const std::string& name, ByteVector from);
+  // What no field was made from: a value unless it is mere filling.
+  void AddRest(const ByteSource& at);
 };
 
 // Every timing of the tree, in its order.
@@ -43,6 +50,7 @@ std::vector<TimingItem> ItemsOf(const Node& root);
 struct TextStyle {
   size_t width = 100;  // characters of a line
   bool color = false;
+  bool hex = false;  // the bytes of each field beside it, those of a title behind it
 };
 
 /*
@@ -51,8 +59,9 @@ struct TextStyle {
  */
 std::string ToText(const Node& root, const TextStyle& style = {});
 
-// The same tree: "title", "text" (the fields), "record", "timings", "parts" (the children); docs/json.md.
-Json ToJson(const Node& root);
+// The same tree: "title", "text" (the fields), "record", "timings", "parts" (the children); with `hex`, also
+// "titleBytes" and "bytes" (those of the fields); docs/json.md.
+Json ToJson(const Node& root, bool hex = false);
 
 // A timing and what it is: "kind", "id", "ycc420Only", "refreshHz", "timing".
 Json ItemJson(const TimingItem& item);
