@@ -20,6 +20,11 @@ bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node);
 bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node);
 bool DescribeSection(const EdidBlock& block, const ByteSource& at, Node& node);
 
+// One of the four descriptors of a base block.
+Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource& at);
+// Standard timings; `at` has the two bytes of each from 0 on.
+void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node);
+
 // A stored checksum and whether it is right; the bytes end with it.
 void AddChecksum(const std::string& name, std::span<const uint8_t> bytes, const ByteSource& at, Node& node);
 
