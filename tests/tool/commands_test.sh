@@ -67,6 +67,18 @@ if command -v script >/dev/null; then
   colored out || fail 'an empty NO_COLOR took the colours away'
 fi
 
+# --- show: what identifies one unit is kept back
+cp tv-4k.bin wrong.bin
+poke wrong.bin 127 001
+expect 0 show wrong.bin
+has out 'Checksum  *01, wrong (must be 23)'
+has err 'checksum error'
+expect 0 show wrong.bin --private --hex
+has out 'Checksum  *wrong$'
+has out 'Serial number  *hidden$'
+has out 'Gamma  *78  '
+[ -s err ] && fail "show --private told the checksum: $(cat err)"
+
 # --- input that is none
 printf 'no EDID here' >prose.txt
 head -c 100 tv-4k.bin >cut.bin

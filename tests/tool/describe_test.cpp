@@ -221,6 +221,57 @@ TEST(Describe, EveryByteIsShown) {
   });
 }
 
+// A serial number in each place that can have one: byte for byte, or as text.
+TEST(Describe, PrivateHidesOneUnit) {
+  const ByteVector serial = {0xA1, 0xB2, 0xC3, 0xD4};
+  const ByteVector text = {'S', 'N', '7', '3', '9', '1', '\n'};
+  ByteVector product = {'A', 'B', 'C', 1, 2, 0xA1, 0xB2, 0xC3, 0xD4, 7, 8, 2, 'n', 'm'};
+  ByteVector descriptor = {0};
+  descriptor.insert(descriptor.end(), text.begin(), text.end());
+  ByteVector badDescriptor = descriptor;
+  badDescriptor[0] = 1;
+  ByteVector shortProduct = {1, 2, 3, 4, 5};
+  shortProduct.insert(shortProduct.end(), serial.begin(), serial.end());
+  ByteVector microsoft = {0x5C, 0x12, 0xCA, 3, 7};
+  microsoft.insert(microsoft.end(), serial.begin(), serial.end());
+  const struct {
+    const char* name;
+    Edid edid;
+  } cases[] = {
+      {"base block", Edid().Set(12, serial)},
+      {"descriptor", Edid().Descriptor(0xFF, descriptor)},
+      {"descriptor that is not decoded", Edid().Descriptor(0xFF, badDescriptor)},
+      {"product 1.x", Edid().Extension(Section().Block(0, 0, product))},
+      {"product 2.0", Edid().Extension(Section(0x20).Block(0x20, 0, product))},
+      {"product that is not decoded", Edid().Extension(Section(0x20).Block(0x20, 0, shortProduct))},
+      {"serial number block", Edid().Extension(Section().Block(0x0A, 0, text))},
+      {"tile", Edid().Extension(Section().Block(0x12, 0, serial))},
+      {"tile 2.0", Edid().Extension(Section(0x20).Block(0x28, 0, serial))},
+      {"ContainerID", Edid().Extension(Section(0x20).Block(0x29, 0, serial))},
+      {"ContainerID in a vendor block", Edid().Extension(Cta().Block(3, microsoft))},
+      {"section that does not open", Edid().Extension(Section(0).Block(0x0A, 0, serial))},
+      {"behind the data blocks", Edid().Extension(Cta().Vdb({16}).Block(0, serial))},
+  };
+  for (auto c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto tellsSerial = [](const std::string& output) {
+      for (const char* words : {"a1 b2", "c3 d4", "3569595041", "d4c3b2a1", "SN7391", "53 4e", "39 31"}) {
+        if (output.find(words) != output.npos) return true;
+      }
+      return false;
+    };
+    Node account;
+    CaptureDiagnostics([&] { account = DescribeImage(Image::FromBytes("x", c.edid.Build())); });
+    EXPECT_TRUE(tellsSerial(ToText(account, {100, false, true})) && tellsSerial(JsonText(ToJson(account))));
+    HidePrivate(account);
+    const Json json = ToJson(account, true);
+    EXPECT_FALSE(tellsSerial(ToText(account)) || tellsSerial(ToText(account, {100, false, true})));
+    EXPECT_FALSE(tellsSerial(JsonText(ToJson(account))) || tellsSerial(JsonText(json))) << JsonText(json);
+    EXPECT_TRUE(json["parts"][0]["record"]["checksum"].is_null());
+    EXPECT_EQ(json["parts"][0]["text"]["Checksum"], "right");
+  }
+}
+
 // JSON tells what the text tells, by the records' field names, and survives any byte of a text.
 TEST(Describe, Json) {
   const ByteVector bytes = Edid().Name("\xFF\"x").Extension(Cta().Vdb({0x90, 97}).Extended(14, {96})).Build();

@@ -12,6 +12,7 @@ struct ShowOptions {
   std::vector<std::string> inputs;
   std::string color = "auto";  // always, never
   bool hex = false;
+  bool hidePrivate = false;
   bool json = false;
 };
 Exit RunShow(const ShowOptions& options, Streams& streams);

@@ -25,7 +25,8 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
 // Standard timings; `at` has the two bytes of each from 0 on.
 void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node);
 
-// A stored checksum and whether it is right; the bytes end with it.
+// A stored checksum and whether it is right; the bytes end with it. From the other bytes and the checksum, one that is
+// hidden could be computed, so the checksum itself is private.
 void AddChecksum(const std::string& name, std::span<const uint8_t> bytes, const ByteSource& at, Node& node);
 
 // A detailed timing with its porches; as an EDID descriptor, also with sync, image size and border.

@@ -116,7 +116,7 @@ bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node) {
   node.Add("Version", fmt::format("EDID {}.{}", model->version, model->revision), at(18, 2));
   node.Add("Manufacturer", model->manufacturer, at(8, 2));
   node.Add("Product code", fmt::format("{0} ({0:#06x})", model->productCode), at(10, 2));
-  node.Add("Serial number", fmt::format("{0} ({0:#010x})", model->serialNumber), at(12, 4));
+  node.AddPrivate("Serial number", fmt::format("{0} ({0:#010x})", model->serialNumber), at(12, 4), "serialNumber");
   node.Add("Made", DateText(*model), at(16, 2));
   node.Add("Input", InputText(*model, block.bytes[20]), at(20));
   node.Add("Screen size", SizeText(*model), at(21, 2));

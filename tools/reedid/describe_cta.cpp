@@ -157,7 +157,8 @@ constexpr DataBlockKind kDataBlockKinds[] = {
 struct Vendor {
   unsigned oui;
   const char* name;
-  Renderer render;  // of the block with tag 3
+  Renderer render;         // of the block with tag 3
+  bool isPrivate = false;  // has a ContainerID
 };
 
 constexpr Vendor kVendors[] = {
@@ -166,7 +167,7 @@ constexpr Vendor kVendors[] = {
     {0x00D046, "Dolby", nullptr},
     {0x90848B, "HDR10+", nullptr},
     {0x00001A, "AMD", nullptr},
-    {0xCA125C, "Microsoft", nullptr},
+    {0xCA125C, "Microsoft", nullptr, true},
 };
 
 const Vendor* FindVendor(unsigned oui) {
@@ -207,6 +208,7 @@ Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model, const B
   if (isVendor || (isExtended && (entry.extTag == 1 || entry.extTag == 17))) {
     const Vendor* vendor = AddVendor(at, isVendor ? 1 : 2, node);
     if (vendor != nullptr && isVendor) render = vendor->render;
+    node.isPrivate = vendor != nullptr && vendor->isPrivate;
   }
   if (render != nullptr && render(entry, model, at, node)) {
     node.AddRest(at);

@@ -8,6 +8,8 @@
 namespace reedid::tool {
 namespace {
 
+constexpr uint8_t kSerialNumberTag = 0xFF;
+
 unsigned StandardHeight(const StdTiming& timing) {
   const unsigned width = timing.hactive;
   switch (timing.aspectRatio) {
@@ -142,7 +144,7 @@ struct DescriptorKind {
 };
 
 constexpr DescriptorKind kDescriptorKinds[] = {
-    {0xFF, "Serial number", DescribeText<VESA_GetSerialNumber>},
+    {kSerialNumberTag, "Serial number", DescribeText<VESA_GetSerialNumber>},
     {0xFE, "Text", DescribeText<VESA_GetDataString>},
     {0xFD, "Range limits", DescribeRange},
     {0xFC, "Product name", DescribeText<VESA_GetProductName>},
@@ -196,6 +198,7 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
   Node node;
   node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
   node.bytes = at(0, 5);
+  node.isPrivate = kind.tag == kSerialNumberTag;
   if (kind.describe != nullptr && kind.describe(model, slot, at, node)) {
     node.AddRest(at);
   } else {

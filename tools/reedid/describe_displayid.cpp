@@ -14,9 +14,10 @@ constexpr size_t kSectionHeader = 4;
 struct DataBlockKind {
   uint8_t tag;
   const char* name;
+  bool isPrivate = false;  // gives away one unit
 };
 
-// DisplayID 1.3, table 3-1; DisplayID 2.0, table 4-1. The two do not overlap.
+// DisplayID 1.3, table 3-1; DisplayID 2.0, table 4-1. The two do not overlap. A tile tells the serial number too.
 constexpr DataBlockKind kDataBlockKinds[] = {
     {0x00, "Product Identification"},
     {0x01, "Display Parameters"},
@@ -28,7 +29,7 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {0x07, "VESA Timing Standard"},
     {0x08, "CTA Timing Standard"},
     {0x09, "Video Timing Range Limits"},
-    {0x0A, "Product Serial Number"},
+    {0x0A, "Product Serial Number", true},
     {0x0B, "General Purpose ASCII String"},
     {0x0C, "Display Device Data"},
     {0x0D, "Interface Power Sequencing"},
@@ -36,7 +37,7 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {0x0F, "Display Interface"},
     {0x10, "Stereo Display Interface"},
     {0x11, "Type V Timing, Short"},
-    {0x12, "Tiled Display Topology"},
+    {0x12, "Tiled Display Topology", true},
     {0x13, "Type VI Timing, Detailed"},
     {0x20, "Product Identification"},
     {0x21, "Display Parameters"},
@@ -46,8 +47,8 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {0x25, "Dynamic Video Timing Range Limits"},
     {0x26, "Display Interface Features"},
     {0x27, "Stereo Display Interface"},
-    {0x28, "Tiled Display Topology"},
-    {0x29, "ContainerID"},
+    {0x28, "Tiled Display Topology", true},
+    {0x29, "ContainerID", true},
     {0x2A, "Type X Timing, Formula-based"},
     {0x2B, "Adaptive-Sync"},
     {0x2C, "AR/VR HMD"},
@@ -57,6 +58,11 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {0x7F, "Vendor-specific"},
     {0x81, "CTA DisplayID"},
 };
+
+// Has a serial number among other fields.
+bool IsProductId(uint8_t tag) {
+  return tag == 0x00 || tag == 0x20;
+}
 
 DataBlockKind KindOf(uint8_t tag) {
   for (const DataBlockKind& kind : kDataBlockKinds) {
@@ -86,11 +92,13 @@ Node DescribeDataBlock(const DispIdDataBlock& entry, const ByteSource& at) {
   Node node;
   node.title = fmt::format("{} ({:02x}), revision {}", kind.name, entry.tag, entry.revision);
   node.bytes = at(0, 3);
+  node.isPrivate = kind.isPrivate;
   if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags), at(1));
   if (DescribeSectionBlock(entry, at, node)) {
     node.AddRest(at);
   } else if (ByteVector rest = at.Rest(); !rest.empty()) {
     node.AddBytes("Bytes", std::move(rest));
+    node.isPrivate = kind.isPrivate || IsProductId(entry.tag);
   }
   return node;
 }

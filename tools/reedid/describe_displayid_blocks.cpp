@@ -117,7 +117,7 @@ bool DescribeProduct(const DispIdDataBlock& entry, const ByteSource& at, Node& n
   node.Add("Manufacturer", letters ? std::string(id, id + 3) : fmt::format("{:02x}-{:02x}-{:02x}", id[0], id[1], id[2]),
            at(3, 3));
   node.Add("Product code", fmt::format("{0} ({0:#06x})", r.productCode), at(6, 2));
-  node.Add("Serial number", fmt::format("{0} ({0:#010x})", r.serialNumber), at(8, 4));
+  node.AddPrivate("Serial number", fmt::format("{0} ({0:#010x})", r.serialNumber), at(8, 4), "serialNumber");
   node.Add("Made", r.week == 255 ? fmt::format("model year {}", r.year) : fmt::format("week {} of {}", r.week, r.year),
            at(12, 2));
   node.Add("Name", r.nameLength == 0 ? "none" : TextValue(name), at(14, 1u + r.nameLength));

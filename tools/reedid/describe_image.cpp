@@ -106,7 +106,9 @@ Node DescribeDtd(const std::string& title, const DtdSlot& slot, const ByteSource
 
 void AddChecksum(const std::string& name, std::span<const uint8_t> bytes, const ByteSource& at, Node& node) {
   const bool isRight = GetChecksum(bytes.data(), static_cast<uint32_t>(bytes.size())) == bytes.back();
-  node.Add(name, ChecksumText(bytes), at(bytes.size() - 1)).isFault = !isRight;
+  Field& field = node.Add(name, ChecksumText(bytes), at(bytes.size() - 1));
+  field.isFault = !isRight;
+  field.publicValue = isRight ? "right" : "wrong";
 }
 
 Node DescribeBlock(const EdidBlock& block, unsigned index) {
@@ -116,10 +118,11 @@ Node DescribeBlock(const EdidBlock& block, unsigned index) {
   node.title = fmt::format("Block {}: {}", index, BlockKindName(block));
   if (block.type == EDID_BLOCK_UNKNOWN) node.Add("Tag", fmt::format("{:02x}", bytes[0]), at(0));
   AddChecksum("Checksum", bytes, at, node);
-  if (!DescribeContent(block, at, node)) node.AddBytes("Bytes", at.All());
-  // What is left is where a block has room for more, mostly zeros.
+  node.privateKeys.push_back("checksum");
+  // Whole blocks of bytes may hold anything, and so may what is left, where a block has room for more, mostly zeros.
+  if (!DescribeContent(block, at, node)) node.AddBytes("Bytes", at.All()).publicValue = kHidden;
   if (ByteVector rest = at.Rest(); std::any_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte != 0; })) {
-    node.AddBytes("Other bytes", std::move(rest));
+    node.AddBytes("Other bytes", std::move(rest)).publicValue = kHidden;
   }
   return node;
 }
@@ -131,7 +134,11 @@ Node DescribeImage(const Image& image) {
   Node node;
   node.title = fmt::format("{}: {}, {} {}, {} bytes", image.name(), image.IsEdid() ? "EDID" : "DisplayID",
                            blocks.size(), blocks.size() == 1 ? "block" : "blocks", size);
-  if (!image.firstBlockFaults().empty()) node.Add("Block 0 is wrong", image.firstBlockFaults()).isFault = true;
+  if (!image.firstBlockFaults().empty()) {
+    Field& field = node.Add("Block 0 is wrong", image.firstBlockFaults());
+    field.isFault = true;
+    field.publicValue = "in its count byte or its checksum";
+  }
   if (const auto count = OverrideCount(image)) {
     node.Add("Extension override", fmt::format("{} extensions by the HDMI Forum's override block", *count));
   }

@@ -42,6 +42,7 @@ void AddShow(CLI::App& app, Command& chosen) {
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("--json", options->json, kJsonHelp);
   command->add_flag("--hex", options->hex, "the bytes beside each field");
+  command->add_flag("--private", options->hidePrivate, "hide serial numbers and what else tells one unit from another");
   command->add_option("--color", options->color, "auto: on a terminal, unless NO_COLOR is set")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->capture_default_str();

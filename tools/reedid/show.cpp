@@ -1,17 +1,40 @@
 // show: a readable account of everything in the image.
 
+#include <fmt/format.h>
+
+#include <sstream>
+
 #include "commands.h"
 #include "describe.h"
 #include "inputs.h"
 #include "terminal.h"
 
 namespace reedid::tool {
+namespace {
+
+// The library's warnings of wrong checksums tell what the account hides.
+void PrintWithoutChecksums(const std::string& diagnostics) {
+  std::istringstream lines(diagnostics);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find("checksum error") == line.npos) fmt::print("{}\n", line);
+  }
+}
+
+Node Describe(const Image& image, bool hidePrivate) {
+  if (!hidePrivate) return DescribeImage(image);
+  Node account;
+  PrintWithoutChecksums(CaptureDiagnostics([&] { account = DescribeImage(image); }));
+  HidePrivate(account);
+  return account;
+}
+
+}  // namespace
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
   TextStyle style = StyleFor(options.color, streams);
   style.hex = options.hex;
   return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
-    const Node account = DescribeImage(image);
+    const Node account = Describe(image, options.hidePrivate);
     return options.json ? Answer{"", ToJson(account, options.hex)} : Answer{ToText(account, style), {}};
   });
 }

@@ -90,6 +90,22 @@ void Node::AddRest(const ByteSource& at) {
   }
 }
 
+void HidePrivate(Node& root) {
+  for (Field& field : root.fields) {
+    if (!root.isPrivate && !field.publicValue) continue;
+    field.value = field.publicValue.value_or(kHidden);
+    field.bytes.clear();
+  }
+  for (const std::string& key : root.privateKeys) {
+    if (root.record.contains(key)) root.record[key] = nullptr;
+  }
+  if (root.isPrivate) root.record = nullptr;
+  for (Node& child : root.children) {
+    child.isPrivate = child.isPrivate || root.isPrivate;
+    HidePrivate(child);
+  }
+}
+
 Json ToJson(const Node& root, bool hex) {
   Json json = {{"title", root.title}};
   if (hex && !root.bytes.empty()) json["titleBytes"] = Hex(root.bytes);
