@@ -67,7 +67,14 @@ if command -v script >/dev/null; then
   colored out || fail 'an empty NO_COLOR took the colours away'
 fi
 
-# --- show: what identifies one unit is kept back
+# --- show: a maker's name from a file, and what identifies one unit is kept back
+printf '# makers\nREDX\tnot this one\nRED\tReed \033 Displays\n' >pnp.ids
+REEDID_PNP_IDS=pnp.ids expect 0 show tv-4k.bin
+has out 'Manufacturer  *RED (Reed \\x1b Displays)$'
+for file in '' missing.ids . /dev/zero; do
+  REEDID_PNP_IDS=$file expect 0 show tv-4k.bin
+  has out 'Manufacturer  *RED$'
+done
 cp tv-4k.bin wrong.bin
 poke wrong.bin 127 001
 expect 0 show wrong.bin

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "describe.h"
+#include "pnp_ids.h"
 #include "records.h"
 
 namespace reedid::tool {
@@ -114,7 +115,7 @@ bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node) {
   if (model == nullptr) return false;
   node.bytes = at(0, 8);
   node.Add("Version", fmt::format("EDID {}.{}", model->version, model->revision), at(18, 2));
-  node.Add("Manufacturer", model->manufacturer, at(8, 2));
+  node.Add("Manufacturer", MakerText(model->manufacturer), at(8, 2));
   node.Add("Product code", fmt::format("{0} ({0:#06x})", model->productCode), at(10, 2));
   node.AddPrivate("Serial number", fmt::format("{0} ({0:#010x})", model->serialNumber), at(12, 4), "serialNumber");
   node.Add("Made", DateText(*model), at(16, 2));

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "describe.h"
+#include "pnp_ids.h"
 #include "records.h"
 
 namespace reedid::tool {
@@ -114,7 +115,8 @@ bool DescribeProduct(const DispIdDataBlock& entry, const ByteSource& at, Node& n
   node.record = r;
   const auto* id = r.manufacturerId;
   const bool letters = !isOui && std::all_of(id, id + 3, [](uint8_t c) { return c >= 0x20 && c < 0x7F; });
-  node.Add("Manufacturer", letters ? std::string(id, id + 3) : fmt::format("{:02x}-{:02x}-{:02x}", id[0], id[1], id[2]),
+  node.Add("Manufacturer",
+           letters ? MakerText(std::string(id, id + 3)) : fmt::format("{:02x}-{:02x}-{:02x}", id[0], id[1], id[2]),
            at(3, 3));
   node.Add("Product code", fmt::format("{0} ({0:#06x})", r.productCode), at(6, 2));
   node.AddPrivate("Serial number", fmt::format("{0} ({0:#010x})", r.serialNumber), at(8, 4), "serialNumber");
