@@ -57,6 +57,9 @@ TEST(Describe, CtaDataBlocks) {
 }
 
 TEST(Describe, BaseBlock) {
+  ByteVector map(128);
+  map[0] = 0xF0;
+  map[1] = 0x02;
   const struct {
     const char* name;
     Edid edid;
@@ -74,6 +77,9 @@ TEST(Describe, BaseBlock) {
       {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "Text (fe)\n      Text  a\\x1b\n"},
       {"rates above 255", Edid().Descriptor(0xFD, {0x0E, 48, 1, 30, 45, 0xFF, 4}), "48 to 256 Hz\n"},
       {"analog composite sync", Edid().Set(54, {1, 0}), "Sync        analog composite\n"},
+      {"an unused descriptor", Edid().Descriptor(0x10, {0}), "Dummy (10)\n    Descriptor 2"},
+      {"a descriptor of bytes", Edid().Descriptor(0xFB, {0, 1}), "Color point (fb)\n      Bytes  01 00"},
+      {"block map", Edid().Extension(map).Extension(Cta()), "Block 2   02, CTA-861 extension\n  Block 2"},
       {"no timing at all", Edid().Set(54, {1, 0}), ": 0x0 0.000 Hz 0.010 MHz\n"},
   };
   for (const auto& c : cases) {

@@ -117,14 +117,19 @@ bool IsDerived(const Field& field) {
   return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) { return field.name == name; });
 }
 
+bool HasText(const Node& node) {
+  return std::any_of(node.fields.begin(), node.fields.end(), [](const Field& f) { return !f.value.empty(); });
+}
+
 bool HasReadableField(const Node& node) {
-  return std::any_of(node.fields.begin(), node.fields.end(), [](const Field& f) { return f.name != "Bytes"; });
+  return std::any_of(node.fields.begin(), node.fields.end(),
+                     [](const Field& f) { return !f.value.empty() && f.name != "Bytes"; });
 }
 
 // A path names a part by its title; parts of the same title are numbered. Parts that stand for timings are rows above.
 void CollectFields(const Node& node, const std::string& path, std::vector<Named>& fields) {
   if (node.timings.empty()) {
-    if (node.fields.empty() && node.children.empty()) fields.push_back({path, "there"});
+    if (!HasText(node) && node.children.empty()) fields.push_back({path, "there"});
     for (const Field& field : node.fields) {
       if (field.value.empty()) continue;
       const bool onlyBytes = field.name == "Bytes" && !HasReadableField(node);

@@ -128,7 +128,7 @@ bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSou
   }
   if (r.minLuminance != 0) {
     const double part = r.minLuminance / 255.0;
-    node.Add("Minimum", fmt::format("{:.3f} cd/m2", luminance(r.maxLuminance) * part * part / 100), at(6));
+    node.Add("Minimum", fmt::format("{:.3g} cd/m2", luminance(r.maxLuminance) * part * part / 100), at(6));
   }
   return true;
 }

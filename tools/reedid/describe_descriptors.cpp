@@ -133,10 +133,6 @@ bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, N
   return true;
 }
 
-bool DescribeDummy(const VesaBlock&, const DtdSlot&, const ByteSource&, Node&) {
-  return true;
-}
-
 struct DescriptorKind {
   uint8_t tag;
   const char* name;
@@ -153,7 +149,7 @@ constexpr DescriptorKind kDescriptorKinds[] = {
     {0xF9, "Display Color Management", nullptr},
     {0xF8, "CVT timing codes", DescribeCvtCodes},
     {0xF7, "Established timings III", DescribeEst3},
-    {0x10, "Dummy", DescribeDummy},
+    {0x10, "Dummy", nullptr},
 };
 
 DescriptorKind KindOf(uint8_t tag) {
@@ -199,11 +195,8 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
   node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
   node.bytes = at(0, 5);
   node.isPrivate = kind.tag == kSerialNumberTag;
-  if (kind.describe != nullptr && kind.describe(model, slot, at, node)) {
-    node.AddRest(at);
-  } else {
-    node.AddBytes("Bytes", at.Rest());
-  }
+  const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);
+  node.AddRest(at, decoded ? "Other bytes" : "Bytes");
   return node;
 }
 

@@ -11,10 +11,24 @@
 namespace reedid::tool {
 namespace {
 
-bool DescribeContent(const EdidBlock& block, const ByteSource& at, Node& node) {
+// EDID 1.4, 3.11: the tags of the blocks that follow, for as many as there are.
+bool DescribeMap(const EdidBlock& block, unsigned index, const ByteSource& at, Node& node) {
+  node.bytes = at(0);
+  for (unsigned i = 1; i + 1u < block.size; ++i) {
+    const unsigned tag = block.bytes[i];
+    if (tag == 0) continue;
+    const char* name = tag == 0x02 ? "CTA-861 extension" : tag == 0x70 ? "DisplayID extension" : "other";
+    node.Add(fmt::format("Block {}", index + i), fmt::format("{:02x}, {}", tag, name), at(i));
+  }
+  return true;
+}
+
+bool DescribeContent(const EdidBlock& block, unsigned index, const ByteSource& at, Node& node) {
   switch (block.type) {
     case EDID_BLOCK_VESA:
       return DescribeBase(block, at, node);
+    case EDID_BLOCK_MAP:
+      return DescribeMap(block, index, at, node);
     case EDID_BLOCK_CEA:
       return DescribeCta(block, at, node);
     case EDID_BLOCK_DISPID_FIRST:
@@ -120,7 +134,7 @@ Node DescribeBlock(const EdidBlock& block, unsigned index) {
   AddChecksum("Checksum", bytes, at, node);
   node.privateKeys.push_back("checksum");
   // Whole blocks of bytes may hold anything, and so may what is left, where a block has room for more, mostly zeros.
-  if (!DescribeContent(block, at, node)) node.AddBytes("Bytes", at.All()).publicValue = kHidden;
+  if (!DescribeContent(block, index, at, node)) node.AddBytes("Bytes", at.All()).publicValue = kHidden;
   if (ByteVector rest = at.Rest(); std::any_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte != 0; })) {
     node.AddBytes("Other bytes", std::move(rest)).publicValue = kHidden;
   }

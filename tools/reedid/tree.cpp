@@ -80,13 +80,13 @@ Field& Node::AddBytes(const std::string& name, ByteVector from) {
   return Add(name, std::move(text), std::move(from));
 }
 
-void Node::AddRest(const ByteSource& at) {
+void Node::AddRest(const ByteSource& at, const std::string& name) {
   ByteVector rest = at.Rest();
   if (rest.empty()) return;
   if (IsFilling(rest)) {
     Add("Unused", "", std::move(rest));
   } else {
-    AddBytes("Other bytes", std::move(rest));
+    AddBytes(name, std::move(rest));
   }
 }
 

@@ -52,7 +52,7 @@ struct Node {
   // A field whose value are the bytes themselves.
   Field& AddBytes(const std::string& name, ByteVector from);
   // What no field was made from: a value unless it is mere filling.
-  void AddRest(const ByteSource& at);
+  void AddRest(const ByteSource& at, const std::string& name = "Other bytes");
 };
 
 // Every timing of the tree, in its order.
