@@ -205,7 +205,7 @@ void CollectBytes(const Node& node, ByteVector& bytes) {
   for (const Node& child : node.children) CollectBytes(child, bytes);
 }
 
-// No byte hides: whichever bit is changed, the bytes that stand beside the fields are others.
+// No byte hides: whichever is changed, the bytes that stand beside the fields are others.
 TEST(Describe, EveryByteIsShown) {
   std::vector<ByteVector> images = {EveryDisplayIdBlock()};
   for (const Sample& sample : Samples()) images.push_back(sample.build());
@@ -217,11 +217,11 @@ TEST(Describe, EveryByteIsShown) {
   CaptureDiagnostics([&] {
     for (ByteVector& image : images) {
       const ByteVector before = shown(image);
-      for (size_t bit = 8 * 8; bit < image.size() * 8; ++bit) {
-        const auto mask = static_cast<uint8_t>(1u << bit % 8);
-        image[bit / 8] ^= mask;
-        EXPECT_NE(shown(image), before) << "byte " << bit / 8 << ", bit " << bit % 8;
-        image[bit / 8] ^= mask;
+      for (size_t i = 8; i < image.size(); ++i) {
+        const auto bit = static_cast<uint8_t>(1u << i % 8);
+        image[i] ^= bit;
+        EXPECT_NE(shown(image), before) << "byte " << i;
+        image[i] ^= bit;
       }
     }
   });
