@@ -50,8 +50,8 @@ REEDID_TO_JSON(Cea20ByteDtdRecord, flagBit3, extraBytes, preferred, timing)
 REEDID_TO_JSON(DispIdBlock, type, version, revision, productType, extensionCount, dataBlockCount, checksum,
                checksumValid, payloadUsed, sectionSize)
 REEDID_TO_JSON(DisplayParamsRecord, hImageSize, vImageSize, hPixels, vPixels, gammaX100, audio, separateAudio,
-               audioOverride, powerManagement, fixedTiming, fixedPixelFormat, supportsAI, aspectRatioX100,
-               nativeColorDepth, overallColorDepth)
+               audioOverride, powerManagement, fixedTiming, fixedPixelFormat, supportsAI, deinterlacing,
+               aspectRatioX100, nativeColorDepth, overallColorDepth)
 REEDID_TO_JSON(DisplayParams20Record, sizeIn1mm, hImageSize, vImageSize, hPixels, vPixels, features, redX, redY, greenX,
                greenY, blueX, blueY, whiteX, whiteY, maxLuminanceFull, maxLuminance10, minLuminance, colorDepth,
                technology, gammaX100)
