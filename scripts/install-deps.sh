@@ -8,11 +8,11 @@ case "${1:-tool}" in
   tool) ;;
   tests) packages="$packages libgtest-dev binutils dpkg-dev file" ;;
   ci) packages="$packages libgtest-dev binutils dpkg-dev file lintian clang clang-format" ;;
-  cross) packages="cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
-  fuzz) packages="g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
+  cross) packages="nlohmann-json3-dev cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
+  fuzz) packages="nlohmann-json3-dev g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
   bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;
   lint) packages="g++ cmake ninja-build clang-tidy" ;;
-  coverage) packages="g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
+  coverage) packages="nlohmann-json3-dev g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
   docs) packages="doxygen" ;;
   *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage|docs" >&2; exit 2 ;;
 esac

@@ -1,9 +1,12 @@
 // Bytes as tests build and compare them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace reedid::test {
@@ -29,6 +32,26 @@ inline ByteVector Concat(std::initializer_list<ByteVector> parts) {
   ByteVector all;
   for (const ByteVector& part : parts) all.insert(all.end(), part.begin(), part.end());
   return all;
+}
+
+// Bytes from text: "5F 01*31" are 32.
+inline ByteVector Hex(const std::string& text) {
+  ByteVector bytes;
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
+    const size_t times = word.size() > 2 ? std::stoul(word.substr(3)) : 1;
+    bytes.insert(bytes.end(), times, static_cast<uint8_t>(std::stoul(word.substr(0, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
+// The other way, 16 to a line, so that a difference shows.
+inline std::string HexOf(const ByteVector& bytes) {
+  std::string text;
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    text += {"0123456789ABCDEF"[bytes[i] >> 4], "0123456789ABCDEF"[bytes[i] & 15], i % 16 == 15 ? '\n' : ' '};
+  }
+  return text;
 }
 
 }  // namespace reedid::test

@@ -1,25 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstring>
-
-#include "reedid/vesa.h"
-#include "tests/support/bytes.h"
-#include "tests/support/log_capture.h"
+// The codecs of 18-byte descriptors: detailed timings and the display descriptors of the base block.
+#include "tests/support/codec.h"
 
 namespace reedid::test {
 namespace {
-
-DtdSlot Slot(uint8_t tag, const ByteVector& bytes4To17) {
-  DtdSlot slot = {tag, {0, 0, 0, tag}};
-  std::copy(bytes4To17.begin(), bytes4To17.end(), slot.bytes + 4);
-  return slot;
-}
-
-void ExpectSlot(const DtdSlot& slot, const DtdSlot& expected) {
-  EXPECT_EQ(slot.flag, expected.flag);
-  EXPECT_EQ(ByteVector(slot.bytes, slot.bytes + 18), ByteVector(expected.bytes, expected.bytes + 18));
-}
 
 VesaBlock Model(uint8_t revision, uint8_t continuousFreq = 1) {
   VesaBlock model = {};
@@ -29,248 +12,215 @@ VesaBlock Model(uint8_t revision, uint8_t continuousFreq = 1) {
   return model;
 }
 
-// Every getter, as one call that reads a slot into a buffer of its own.
-struct Getter {
-  std::string name;
-  uint8_t tag;
-  std::string kind;
-  int32_t (*get)(const DtdSlot*, void*);
-  size_t size;
-};
+template <uint8_t kRevision>
+int32_t GetRange(const DtdSlot* slot, RangeLimits* limits) {
+  const VesaBlock model = Model(kRevision);
+  return VESA_GetRangeLimits(&model, slot, limits);
+}
 
-const VesaBlock kModel14 = Model(4);
+template <uint8_t kRevision>
+int32_t SetRange(const RangeLimits* limits, DtdSlot* slot) {
+  const VesaBlock model = Model(kRevision, limits == nullptr || limits->gtfJ != 99);
+  return VESA_SetRangeLimits(&model, limits, slot);
+}
 
 template <auto Get>
-int32_t ReadText(const DtdSlot* slot, void* out) {
-  return Get(slot, static_cast<char*>(out), 14);
+int32_t GetText(const DtdSlot* slot, Json* json) {
+  const ExactBytes text(ByteVector(14, 0xEE));
+  auto* chars = reinterpret_cast<char*>(text.data());
+  const int32_t result = Get(slot, json == nullptr ? nullptr : chars, 14);
+  if (result == 0 && json != nullptr) *json = {{"text", std::string(chars)}};
+  return result;
 }
 
-template <class Record, auto Get>
-int32_t Read(const DtdSlot* slot, void* out) {
-  return Get(slot, static_cast<Record*>(out));
+template <auto Set>
+int32_t SetText(const Json* json, DtdSlot* slot) {
+  return Set(json == nullptr ? nullptr : json->value("text", std::string()).c_str(), slot);
 }
 
-int32_t ReadRangeLimits(const DtdSlot* slot, void* out) {
-  return VESA_GetRangeLimits(&kModel14, slot, static_cast<RangeLimits*>(out));
+int32_t GetSix(const DtdSlot* slot, Json* json) {
+  return GetRecords<StdTiming>(6, json, [&](StdTiming* timings) { return VESA_GetStandardTimings(slot, timings); });
 }
 
-const Getter kGetters[] = {
-    {"VESA_GetSerialNumber", 0xFF, "product serail number", ReadText<VESA_GetSerialNumber>, 14},
-    {"VESA_GetDataString", 0xFE, "alphanumeric data string", ReadText<VESA_GetDataString>, 14},
-    {"VESA_GetProductName", 0xFC, "product name string", ReadText<VESA_GetProductName>, 14},
-    {"VESA_GetRangeLimits", 0xFD, "range limits", ReadRangeLimits, sizeof(RangeLimits)},
-    {"VESA_GetStandardTimings", 0xFA, "standard timings indentifier", Read<StdTiming, VESA_GetStandardTimings>,
-     6 * sizeof(StdTiming)},
-    {"VESA_GetCvtTiming", 0xF8, "CVT 3 byte code", Read<VesaCvtRecord, VESA_GetCvtTiming>, sizeof(VesaCvtRecord)},
-    {"VESA_GetEst3Timing", 0xF7, "established Timing 3", Read<Est3Record, VESA_GetEst3Timing>, sizeof(Est3Record)},
-};
-
-TEST(Descriptors, GettersRefuseOtherSlotsAndLeaveTheOutput) {
-  for (const Getter& g : kGetters) {
-    SCOPED_TRACE(g.name);
-    const ByteVector before(g.size, 0xEE);
-    const ExactBytes out(before);
-    const auto check = [&](const DtdSlot* slot, void* to, const std::string& message) {
-      int32_t result = 0;
-      EXPECT_EQ(LogOf([&] { result = g.get(slot, to); }), message.empty() ? "" : Err(g.name, message));
-      EXPECT_EQ(result, message.empty() ? 0 : -1);
-      EXPECT_EQ(ByteVector(out.data(), out.data() + g.size) == before, !message.empty());
-    };
-    const DtdSlot good = Slot(g.tag, {});
-    check(nullptr, out.data(), "invalid parameters");
-    check(&good, nullptr, "invalid parameters");
-    for (unsigned at = 0; at < 5; ++at) {
-      if (g.tag == 0xFD && at == 4) continue;  // rate offsets
-      DtdSlot bad = good;
-      ++bad.bytes[at];
-      check(&bad, out.data(), "invalid " + g.kind + " descriptor");
-      bad.flag = 1;
-      check(&bad, out.data(), "invalid parameters");
-    }
-    check(&good, out.data(), "");
-  }
+int32_t SetSix(const Json* json, DtdSlot* slot) {
+  auto timings = RecordsOf<StdTiming>(json == nullptr ? Json() : *json);
+  timings.resize(6);
+  return VESA_SetStandardTimings(json == nullptr ? nullptr : timings.data(), slot);
 }
 
-TEST(Descriptors, SettersNeedTheirPointers) {
-  DtdSlot slot = {};
-  const RangeLimits limits = {};
-  LogOf([&] {
-    EXPECT_EQ(VESA_SetSerialNumber(nullptr, &slot) + VESA_SetSerialNumber("A", nullptr), -2);
-    EXPECT_EQ(VESA_SetRangeLimits(nullptr, &limits, &slot) + VESA_SetRangeLimits(&kModel14, nullptr, &slot), -2);
-    EXPECT_EQ(VESA_SetStandardTimings(nullptr, &slot) + VESA_SetCvtTiming(nullptr, &slot), -2);
-    EXPECT_EQ(VESA_SetEst3Timing(nullptr, &slot), -1);
-  });
-  ExpectSlot(slot, {});
-}
+#define CODEC(name, head, ...) \
+  { "VESA_Get" #name, "VESA_Set" #name, head, __VA_ARGS__ }
+#define RECORD(Record, get, set) GetRecord<Record, get, DtdSlot>, SetRecord<Record, set, DtdSlot>
+using SlotCodec = Codec<DtdSlot>;
+const SlotCodec kDtd = CODEC(DTD, "", RECORD(DtdTiming, VESA_GetDTD, VESA_SetDTD));
+const SlotCodec kSerial =
+    CODEC(SerialNumber, "00 00 00 FF", GetText<VESA_GetSerialNumber>, SetText<VESA_SetSerialNumber>);
+const SlotCodec kString = CODEC(DataString, "00 00 00 FE", GetText<VESA_GetDataString>, SetText<VESA_SetDataString>);
+const SlotCodec kName = CODEC(ProductName, "00 00 00 FC", GetText<VESA_GetProductName>, SetText<VESA_SetProductName>);
+const SlotCodec kRange13 = CODEC(RangeLimits, "00 00 00 FD", RECORD(RangeLimits, GetRange<3>, SetRange<3>));
+const SlotCodec kRange14 = CODEC(RangeLimits, "00 00 00 FD", RECORD(RangeLimits, GetRange<4>, SetRange<4>));
+const SlotCodec kStd = CODEC(StandardTimings, "00 00 00 FA", GetSix, SetSix);
+const SlotCodec kCvt = CODEC(CvtTiming, "00 00 00 F8", RECORD(VesaCvtRecord, VESA_GetCvtTiming, VESA_SetCvtTiming));
+const SlotCodec kEst3 = CODEC(Est3Timing, "00 00 00 F7", RECORD(Est3Record, VESA_GetEst3Timing, VESA_SetEst3Timing));
+#undef CODEC
+#undef RECORD
 
-TEST(Descriptors, TextsOfEveryLength) {
-  const std::string alphabet = "ABCDEFG IJKLMNOP";
-  for (size_t length = 0; length <= alphabet.size(); ++length) {
-    SCOPED_TRACE(length);
-    const std::string text = alphabet.substr(0, length);
-    const std::string kept = text.substr(0, 13);
-    std::string payload = kept + (length < 13 ? "\n" : "");
-    payload.resize(13, ' ');
-    DtdSlot slot;
-    std::memset(&slot, 0xEE, sizeof slot);
-    ASSERT_EQ(VESA_SetSerialNumber(text.c_str(), &slot), 0);
-    ExpectSlot(slot, Slot(0xFF, Concat({{0}, ByteVector(payload.begin(), payload.end())})));
-    const ExactBytes out(ByteVector(14, 0xEE));
-    auto* read = reinterpret_cast<char*>(out.data());
-    ASSERT_EQ(VESA_GetSerialNumber(&slot, read, out.size()), 0);
-    EXPECT_EQ(read, kept);
-    LogOf([&] { EXPECT_EQ(VESA_GetSerialNumber(&slot, read, 13), -1); });
-  }
-  DtdSlot data, product;
-  EXPECT_EQ(VESA_SetDataString("x", &data) + VESA_SetProductName("x", &product), 0);
-  EXPECT_EQ(data.flag, 0xFE);
-  EXPECT_EQ(product.flag, 0xFC);
-}
-
-RangeLimits Limits(uint16_t minV, uint16_t maxV, uint16_t minH, uint16_t maxH, uint8_t formula) {
-  RangeLimits limits = {};
-  limits.minVRate = minV, limits.maxVRate = maxV, limits.minHRate = minH, limits.maxHRate = maxH;
-  limits.maxPixelClock = 600000;
-  limits.timingFormula = formula;
-  return limits;
-}
-
-// Writes the limits, expects these bytes, reads them back and expects what `back` writes.
-void CheckRangeLimits(const VesaBlock& model, const RangeLimits& limits, const ByteVector& payload,
-                      const RangeLimits& back, const std::string& log = "") {
-  SCOPED_TRACE(testing::PrintToString(payload));
-  DtdSlot slot, again, expected;
-  RangeLimits read;
-  std::memset(&slot, 0xEE, sizeof slot);
-  std::memset(&read, 0xEE, sizeof read);
-  int32_t result = -1;
-  EXPECT_EQ(LogOf([&] { result = VESA_SetRangeLimits(&model, &limits, &slot); }), log);
-  EXPECT_EQ(result, 0);
-  ExpectSlot(slot, Slot(0xFD, payload));
-  EXPECT_EQ(VESA_GetRangeLimits(&model, &slot, &read), 0);
-  LogOf([&] { VESA_SetRangeLimits(&model, &read, &again), VESA_SetRangeLimits(&model, &back, &expected); });
-  ExpectSlot(again, expected);
-}
-
-TEST(Descriptors, RangeLimitsOffsetRatesIn14Only) {
-  const VesaBlock v13 = Model(3);
-  const auto check = [](const VesaBlock& model, const RangeLimits& limits, const ByteVector& payload) {
-    CheckRangeLimits(model, limits, payload, limits);
+TEST(Descriptors, PlaceEachBit) {
+  const std::string rates = "?:8 minVRate:8 maxVRate:8 minHRate:8 maxHRate:8 maxPixelClock:8*10000 ?:8 ";
+  const std::string gtf = rates + "-:8 gtfStartFreq:8*2 - gtfC:7 gtfM:16 gtfK:8 - gtfJ:7";
+  const std::string cvt = rates +
+                          "cvtVersionMinor:4 cvtVersionMajor:4 cvtMaxHactive:2@2048 cvtClockPrecision:6*250 "
+                          "cvtMaxHactive:8*8 -:3 cvtAspect/3 cvtAspect/1 cvtAspect/5 cvtAspect/4 cvtAspect/2 "
+                          "-:3 cvtStandardBlanking cvtReducedBlanking ?:3 -:4 vStretch vShrink hStretch hShrink "
+                          "preferredRefresh:8";
+  const BitsRow<DtdSlot> rows[] = {
+      {kDtd, "01 00*16 18", 0, "",
+       "? pixelClock:15*10@2 hactive:8 hblank:8 hblank:4@256 hactive:4@256 vactive:8 vblank:8 vblank:4@256 "
+       "vactive:4@256 hfrontPorch:8 hsyncWidth:8 vsyncWidth:4 vfrontPorch:4 vsyncWidth:2@16 vfrontPorch:2@16 "
+       "hsyncWidth:2@256 hfrontPorch:2@256 hImageSize:8 vImageSize:8 vImageSize:4@256 hImageSize:4@256 -:16 - "
+       "hsyncPositive vsyncPositive -:4 interlaced"},
+      {kRange13, "00*6 02 00*7", 0, "", gtf},
+      {kRange14, "00*6 02 00*7", 0, "", gtf},
+      {kRange14, "00*6 04 00*7", 0, "", cvt},
+      {kCvt, "00*4 01 00*9", 1, "codes/0/",
+       "?:8 lines:8*2 -:2 ?:2 lines:4@512 ? rate85 rate75 rate60 rate50 ?:2 - ?:72"},
+      {kEst3, "00*14", 1, "", "version:8 flags/#:48 -:48"},
   };
-  check(kModel14, Limits(48, 300, 30, 256, 3), {0x0A, 48, 45, 30, 1, 60, 1});
-  check(kModel14, Limits(256, 510, 300, 400, 0), {0x0F, 1, 255, 45, 145, 60, 0});
-  check(kModel14, Limits(255, 255, 255, 255, 3), {0, 255, 255, 255, 255, 60, 1});
-  CheckRangeLimits(kModel14, Limits(300, 200, 300, 200, 3), {0, 44, 200, 44, 200, 60, 1}, Limits(44, 200, 44, 200, 3));
-  CheckRangeLimits(v13, Limits(48, 300, 30, 300, 3), {0, 48, 44, 30, 44, 60, 1}, Limits(48, 44, 30, 44, 3));
+  for (const auto& row : rows) CheckBits(row);
+}
 
-  // Only with the maximum's flag does the minimum's mean anything; unknown kinds read as default GTF.
-  RangeLimits read;
-  DtdSlot slot = Slot(0xFD, {0x05, 44, 45, 30, 80, 0, 3, 9, 9, 9, 9, 9, 9, 9});
-  ASSERT_EQ(VESA_GetRangeLimits(&kModel14, &slot, &read), 0);
-  EXPECT_EQ(read.minVRate + read.minHRate, 74);
-  EXPECT_EQ(read.timingFormula + read.gtfC + read.preferredRefresh, 0);
-  slot.bytes[4] = 0x02;
-  const VesaBlock* models[] = {&kModel14, &v13};
-  for (const VesaBlock* model : models) {
-    ASSERT_EQ(VESA_GetRangeLimits(model, &slot, &read), 0);
-    EXPECT_EQ(read.maxVRate, model == &v13 ? 45 : 300);
+TEST(Descriptors, ReadAndWriteBack) {
+  const std::string head = "3A 80 18 71 38 2D 40 58 2C 45 00 40 84 63 00 00 ";  // 1080p60, from its second byte
+  const std::string fields =
+      "hactive=1920 hblank=280 hfrontPorch=88 hsyncWidth=44 vactive=1080 vblank=45 vfrontPorch=4 vsyncWidth=5 "
+      "hImageSize=1600 vImageSize=900 aspectRatio=8 ";
+  const std::string b1E = "02 " + head + "1E", b1A = "02 " + head + "1A", bFD = "02 " + head + "FD",
+                    b9C = "02 " + head + "9C", b16 = "02 " + head + "16", b0E = "02 " + head + "0E",
+                    b18 = "02 " + head + "18", f = fields + "pixelClock=148500 frameRate=60 ",
+                    both = f + "hsyncPositive vsyncPositive", h = f + "hsyncPositive",
+                    v = f + "interlaced vsyncPositive";
+  const ReadRow<DtdSlot> rows[] = {
+      {kDtd, b1E, both},
+      {kDtd, b1A, h},
+      {kDtd, bFD, v, b9C},  // stereo bits
+      {kDtd, b16, f, b18},  // composite: nothing is known of the polarities
+      {kDtd, b0E, f, b18},
+      // The rate is rounded, in 8 bits, and 0 without a total.
+      {kDtd, "C1 39 80 18 71 38 2D 40 00*9 18",
+       "pixelClock=147850 hactive=1920 hblank=280 vactive=1080 vblank=45 aspectRatio=8 frameRate=60"},
+      {kDtd, "02 3A 80 18 71 01 00*11 18",
+       "pixelClock=148500 hactive=1920 hblank=280 vactive=1 aspectRatio=8 frameRate=0xAC"},
+      {kDtd, "02 3A 80 18 71 00*12 18", "pixelClock=148500 hactive=1920 hblank=280 aspectRatio=8"},
+      {kDtd, "02 3A 00*3 38 2D 40 00*9 18", "pixelClock=148500 vactive=1080 vblank=45 aspectRatio=8"},
+      {kSerial, "00 41 42 0A 20*10", "text=AB"},
+      {kString, "00 41*13", "text=AAAAAAAAAAAAA"},
+      {kName, "00 41*12 0A", "text=AAAAAAAAAAAA"},
+      {kName, "00 0A 41*12", "text=", "00 0A 20*12"},
+      // A rate above 255 has an offset in 1.4, that of the minimum only with that of the maximum.
+      {kRange14, "0A 30 2D 1E 01 3C 01",
+       "minVRate=48 maxVRate=300 minHRate=30 maxHRate=256 maxPixelClock=600000 timingFormula=3"},
+      {kRange14, "0F 01 FF 2D 91 3C 00", "minVRate=256 maxVRate=510 minHRate=300 maxHRate=400 maxPixelClock=600000"},
+      {kRange14, "05 2C 2D 1E 50 00 03 09*7", "minVRate=44 maxVRate=45 minHRate=30 maxHRate=80", "00 2C 2D 1E 50"},
+      {kRange13, "0F 2C 2D 1E 50 00 01", "minVRate=44 maxVRate=45 minHRate=30 maxHRate=80 timingFormula=3",
+       "00 2C 2D 1E 50 00 01"},
+      {kRange13, "00*6 04 FF*7", "timingFormula=2", "00*6 04"},
+      {kRange14, "00*6 04 00*4 E0 00 00", "timingFormula=2 cvtPreferredAspect=1", "00*6 04 00*4 60 00 00"},
+      {kRange14, "00*6 04 00*4 20 00 00", "timingFormula=2 cvtPreferredAspect=4"},
+      {kRange14, "00*6 04 00*4 40 00 00", "timingFormula=2 cvtPreferredAspect=5"},
+      // The getter reads six bits of the rate, the setter writes five.
+      {kStd, "00 D1 C0 81 9F 01 01 61 40 95 19 00 FF",
+       "0/valid 0/frameRate=60 0/hactive=1920 0/aspectRatio=4 1/valid 1/frameRate=91 1/hactive=1280 1/aspectRatio=1 "
+       "3/valid 3/frameRate=60 3/hactive=1024 3/aspectRatio=2 4/valid 4/frameRate=85 4/hactive=1440 4/aspectRatio=5 "
+       "5/valid 5/frameRate=123 5/hactive=248 5/aspectRatio=4",
+       "00 D1 C0 81 9F 01 01 61 40 95 19 00 DF"},
+      {kCvt, "00 01 1B 24 39 00*3 FF FC 62 7F 18 04",
+       "version codes/0/lines=1080 codes/0/aspectRatio=4 codes/0/preferredRate=60 codes/0/rate50 codes/0/rate60 "
+       "codes/0/rate60rb codes/2/lines=8192 codes/2/aspectRatio=3 codes/2/preferredRate=85 codes/2/rate85 "
+       "codes/3/lines=768 codes/3/aspectRatio=5 codes/3/preferredRate=50 codes/3/rate75"},
+      {kCvt, "00 01 7F 10 44",
+       "version codes/0/lines=768 codes/0/aspectRatio=2 codes/0/preferredRate=75 codes/0/rate75"},
+  };
+  for (const auto& row : rows) CheckRead(row);
+}
+
+TEST(Descriptors, WriteWhatFits) {
+  const WriteRow<DtdSlot> rows[] = {
+      {kDtd, "pixelClock=148505 interlaced=3 vsyncPositive=2 hsyncPositive=0xFF", "02 3A 00*15 9A"},
+      {kDtd, "pixelClock=655359", "FF FF 00*15 18"},
+      {kDtd, "pixelClock=9 frameRate=60 hactive=1920 vactive=1080", "00", "!invalid timing: 1920x1080@60 9KHz"},
+      {kDtd, "pixelClock=655360 frameRate=50", "00", "!invalid timing: 0x0@50 655360KHz"},
+      {kDtd, "pixelClock=4000000000 hactive=10000 vactive=4000", "00",
+       "!invalid timing: 10000x4000@34464 4000000000KHz"},
+      {kDtd, "", "00", "!invalid timing: 0x0@0 0KHz"},
+      {kSerial, "text=ABCDEFGHIJKLMN", "00 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D"},
+      {kRange14, "minVRate=300 maxVRate=200 minHRate=300 maxHRate=200 timingFormula=3", "00 2C C8 2C C8 00 01"},
+      {kRange14, "maxVRate=255 maxHRate=255 timingFormula=3", "00 00 FF 00 FF 00 01"},
+      {kRange14, "maxVRate=256 maxHRate=256 minVRate=255 minHRate=255 timingFormula=3", "0A FF 01 FF 01 00 01"},
+      {kRange13, "maxVRate=300 maxHRate=300 timingFormula=3", "00 00 2C 00 2C 00 01"},
+      {kRange14, "maxPixelClock=609999 timingFormula=7", "00*5 3C 01", "invalid timing formula: 7"},
+      // Continuous frequencies are not supported.
+      {kRange14, "timingFormula=3 gtfJ=99", "00*6 01"},
+      {kRange14, "timingFormula=2 gtfJ=99", "00*6 04", "?please set supportGTF"},
+      {kRange14, "timingFormula=2 cvtPreferredAspect=3", "00*6 04 00*4 80"},
+      {kStd, "0/valid 0/frameRate=92 0/hactive=1024 0/aspectRatio=2 1/valid 1/frameRate=59 1/hactive=248",
+       "00 61 40 00 DF 01 01 01 01 01 01 01 01",
+       "invalid std hactive: 248|invalid std refresd rate: 59|invalid std aspect ratio: 0"},
+      {kCvt,
+       "version codes/0/lines=1 codes/0/aspectRatio=1 codes/0/preferredRate=50 codes/1/lines=2 "
+       "codes/1/preferredRate=70",
+       "00 01 FF F4 00 00 04", "!invalid aspect ratio: 1|invalid aspect ratio: 0|invalid preferred frame rate: 70"},
+  };
+  for (const auto& row : rows) CheckWrite(row);
+  CheckLimits<DtdSlot>({kDtd, "pixelClock=20 frameRate=7",
+                        "pixelClock 10 655359 hactive 0 4095 hblank 0 4095 vactive 0 4095 vblank 0 4095 hfrontPorch 0 "
+                        "1023 hsyncWidth 0 1023 vfrontPorch 0 63 vsyncWidth 0 63 hImageSize 0 4095 vImageSize 0 4095"});
+}
+
+TEST(Descriptors, RefuseOtherSlotsAndLeaveTheOutput) {
+  const struct {
+    const SlotCodec& codec;
+    const char* kind;  // null: a timing, which has no tag
+  } rows[] = {
+      {kDtd, nullptr},
+      {kSerial, "product serail number"},
+      {kString, "alphanumeric data string"},
+      {kName, "product name string"},
+      {kRange14, "range limits"},
+      {kStd, "standard timings indentifier"},
+      {kCvt, "CVT 3 byte code"},
+      {kEst3, "established Timing 3"},
+  };
+  for (const auto& [codec, kind] : rows) {
+    SCOPED_TRACE(codec.getter);
+    const Held<DtdSlot> good(BlockOf(codec, Hex(kind == nullptr ? "01" : "")));
+    Json record = Json::object();
+    const auto refuses = [&, &codec = codec](const DtdSlot* slot, Json* to, const std::string& message) {
+      EXPECT_EQ(LogOf([&] { EXPECT_EQ(codec.get(slot, to), -1); }), Err(codec.getter, message));
+    };
+    refuses(nullptr, &record, "invalid parameters");
+    refuses(&good, nullptr, "invalid parameters");
+    for (unsigned at = 0; at < 5; ++at) {
+      DtdSlot bad = good;
+      bad.flag = kind == nullptr ? uint8_t{2} : uint8_t{1};
+      refuses(&bad, &record, "invalid parameters");
+      bad.flag = good.flag;
+      ++bad.bytes[at];
+      if (kind == nullptr || (&codec == &kRange14 && at == 4)) continue;  // rate offsets
+      refuses(&bad, &record, "invalid " + std::string(kind) + " descriptor");
+    }
+    Blank<DtdSlot> target;
+    EXPECT_EQ(LogOf([&, &codec = codec] { EXPECT_EQ(codec.set(nullptr, &target) + codec.set(&record, nullptr), -2); }),
+              Err(codec.setter, "invalid parameters") + Err(codec.setter, "invalid parameters"));
+    EXPECT_TRUE(target.Untouched());
   }
-}
-
-TEST(Descriptors, RangeLimitsOfEveryFormula) {
-  const std::string name = "VESA_SetRangeLimits";
-  const RangeLimits only = Limits(48, 75, 30, 80, 3);
-  RangeLimits cut = only;
-  cut.maxPixelClock = 609999;
-  CheckRangeLimits(Model(4, 0), cut, {0, 48, 75, 30, 80, 60, 1}, only);
-  cut.timingFormula = 7;
-  CheckRangeLimits(Model(4, 0), cut, {0, 48, 75, 30, 80, 60, 1}, only, Err(name, "invalid timing formula: 7"));
-
-  RangeLimits gtf = Limits(48, 75, 30, 80, 1);
-  gtf.gtfStartFreq = 90, gtf.gtfM = 0x1234, gtf.gtfC = 40, gtf.gtfK = 128, gtf.gtfJ = 20;
-  CheckRangeLimits(Model(3), gtf, {0, 48, 75, 30, 80, 60, 2, 0, 45, 80, 0x34, 0x12, 128, 40}, gtf);
-
-  RangeLimits cvt = Limits(48, 75, 30, 80, 2);
-  CheckRangeLimits(kModel14, cvt, {0, 48, 75, 30, 80, 60, 4}, cvt);
-  cvt.cvtVersionMajor = 1, cvt.cvtVersionMinor = 2, cvt.cvtClockPrecision = 63 * 250, cvt.cvtMaxHactive = 1023 * 8;
-  cvt.cvtAspect[1] = cvt.cvtAspect[3] = cvt.cvtAspect[5] = cvt.hShrink = cvt.vShrink = 1;
-  cvt.cvtPreferredAspect = ASPECT_5_4, cvt.cvtReducedBlanking = 1, cvt.preferredRefresh = 60;
-  CheckRangeLimits(kModel14, cvt, {0, 48, 75, 30, 80, 60, 4, 0x12, 0xFF, 0xFF, 0x38, 0x70, 0xA0, 60}, cvt);
-  CheckRangeLimits(Model(3), cvt, {0, 48, 75, 30, 80, 60, 4}, Limits(48, 75, 30, 80, 2));
-
-  cvt = Limits(48, 75, 30, 80, 2);
-  cvt.cvtMaxHactive = 3840, cvt.cvtPreferredAspect = ASPECT_5_3, cvt.cvtStandardBlanking = 1;
-  cvt.cvtAspect[2] = cvt.cvtAspect[4] = cvt.hStretch = cvt.vStretch = 1;
-  RangeLimits back = cvt;
-  back.cvtPreferredAspect = ASPECT_4_3;
-  CheckRangeLimits(Model(4, 0), cvt, {0, 48, 75, 30, 80, 60, 4, 0, 0x01, 0xE0, 0xC0, 0x88, 0x50}, back,
-                   Warn(name, "please set supportGTF"));
-}
-
-TEST(Descriptors, StandardTimingsKeepFiveBitsOfTheRate) {
-  const std::string name = "VESA_SetStandardTimings";
-  const StdTiming timings[6] = {{1, 60, 1920, ASPECT_16_9}, {1, 91, 1280, ASPECT_5_4},   {0, 9, 9, 9},
-                                {1, 92, 1024, ASPECT_4_3},  {1, 85, 1440, ASPECT_16_10}, {1, 59, 248, ASPECT_1_1}};
-  const StdTiming back[6] = {{1, 60, 1920, ASPECT_16_9}, {1, 91, 1280, ASPECT_5_4},   {},
-                             {1, 60, 1024, ASPECT_4_3},  {1, 85, 1440, ASPECT_16_10}, {1, 91, 248, ASPECT_16_9}};
+  char text[13];
+  const Held<DtdSlot> name(Hex("00 00 00 FC 00*14"));
+  Quietly([&] { EXPECT_EQ(VESA_GetProductName(&name, text, 13), -1); });
   DtdSlot slot;
-  StdTiming read[6];
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_SetStandardTimings(timings, &slot), 0); }),
-            Err(name, "invalid std hactive: 248") + Err(name, "invalid std refresd rate: 59") +
-                Err(name, "invalid std aspect ratio: 0"));
-  ExpectSlot(slot, Slot(0xFA, {0, 0xD1, 0xC0, 0x81, 0x9F, 0x01, 0x01, 0x61, 0x40, 0x95, 0x19, 0x00, 0xDF}));
-  ASSERT_EQ(VESA_GetStandardTimings(&slot, read), 0);
-  for (unsigned i = 0; i < 6; ++i) {
-    EXPECT_EQ(read[i].valid, back[i].valid) << i;
-    EXPECT_EQ(read[i].frameRate, back[i].frameRate) << i;
-    EXPECT_EQ(read[i].hactive, back[i].hactive) << i;
-    EXPECT_EQ(read[i].aspectRatio, back[i].aspectRatio) << i;
-  }
-  slot.bytes[6] = 0xFF;  // the getter reads six bits
-  ASSERT_EQ(VESA_GetStandardTimings(&slot, read), 0);
-  EXPECT_EQ(read[0].frameRate, 123);
-}
-
-TEST(Descriptors, CvtCodesOfEveryAspectAndRate) {
-  VesaCvtRecord record = {1,
-                          {{1080, ASPECT_16_9, 60, 1, 1, 0, 0, 1},
-                           {},
-                           {8192, ASPECT_5_3, 85, 0, 0, 0, 1, 0},
-                           {768, ASPECT_4_3, 75, 0, 0, 1, 0, 0}}};
-  DtdSlot slot;
-  VesaCvtRecord read;
-  ASSERT_EQ(VESA_SetCvtTiming(&record, &slot), 0);
-  ExpectSlot(slot, Slot(0xF8, {0, 1, 0x1B, 0x24, 0x39, 0, 0, 0, 0xFF, 0xFC, 0x62, 0x7F, 0x10, 0x44}));
-  ASSERT_EQ(VESA_GetCvtTiming(&slot, &read), 0);
-  EXPECT_EQ(read.codes[1].lines + read.codes[1].aspectRatio + read.codes[1].preferredRate, 0);
-  EXPECT_EQ(read.codes[2].lines, 8192);
-  DtdSlot again;
-  ASSERT_EQ(VESA_SetCvtTiming(&read, &again), 0);
-  ExpectSlot(again, slot);
-
-  const std::string name = "VESA_SetCvtTiming";
-  record.codes[1] = {1, ASPECT_16_10, 50, 0, 0, 0, 0, 0};
-  record.codes[2].aspectRatio = ASPECT_5_4;
-  record.codes[2].preferredRate = 70;
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_SetCvtTiming(&record, &slot), -1); }),
-            Err(name, "invalid aspect ratio: 1") + Err(name, "invalid preferred frame rate: 70"));
-  ExpectSlot(slot, Slot(0xF8, {0, 1, 0x1B, 0x24, 0x39, 0xFF, 0xF8, 0, 0xFF, 0xF4}));
-}
-
-TEST(Descriptors, EstablishedTimingsIiiBitByBit) {
-  for (unsigned i = 0; i < 48; ++i) {
-    Est3Record record = {10, {}};
-    Est3Record read;
-    ByteVector payload(14);
-    payload[1] = 10;
-    payload[2 + i / 8] = static_cast<uint8_t>(1u << i % 8);
-    record.flags[i] = 1;
-    DtdSlot slot;
-    ASSERT_EQ(VESA_SetEst3Timing(&record, &slot), 0);
-    ExpectSlot(slot, Slot(0xF7, payload));
-    ASSERT_EQ(VESA_GetEst3Timing(&slot, &read), 0);
-    EXPECT_EQ(std::memcmp(&read, &record, sizeof read), 0) << i;
-  }
+  RangeLimits limits = {};
+  Quietly([&] {
+    EXPECT_EQ(VESA_SetRangeLimits(nullptr, &limits, &slot) + VESA_GetRangeLimits(nullptr, &slot, &limits), -2);
+  });
 }
 
 }  // namespace

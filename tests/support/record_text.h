@@ -1,0 +1,54 @@
+// The library's records as text, so that a test's expectation is one string: the fields that are not 0, in the order of
+// their names, a 1 without its value. "BT2020RGB metadataProfiles=5", "nativeVic=16 vics=16,31", "timing/hactive=1920".
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <type_traits>
+
+#include "reedid/reedid.h"
+
+// Next to the way into JSON that the list of records gives, the way back. A field that is not named stays.
+#define REEDID_FROM_JSON(field) \
+  if (json.contains(#field)) reedid::test::Assign(json.at(#field), record.field);
+#define REEDID_TO_JSON(Type, ...)                                            \
+  template <class JsonObject>                                                \
+  void to_json(JsonObject& nlohmann_json_j, const Type& nlohmann_json_t) {   \
+    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_TO, __VA_ARGS__)) \
+  }                                                                          \
+  inline void FromJson(const nlohmann::json& json, Type& record) {           \
+    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(REEDID_FROM_JSON, __VA_ARGS__)) \
+  }
+
+namespace reedid::test {
+
+using Json = nlohmann::json;
+
+template <class T>
+void Assign(const Json& json, T& field) {
+  if (json.is_null()) return;
+  if constexpr (std::is_array_v<T>) {
+    for (size_t i = 0; i < json.size() && i < std::size(field); ++i) Assign(json[i], field[i]);
+  } else if constexpr (std::is_class_v<T>) {
+    FromJson(json, field);
+  } else {
+    field = static_cast<T>(json.get<int64_t>());
+  }
+}
+
+std::string ToText(const Json& record);
+Json FromText(const std::string& text);
+
+}  // namespace reedid::test
+
+#include "tools/reedid/records.h"
+
+inline void FromJson(const nlohmann::json& json, VdbRecord& record) {
+  REEDID_FROM_JSON(nativeVic)
+  REEDID_FROM_JSON(vicCount)
+  REEDID_FROM_JSON(vics)
+}
+inline void FromJson(const nlohmann::json& json, Vic420Record& record) {
+  REEDID_FROM_JSON(vicCount)
+  REEDID_FROM_JSON(vics)
+}
