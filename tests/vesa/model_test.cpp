@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "tests/support/codec.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
 #include "tests/support/log_capture.h"
@@ -22,80 +23,66 @@ ByteVector Generated(const VesaBlock& model) {
   return out.storage;
 }
 
-TEST(BaseBlock, DecodesEachField) {
-  struct Case {
-    const char* name;
-    uint8_t revision;
-    size_t at;
-    ByteVector bytes;
-    std::function<unsigned(const VesaBlock&)> field;
-    unsigned value;
+// All zero but for the letters of the maker and the version: each bit is one field's, or none's.
+TEST(BaseBlock, PlacesEachBit) {
+  const std::vector<Meaning> meanings = MeaningsOf(
+      "",
+      "?:16 productCode:16 serialNumber:32 week:8 year:8 ?:16 interfaceType:4 ?:3 digitalInput ?:16 gammaX100:8 "
+      "continuousFreq preferredNative sRgbDefault colorType:2 activeOff suspend standby greenY:2 greenX:2 redY:2 "
+      "redX:2 "
+      "whiteY:2 whiteX:2 blueY:2 blueX:2 redX:8@4 redY:8@4 greenX:8@4 greenY:8@4 blueX:8@4 blueY:8@4 whiteX:8@4 "
+      "whiteY:8@4 established/#:16 -:7 established/16 ?:704 extensionCount:8");
+  const ByteVector base = Edid().Set(8, ByteVector(10)).Set(20, ByteVector(108)).Set(8, {0x04, 0x21}).Build();
+  const auto decoded = [](const ByteVector& bytes) {
+    Json json = *OpenBase(bytes);
+    json.erase("checksum");
+    return json;
   };
-#define FIELD(expression) [](const VesaBlock& m) { return static_cast<unsigned>(m.expression); }
-  const Case cases[] = {
-      {"letter 1", 4, 8, {0x04, 0x43}, FIELD(manufacturer[0]), 'A'},
-      {"letter 2", 4, 8, {0x04, 0x43}, FIELD(manufacturer[1]), 'B'},
-      {"letter 3", 4, 8, {0x04, 0x43}, FIELD(manufacturer[2]), 'C'},
-      {"product", 4, 10, {0x12, 0x34}, FIELD(productCode), 0x3412},
-      {"serial number", 4, 12, {0x12, 0x34, 0x56, 0x78}, FIELD(serialNumber), 0x78563412},
-      {"week", 4, 16, {54}, FIELD(week), 54},
-      {"year", 4, 17, {0x1E}, FIELD(year), 2020},
-      {"digital", 3, 20, {0x80}, FIELD(digitalInput), 1},
-      {"depth undefined", 4, 20, {0x85}, FIELD(bitDepth), 0},
-      {"depth 8", 4, 20, {0xA5}, FIELD(bitDepth), 8},
-      {"depth reserved", 4, 20, {0xF5}, FIELD(bitDepth), 18},
-      {"depth of an analog input", 4, 20, {0x20}, FIELD(bitDepth), 8},
-      {"interface", 4, 20, {0x85}, FIELD(interfaceType), 5},
-      {"width", 4, 21, {60, 34}, FIELD(hScreenSize), 60},
-      {"height", 4, 21, {60, 34}, FIELD(vScreenSize), 34},
-      {"landscape", 4, 21, {0x4F, 0}, FIELD(aspectRatioX100), 178},
-      {"gamma", 4, 23, {120}, FIELD(gammaX100), 220},
-      {"no gamma", 4, 23, {0xFF}, FIELD(gammaX100), 0},
-      {"standby", 4, 24, {0x80}, FIELD(standby), 1},
-      {"suspend", 4, 24, {0x40}, FIELD(suspend), 1},
-      {"active off", 4, 24, {0x20}, FIELD(activeOff), 1},
-      {"color type", 4, 24, {0x10}, FIELD(colorType), 2},
-      {"sRGB", 4, 24, {0x04}, FIELD(sRgbDefault), 1},
-      {"preferred native", 4, 24, {0x02}, FIELD(preferredNative), 1},
-      {"continuous", 4, 24, {0x01}, FIELD(continuousFreq), 1},
-      {"red x", 4, 25, {0x80, 0, 0x01}, FIELD(redX), 6},
-      {"red y", 4, 25, {0x20, 0, 0, 0x01}, FIELD(redY), 6},
-      {"green x", 4, 25, {0x08, 0, 0, 0, 0x01}, FIELD(greenX), 6},
-      {"green y", 4, 25, {0x02, 0, 0, 0, 0, 0x01}, FIELD(greenY), 6},
-      {"blue x", 4, 25, {0, 0x80, 0, 0, 0, 0, 0x01}, FIELD(blueX), 6},
-      {"blue y", 4, 25, {0, 0x20, 0, 0, 0, 0, 0, 0x01}, FIELD(blueY), 6},
-      {"white x", 4, 25, {0, 0x08, 0, 0, 0, 0, 0, 0, 0x01}, FIELD(whiteX), 6},
-      {"white y", 4, 25, {0, 0x02, 0, 0, 0, 0, 0, 0, 0, 0x01}, FIELD(whiteY), 6},
-      {"first established", 4, 35, {0x01, 0, 0}, FIELD(established[0]), 1},
-      {"established 15", 4, 35, {0, 0x80, 0}, FIELD(established[15]), 1},
-      {"established 16", 4, 35, {0, 0, 0x80}, FIELD(established[16]), 1},
-      {"standard timing", 4, 38, {0xD1, 0xC0}, FIELD(standardTimings[0].hactive), 1920},
-      {"16:9", 4, 38, {0xD1, 0xC0}, FIELD(standardTimings[0].aspectRatio), ASPECT_16_9},
-      {"4:3", 4, 38, {0xD1, 0x45}, FIELD(standardTimings[0].aspectRatio), ASPECT_4_3},
-      {"5:4", 4, 38, {0xD1, 0x85}, FIELD(standardTimings[0].aspectRatio), ASPECT_5_4},
-      {"16:10 in 1.3 too", 3, 38, {0xD1, 0x05}, FIELD(standardTimings[0].aspectRatio), ASPECT_16_10},
-      {"rate", 4, 52, {0xD1, 0xFF}, FIELD(standardTimings[7].frameRate), 123},
-      {"01 02 is a timing", 4, 38, {0x01, 0x02}, FIELD(standardTimings[0].valid), 1},
-      {"DTD by its second byte", 4, 54, {0x00, 0x01, 0, 0xFD}, FIELD(descriptors[0].flag), 1},
-      {"descriptor 3", 4, 108, {0, 0, 0, 0xFC}, FIELD(descriptors[3].flag), 0xFC},
-      {"extensions", 4, 126, {3}, FIELD(extensionCount), 3},
-  };
-#undef FIELD
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    // Everything else is 0, so that only the bits at hand can make the value.
-    ByteVector bytes = Edid(c.revision).Set(8, ByteVector(10)).Set(20, ByteVector(108)).Set(8, {0x04, 0x21}).Build();
-    std::copy(c.bytes.begin(), c.bytes.end(), bytes.begin() + static_cast<std::ptrdiff_t>(c.at));
+  ASSERT_EQ(meanings.size(), 8u * (127 - 8));
+  for (size_t bit = 0; bit < meanings.size(); ++bit) {
+    if (meanings[bit].name == "?") continue;
+    SCOPED_TRACE(std::to_string(8 + bit / 8) + ", bit " + std::to_string(bit % 8));
+    ByteVector bytes = base;
+    bytes[8 + bit / 8] = static_cast<uint8_t>(bytes[8 + bit / 8] ^ 1u << bit % 8);
     FixChecksum(bytes);
-    const Owned<VesaBlock> model = OpenBase(bytes);
-    ASSERT_NE(model, nullptr);
-    EXPECT_EQ(c.field(*model), c.value);
-    EXPECT_EQ(model->checksumValid, 1);
-    if (c.revision != 4) continue;
-    ByteVector again;
-    LogOf([&] { again = Generated(*model); });  // the standard timings of zeroes are reported
-    EXPECT_EQ(again, bytes);
+    const Meaning difference = Difference(decoded(base), decoded(bytes));
+    EXPECT_EQ(difference.name, meanings[bit].name);
+    EXPECT_EQ(difference.weight, meanings[bit].weight);
+    Quietly([&] { EXPECT_EQ(Generated(*OpenBase(bytes)) == bytes, meanings[bit].name != "-"); });
   }
+}
+
+TEST(BaseBlock, DecodesWhatIsNotJustBits) {
+  const struct {
+    size_t at;
+    const char* bytes;
+    const char* field;
+    const char* text;
+  } rows[] = {
+      {8, "04 43", "manufacturer", "ABC"},
+      {20, "85", "bitDepth", ""},
+      {20, "F5", "bitDepth", "18"},
+      {20, "20", "bitDepth", "8"},  // of an analog input
+      {23, "FF", "gammaX100", ""},
+      {38, "D1 C0", "standardTimings/0", "aspectRatio=4 frameRate=60 hactive=1920 valid"},
+      {38, "D1 45", "standardTimings/0", "aspectRatio=2 frameRate=65 hactive=1920 valid"},
+      {38, "D1 85", "standardTimings/0", "aspectRatio frameRate=65 hactive=1920 valid"},
+      {38, "01 02", "standardTimings/0", "aspectRatio=5 frameRate=62 hactive=256 valid"},
+      {38, "01 01", "standardTimings/0", ""},
+      {52, "D1 FF", "standardTimings/7", "aspectRatio=4 frameRate=123 hactive=1920 valid"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.bytes);
+    const ByteVector bytes = Edid().Set(row.at, Hex(row.bytes)).Build();
+    const Owned<VesaBlock> model = OpenBase(bytes);
+    const Json json = *model;
+    EXPECT_EQ(ToText(json.at(Json::json_pointer("/" + std::string(row.field)))), row.text);
+    EXPECT_EQ(Generated(*model), bytes);
+  }
+  // The kind of a descriptor: a timing by either byte of its clock, else by the tag.
+  const Owned<VesaBlock> model = OpenBase(Edid().Set(54, Hex("00 01 00 FD")).Set(108, Hex("00 00 00 FC")).Build());
+  EXPECT_EQ(model->descriptors[0].flag, 1);
+  EXPECT_EQ(model->descriptors[3].flag, 0xFC);
 }
 
 // Fields that exist in EDID 1.4 only, and what becomes of their bits elsewhere.
@@ -138,128 +125,90 @@ TEST(BaseBlock, TellsVersionsApart) {
 }
 
 TEST(BaseBlock, ReportsOddValuesAndWritesThem) {
-  struct Case {
-    const char* name;
-    std::function<void(VesaBlock&)> change;
-    std::string message;  // empty: none
+  const struct {
+    const char* change;
     size_t at;
-    ByteVector bytes;
+    const char* bytes;
+    const char* message = "";
+  } rows[] = {
+      {"week=54", 16, "36"},
+      {"week=55", 16, "37", "invalid week:55"},
+      {"week=254", 16, "FE", "invalid week:254"},
+      {"week=255", 16, "FF"},  // a model year
+      {"year=1989", 17, "FF", "invalid year:1989"},
+      {"year=2246", 17, "00"},
+      {"gammaX100=99", 23, "FF"},
+      {"gammaX100=100", 23, "00"},
+      {"bitDepth=7", 20, "95"},
+      {"bitDepth=2", 20, "F5"},
+      {"digitalInput=2 standby=2", 20, "25"},  // flags by bit 0
+      {"established=3,0,0,0,0,0,0,0,0,3", 35, "01 02 00"},
+      {"established/16=2", 35, "00 00 80"},  // the last by any bit
+      {"standardTimings/0/hactive=248 standardTimings/0/frameRate=60 standardTimings/0/aspectRatio=5 "
+       "standardTimings/0/valid",
+       38, "00 00", "invalid std hactive: 248"},
+      {"standardTimings/1/hactive=256 standardTimings/1/frameRate=59 standardTimings/1/aspectRatio=2 "
+       "standardTimings/1/valid",
+       40, "01 7F", "invalid std refresd rate: 59"},
+      {"standardTimings/1/hactive=256 standardTimings/1/frameRate=124 standardTimings/1/aspectRatio=1 "
+       "standardTimings/1/valid",
+       40, "01 80"},
+      {"standardTimings/7/hactive=1920 standardTimings/7/frameRate=60 standardTimings/7/aspectRatio=6 "
+       "standardTimings/7/valid",
+       52, "D1 C0", "invalid std aspect ratio: 6"},
+      {"standardTimings/0/hactive=1920 standardTimings/0/frameRate=60", 38, "01 01"},
   };
-  const Case cases[] = {
-      {"week 54", [](VesaBlock& m) { m.week = 54; }, "", 16, {54}},
-      {"week 55", [](VesaBlock& m) { m.week = 55; }, "invalid week:55", 16, {55}},
-      {"week 254", [](VesaBlock& m) { m.week = 254; }, "invalid week:254", 16, {254}},
-      {"model year", [](VesaBlock& m) { m.week = 255; }, "", 16, {255}},
-      {"year 1989", [](VesaBlock& m) { m.year = 1989; }, "invalid year:1989", 17, {0xFF}},
-      {"year 2246", [](VesaBlock& m) { m.year = 2246; }, "", 17, {0}},
-      {"gamma 0.99", [](VesaBlock& m) { m.gammaX100 = 99; }, "", 23, {0xFF}},
-      {"gamma 1.00", [](VesaBlock& m) { m.gammaX100 = 100; }, "", 23, {0}},
-      {"depth 7", [](VesaBlock& m) { m.bitDepth = 7; }, "", 20, {0x95}},
-      {"depth 2", [](VesaBlock& m) { m.bitDepth = 2; }, "", 20, {0xF5}},
-      {"flags by bit 0", [](VesaBlock& m) { m.digitalInput = m.standby = 2; }, "", 20, {0x25}},
-      {"established by bit 0", [](VesaBlock& m) { m.established[0] = m.established[9] = 3; }, "", 35, {1, 2, 0}},
-      {"the last by any bit", [](VesaBlock& m) { m.established[16] = 2; }, "", 35, {0, 0, 0x80}},
-      {"std width",
-       [](VesaBlock& m) {
-         m.standardTimings[0] = {1, 60, 248, ASPECT_16_10};
-       },
-       "invalid std hactive: 248",
-       38,
-       {0x00, 0x00}},
-      {"std rate",
-       [](VesaBlock& m) {
-         m.standardTimings[1] = {1, 59, 256, ASPECT_4_3};
-       },
-       "invalid std refresd rate: 59",
-       40,
-       {0x01, 0x7F}},
-      {"std rate of 124",
-       [](VesaBlock& m) {
-         m.standardTimings[1] = {1, 124, 256, ASPECT_5_4};
-       },
-       "",
-       40,
-       {0x01, 0x80}},
-      {"std aspect",
-       [](VesaBlock& m) {
-         m.standardTimings[7] = {1, 60, 1920, ASPECT_64_27};
-       },
-       "invalid std aspect ratio: 6",
-       52,
-       {0xD1, 0xC0}},
-      {"std unused",
-       [](VesaBlock& m) {
-         m.standardTimings[0] = {0, 60, 1920, 4};
-       },
-       "",
-       38,
-       {0x01, 0x01}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.change);
     const Owned<VesaBlock> model = OpenBase(Edid().Build());
-    c.change(*model);
+    FromJson(FromText(row.change), *model);
     ByteVector out;
-    EXPECT_EQ(LogOf([&] { out = Generated(*model); }), c.message.empty() ? "" : Err("VESA_GenerateBlock", c.message));
+    EXPECT_EQ(LogOf([&] { out = Generated(*model); }), Lines("VESA_GenerateBlock", row.message));
     ASSERT_EQ(out.size(), 128u);
-    const auto from = out.begin() + static_cast<std::ptrdiff_t>(c.at);
-    EXPECT_EQ(ByteVector(from, from + static_cast<std::ptrdiff_t>(c.bytes.size())), c.bytes);
+    const ByteVector bytes = Hex(row.bytes);
+    EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), out.begin() + static_cast<std::ptrdiff_t>(row.at)));
     EXPECT_EQ(GetChecksum(out.data(), 128), out[127]);
-  }
-}
-
-TEST(BaseBlock, LeavesAClearedBlockOnRefusal) {
-  const ByteVector edid = Edid().Build();
-  ByteVector headerOnly(edid.begin(), edid.begin() + 8);
-  headerOnly.resize(256);
-  struct Case {
-    const char* name;
-    std::function<void(VesaBlock&)> change;
-    std::string message;
-    ByteVector bytes;
-  };
-  const Case cases[] = {
-      {"header", [](VesaBlock& m) { m.header[7] = 1; }, "invalid edid header", ByteVector(256)},
-      {"letter", [](VesaBlock& m) { std::memcpy(m.manufacturer, "R[D", 4); }, "invalid manufacturer name R[D",
-       headerOnly},
-      {"small letter", [](VesaBlock& m) { std::memcpy(m.manufacturer, "REd", 4); }, "invalid manufacturer name REd",
-       headerOnly},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Owned<VesaBlock> model = OpenBase(edid);
-    c.change(*model);
-    Block out(EDID_BLOCK_CEA, ByteVector(256, 0xEE));
-    EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GenerateBlock(model.get(), &out), -1); }),
-              Err("VESA_GenerateBlock", c.message));
-    EXPECT_EQ(out.storage, c.bytes);
-    EXPECT_EQ(out.type, EDID_BLOCK_VESA);
-    EXPECT_EQ(out.size, 128);
   }
 }
 
 TEST(BaseBlock, RefusesWhatIsNoBaseBlock) {
   const ByteVector edid = Edid().Build();
-  ByteVector noHeader = edid;
+  ByteVector noHeader = edid, headerOnly(edid.begin(), edid.begin() + 8);
   noHeader[7] = 1;
+  headerOnly.resize(256);
   const std::string bad = Err("VESA_Open", "invalid parameters");
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(OpenBase(ByteVector(127)), nullptr); }), bad);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(OpenBase(ByteVector(256)), nullptr); }), bad);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(OpenBase(edid, EDID_BLOCK_UNKNOWN), nullptr); }), bad);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(OpenBase(noHeader), nullptr); }), Err("VESA_Open", "error edid header"));
+  const auto refuses = [](const ByteVector& bytes, uint8_t type, const std::string& log) {
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(OpenBase(bytes, type), nullptr); }), log);
+  };
+  refuses(ByteVector(127), EDID_BLOCK_VESA, bad);
+  refuses(ByteVector(256), EDID_BLOCK_VESA, bad);
+  refuses(edid, EDID_BLOCK_UNKNOWN, bad);
+  refuses(noHeader, EDID_BLOCK_VESA, Err("VESA_Open", "error edid header"));
   const EdidBlock noBytes = {EDID_BLOCK_VESA, 128, 128, nullptr};
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_Open(&noBytes), nullptr); }), bad);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_Open(nullptr), nullptr); }), bad);
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_Open(&noBytes), VESA_Open(nullptr)); }), bad + bad);
 
   const Owned<VesaBlock> model = OpenBase(edid);
-  Block small(1, ByteVector(127, 0xEE));
+  Block small(1, ByteVector(127, 0xEE)), out(EDID_BLOCK_CEA, ByteVector(256, 0xEE));
   EdidBlock noRoom = {1, 128, 128, nullptr};
-  const std::string refused = Err("VESA_GenerateBlock", "invalid parameters");
-  for (EdidBlock* out : {static_cast<EdidBlock*>(&small), &noRoom, static_cast<EdidBlock*>(nullptr)}) {
-    EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GenerateBlock(model.get(), out), -1); }), refused);
+  const auto refused = [&](const VesaBlock* from, EdidBlock* to, const std::string& message) {
+    EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GenerateBlock(from, to), -1); }), Err("VESA_GenerateBlock", message));
+  };
+  for (EdidBlock* to : {static_cast<EdidBlock*>(&small), &noRoom, static_cast<EdidBlock*>(nullptr)}) {
+    refused(model.get(), to, "invalid parameters");
   }
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(VESA_GenerateBlock(nullptr, &small), -1); }), refused);
+  refused(nullptr, &small, "invalid parameters");
   EXPECT_EQ(small.storage, ByteVector(127, 0xEE));
+  // What is wrong in the model leaves a cleared block.
+  for (const char* letters : {"R[D", "REd"}) {
+    std::memcpy(model->manufacturer, letters, 4);
+    refused(model.get(), &out, "invalid manufacturer name " + std::string(letters));
+    EXPECT_EQ(out.storage, headerOnly);
+  }
+  model->header[7] = 1;
+  refused(model.get(), &out, "invalid edid header");
+  EXPECT_EQ(out.storage, ByteVector(256));
+  EXPECT_EQ(out.type, EDID_BLOCK_VESA);
+  EXPECT_EQ(out.size, 128);
 }
 
 TEST(BaseBlock, WarnsOfAWrongChecksum) {
