@@ -95,6 +95,15 @@ Section& Section::Block(uint8_t tag, uint8_t flags, const ByteVector& payload) {
   return *this;
 }
 
+Section& Section::TypeI(const std::vector<DtdTiming>& timings) {
+  uint8_t bytes[251];
+  DispIdDataBlock entry = {0, 0, 0, 0, bytes};
+  if (DispID_Set20ByteDTD(timings.data(), static_cast<uint32_t>(timings.size()), &entry) != 0) {
+    throw std::invalid_argument("a timing that no type I descriptor can hold");
+  }
+  return Block(0x03, 1, ByteVector(bytes + 3, bytes + entry.size));
+}
+
 Section& Section::ExtensionCount(uint8_t count) {
   header_[3] = count;
   return *this;

@@ -55,6 +55,8 @@ class Section {
   explicit Section(uint8_t versionByte = 0x12, uint8_t productType = 2);
   // A data block: tag, byte 1 (flags and revision) and payload.
   Section& Block(uint8_t tag, uint8_t flags, const ByteVector& payload);
+  // A type I block of these timings.
+  Section& TypeI(const std::vector<DtdTiming>& timings);
   Section& ExtensionCount(uint8_t count);
   // Standalone: the payload as long as its blocks, plus padding.
   ByteVector Build(size_t padding = 0) const;

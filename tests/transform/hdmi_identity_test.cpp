@@ -7,15 +7,6 @@
 namespace reedid::test {
 namespace {
 
-const ByteVector kAudio = {0x23, 0x09, 0x04, 0x01};
-const ByteVector kSpeakers = {0x83, 0x01, 0x00, 0x00};
-const ByteVector kVsdb = {0x68, 0x03, 0x0C, 0x00, 0x12, 0x00, 0x00, 30, 0x00};  // 1.2.0.0
-const ByteVector kHdmiBlocks = Concat({kAudio, kSpeakers, kVsdb});
-
-ByteVector BlockOf(const EdidHandle& handle, unsigned i) {
-  return ByteVector(handle.blocks[i].bytes, handle.blocks[i].bytes + handle.blocks[i].size);
-}
-
 TEST(IsValidEdid, NeedsEveryBlock) {
   ByteVector map(128), unknown(128), wrongSum = Cta().Build();
   map[0] = 0xF0;
@@ -98,91 +89,61 @@ TEST(PhysAddr, IsThatOfTheFirstHdmiVsdbFound) {
 }
 
 TEST(PhysAddr, IsSetByWritingTheVsdbAnew) {
-  const ByteVector before =
-      Edid().Extension(Cta().Vdb({16}).Hdmi(0x1000, {0xB9, 30, 0x80, 3, 4}).Dtd(k1080p60)).Build();
-  const ByteVector after = Edid().Extension(Cta().Vdb({16}).Hdmi(0x2100, {0xB9, 30, 0x80, 3, 4}).Dtd(k1080p60)).Build();
-  const Owned<EdidHandle> handle = OpenImage(before);
-  ASSERT_EQ(EDID_SetPhyAddr(handle.get(), 0x2100), 0);
-  EXPECT_EQ(Generate(handle.get()), after);
-
-  struct Case {
+  const auto full = [](uint16_t address) {
+    return Cta().Vdb({16}).Hdmi(address, {0xB9, 30, 0x80, 3, 4}).Dtd(k1080p60);
+  };
+  const struct {
     const char* name;
-    Cta cta;
+    Cta before, after;
     int32_t result;
+  } rows[] = {
+      {"all else stays", full(0x1000), full(0x2100), 0},
+      {"a short VSDB grows", Cta().Hdmi(0x1000, {}).DtdOffset(120), Cta().Hdmi(0x2100, {0, 0, 0}), 0},
+      {"no space to grow", Cta().Hdmi(0x1000, {}).DtdOffset(125), Cta().Hdmi(0x1000, {}).DtdOffset(125), -1},
   };
-  const Case cases[] = {
-      {"a short VSDB grows", Cta().Hdmi(0x1000, {}).DtdOffset(120), 0},
-      {"no space to grow", Cta().Hdmi(0x1000, {}).DtdOffset(125), -1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const ByteVector image = Edid().Extension(c.cta).Build();
-    const Owned<EdidHandle> other = OpenImage(image);
-    LogOf([&] { EXPECT_EQ(EDID_SetPhyAddr(other.get(), 0x2000), c.result); });
-    EXPECT_EQ(Generate(other.get()) == image, c.result != 0);
-    EXPECT_EQ(isValidEdid(other.get()), 1);
-    EXPECT_EQ(EDID_GetPhyAddr(other.get()), c.result == 0 ? 0x2000 : 0x1000);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Owned<EdidHandle> handle = OpenImage(Edid().Extension(row.before).Build());
+    Quietly([&] { EXPECT_EQ(EDID_SetPhyAddr(handle.get(), 0x2100), row.result); });
+    EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(Edid().Extension(row.after).Build()));
   }
 }
 
-TEST(DviToHdmi, PutsItsBlocksBehindTheVideoBlock) {
-  const ByteVector vdb = {0x41, 0x90};
-  struct Case {
-    const char* name;
-    Cta cta;
-    ByteVector blocks;  // from byte 4
-    int byte3, dtds;
-  };
-  const Case cases[] = {
-      {"video block first", Cta().Flags(0x31).Vdb({0x90}).Block(5, {1}), Concat({vdb, kHdmiBlocks, {0xA1, 1}}), 0x71,
-       0},
-      {"video block later", Cta().Block(5, {1}).Vdb({0x90}).Vdb({31}).Block(5, {2}),
-       Concat({{0xA1, 1}, vdb, kHdmiBlocks, {0x41, 31, 0xA1, 2}}), 0x40, 0},
-      {"no video block", Cta().Block(5, {1}), Concat({kHdmiBlocks, {0xA1, 1}}), 0x40, 0},
-      {"no data blocks, DTDs stay", Cta().Dtd(k1080p60).Dtd(k720p60), kHdmiBlocks, 0x40, 2},
-      {"the last DTD makes room",
-       Cta().Vdb({0x90}).Dtd(k1080p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60),
-       Concat({vdb, kHdmiBlocks}), 0x40, 5},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Owned<EdidHandle> handle = OpenImage(Edid().Extension(Cta(c.cta).Revision(1)).Build());
-    ASSERT_EQ(EDID_DVItoHDMI(handle.get(), 0x1200), 0);
-    ASSERT_EQ(handle->blockCount, 2);
-    const ByteVector block = BlockOf(*handle, 1);
-    EXPECT_EQ(block[1], 3);
-    EXPECT_EQ(block[2], 4 + c.blocks.size());
-    EXPECT_EQ(block[3], c.byte3);
-    EXPECT_EQ(ByteVector(block.begin() + 4, block.begin() + block[2]), c.blocks);
-    EXPECT_EQ(block[block[2] + 18u * static_cast<unsigned>(c.dtds)], 0);
-    EXPECT_EQ(isValidEdid(handle.get()), 1);
-    const Owned<CeaBlock> model(CEA_Open(&handle->blocks[1]));
-    EXPECT_EQ(model->dtdCount, c.dtds);
-  }
+// Audio, speakers and the VSDB of 1.2.0.0, behind the first video block.
+Cta WithHdmi(Cta cta) {
+  return cta.Block(1, {0x09, 0x04, 0x01}).Block(4, {1, 0, 0}).Hdmi(0x1200, {0, 30, 0});
 }
 
-TEST(DviToHdmi, ReplacesBlockOne) {
-  const ByteVector made =
-      Cta().Flags(0xC1).Block(1, {0x09, 0x04, 0x01}).Block(4, {1, 0, 0}).Hdmi(0x1200, {0, 30, 0}).Build();
+TEST(DviToHdmi, MakesTheExtensionAnHdmiOne) {
   ByteVector map(128);
   map[0] = 0xF0;
-  const ByteVector hdmi = Edid().Extension(Cta().Hdmi(0x3000)).Build();
-  const ByteVector section = Section().BuildExtension();
-  struct Case {
+  const Edid hdmi = Edid().Extension(Cta().Hdmi(0x3000));
+  const Section section;
+  Cta five = Cta().Dtd(k1080p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60), six = Cta(five).Dtd(k720p60);
+  const Cta made = WithHdmi(Cta().Flags(0xC1)), old = Cta().Revision(1);
+  const struct {
     const char* name;
-    ByteVector before, after;
-  };
-  const Case cases[] = {
-      {"base block only", Edid().Build(), Edid().Extension(made).Build()},
-      {"block map goes", Edid().Extension(map).Extension(section).Build(),
-       Edid().Extension(section).Extension(made).Build()},
+    Edid before, after;
+  } rows[] = {
+      {"video block first", Edid().Extension(Cta(old).Flags(0x31).Vdb({0x90}).Block(5, {1})),
+       Edid().Extension(WithHdmi(Cta().Flags(0x71).Vdb({0x90})).Block(5, {1}))},
+      {"video block later", Edid().Extension(Cta(old).Block(5, {1}).Vdb({0x90}).Vdb({31}).Block(5, {2})),
+       Edid().Extension(WithHdmi(Cta().Flags(0x40).Block(5, {1}).Vdb({0x90})).Vdb({31}).Block(5, {2}))},
+      {"no video block", Edid().Extension(Cta(old).Block(5, {1})),
+       Edid().Extension(WithHdmi(Cta().Flags(0x40)).Block(5, {1}))},
+      {"no data blocks, DTDs stay", Edid().Extension(Cta(old).Dtd(k1080p60).Dtd(k720p60)),
+       Edid().Extension(WithHdmi(Cta().Flags(0x40)).Dtd(k1080p60).Dtd(k720p60))},
+      {"the last DTD makes room", Edid().Extension(six.Vdb({0x90})),
+       Edid().Extension(WithHdmi(five.Flags(0x40).Vdb({0x90})))},
+      {"base block only", Edid(), Edid().Extension(made)},
+      {"a block map goes", Edid().Extension(map).Extension(section), Edid().Extension(section).Extension(made)},
       {"HDMI stays", hdmi, hdmi},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const Owned<EdidHandle> handle = OpenImage(c.before);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
     EXPECT_EQ(EDID_DVItoHDMI(handle.get(), 0x1200), 0);
-    EXPECT_EQ(Generate(handle.get()), c.after);
+    EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build()));
   }
 }
 
