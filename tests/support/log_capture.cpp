@@ -51,4 +51,10 @@ std::string Warn(const std::string& function, const std::string& message) {
   return "[WARN:" + function + "]: " + message + "\n";
 }
 
+void ExpectRefused(std::initializer_list<std::pair<const char*, std::function<int32_t()>>> calls) {
+  for (const auto& [name, call] : calls) {
+    EXPECT_EQ(LogOf([&call = call] { EXPECT_EQ(call(), -1); }), Err(name, "invalid parameters"));
+  }
+}
+
 }  // namespace reedid::test

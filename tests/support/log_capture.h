@@ -1,8 +1,11 @@
 // What the library prints while something runs. Log lines are part of a call's result.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 namespace reedid::test {
 
@@ -15,5 +18,8 @@ void Quietly(const std::function<void()>& work);
 // One expected line.
 std::string Err(const std::string& function, const std::string& message);
 std::string Warn(const std::string& function, const std::string& message);
+
+// Calls that are refused for their arguments: each gives -1 and prints the one line about it.
+void ExpectRefused(std::initializer_list<std::pair<const char*, std::function<int32_t()>>> calls);
 
 }  // namespace reedid::test
