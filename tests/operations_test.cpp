@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <span>
 #include <thread>
 
+#include "tests/support/edid_builder.h"
 #include "tests/support/failing_malloc.h"
 #include "tests/support/handle.h"
 #include "tests/support/log_capture.h"
@@ -27,8 +29,15 @@ bool IsUsable(EdidHandle& handle) {
   return total == 0 || Generate(&handle).size() == total;
 }
 
+// The image after an operation.
+ByteVector Outcome(const Operation& operation, const ByteVector& image) {
+  const Owned<EdidHandle> handle = OpenImage(image);
+  operation.run(*handle);
+  return Generate(handle.get());
+}
+
 // Whether the operation asked for its `nth` allocation.
-bool FailsAt(const Operation& operation, const ByteVector& image, unsigned nth) {
+bool FailsAt(const Operation& operation, const ByteVector& image, const ByteVector& done, unsigned nth) {
   bool failed = false;
   const long before = LiveAllocations();
   {
@@ -41,6 +50,10 @@ bool FailsAt(const Operation& operation, const ByteVector& image, unsigned nth) 
     });
     EXPECT_EQ(log.find("malloc fail") != std::string::npos, failed) << log;
     EXPECT_TRUE(IsUsable(*handle));
+    if (operation.whole && failed) {
+      const ByteVector now = Generate(handle.get());
+      EXPECT_TRUE(now == image || now == done) << "half done";
+    }
     LogOf([&] { operation.run(*handle); });
     EXPECT_TRUE(IsUsable(*handle));
   }
@@ -52,21 +65,39 @@ TEST(Operations, OutliveAnyFailedAllocation) {
   for (const SampleImage& sample : SampleImages()) {
     for (const Operation& operation : Operations()) {
       SCOPED_TRACE(sample.name + ": " + operation.name);
+      ByteVector done;
+      Quietly([&] { done = Outcome(operation, sample.bytes); });
       unsigned nth = 1;
-      while (nth < kMoreThanAnyNeeds && FailsAt(operation, sample.bytes, nth) && !testing::Test::HasFailure()) ++nth;
+      while (nth < kMoreThanAnyNeeds && FailsAt(operation, sample.bytes, done, nth) && !testing::Test::HasFailure())
+        ++nth;
       EXPECT_LT(nth, kMoreThanAnyNeeds);
       if (testing::Test::HasFailure()) FAIL() << "allocation " << nth;
     }
   }
 }
 
+// What was copied before memory ran out is there.
+TEST(Operations, OpenWhatMemoryAllows) {
+  const ByteVector edid = Edid().Extension(Cta().Vdb({16, 31})).Extension(Cta().Vdb({16, 31})).Build();
+  const ByteVector sections = Concat({Section().ExtensionCount(2).Build(), Section().Build(), Section().Build()});
+  for (const ByteVector& image : {edid, sections}) {
+    for (unsigned nth = 1; nth <= 6; ++nth) {  // handle, array, three blocks
+      SCOPED_TRACE(nth);
+      Owned<EdidHandle> handle;
+      EXPECT_EQ(LogOf([&] {
+                  const FailingMalloc failing(nth);
+                  handle = OpenImage(image);
+                }),
+                nth > 5 ? "" : Err(image == edid ? "ParseEdid" : "ParseDisplayID", "malloc fail"));
+      ASSERT_EQ(handle != nullptr, nth > 2);
+      EXPECT_TRUE(handle == nullptr || handle->blockCount == std::min(nth - 3, 3u)) << "the blocks copied so far";
+    }
+  }
+}
+
 std::vector<ByteVector> Outcomes(const ByteVector& image) {
   std::vector<ByteVector> outcomes;
-  for (const Operation& operation : Operations()) {
-    const Owned<EdidHandle> handle = OpenImage(image);
-    operation.run(*handle);
-    outcomes.push_back(Generate(handle.get()));
-  }
+  for (const Operation& operation : Operations()) outcomes.push_back(Outcome(operation, image));
   return outcomes;
 }
 

@@ -11,6 +11,7 @@ namespace reedid::test {
 struct Operation {
   const char* name;
   void (*run)(EdidHandle& handle);
+  bool whole = false;  // done or not done, never half done
 };
 
 std::span<const Operation> Operations();
