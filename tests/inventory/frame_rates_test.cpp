@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "base/bytes.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
 #include "tests/support/log_capture.h"
@@ -17,27 +18,9 @@ RateVector RatesOf(const ByteVector& image, uint32_t maxCount = 50) {
 
 // A DisplayID descriptor of 20 bytes: 1920x1080 in 2200x1125 at a clock given as its three bytes.
 ByteVector Type20(uint32_t clock) {
-  const uint32_t raw = clock - 1;
-  return {static_cast<uint8_t>(raw),
-          static_cast<uint8_t>(raw >> 8),
-          static_cast<uint8_t>(raw >> 16),
-          4,
-          0x7F,
-          0x07,
-          0x17,
-          0x01,
-          0x57,
-          0x00,
-          0x2B,
-          0x00,  // horizontal, each less 1
-          0x37,
-          0x04,
-          0x2C,
-          0x00,
-          0x03,
-          0x00,
-          0x04,
-          0x00};  // vertical
+  ByteVector bytes(3);
+  PutLe24(bytes.data(), clock - 1);
+  return Concat({bytes, Hex("04 7F 07 17 01 57 00 2B 00 37 04 2C 00 03 00 04 00")});
 }
 
 TEST(FrameRates, EverySourceOfABaseBlock) {
@@ -46,9 +29,8 @@ TEST(FrameRates, EverySourceOfABaseBlock) {
     ByteVector image;
     RateVector rates;
   };
-  const ByteVector cvtCodes = {0,    1,    0x1B, 0x22, 0x1F,  // 1080 lines: all five rates
-                               0x00, 0x00, 0x00,              // unused
-                               0x1B, 0x22, 0x01};             // reduced blanking only
+  // 1080 lines: all five rates, then an unused code, then reduced blanking only.
+  const ByteVector cvtCodes = Hex("00 01 1B 22 1F 00 00 00 1B 22 01");
   const Case cases[] = {
       {"nothing", Edid().Build(), {}},
       {"established 800x600 at 60 and 56, 1280x1024 at 75", Edid().Set(35, {0x03, 0x01}).Build(), {75, 60, 56}},
