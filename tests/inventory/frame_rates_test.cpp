@@ -36,6 +36,7 @@ TEST(FrameRates, EverySourceOfABaseBlock) {
       {"established 800x600 at 60 and 56, 1280x1024 at 75", Edid().Set(35, {0x03, 0x01}).Build(), {75, 60, 56}},
       {"established without a DMT timing", Edid().Set(35, {0x10}).Build(), {}},
       {"standard timings", Edid().Set(38, {0xD1, 0xC0, 0x81, 0x99}).Build(), {85, 60}},
+      {"the last standard timing", Edid().Set(52, {0xD1, 0xC0}).Build(), {60}},
       {"DTD", Edid().Dtd(AtClock(k1080p60, 297000)).Build(), {120}},
       {"interlaced DTD counts fields",
        Edid().Dtd({74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}).Build(),

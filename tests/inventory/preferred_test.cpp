@@ -39,6 +39,7 @@ TEST(Preferred, Timing) {
   const auto timings = Cta().Block(7, FormatPreference(146)).Extended(0x22, kType7).Extended(0x2A, TypeX(4));
   const Case cases[] = {
       {"a VIC before the first DTD", withSvr(16), 1920, 148500},
+      {"the first VIC", withSvr(1), 640, 25175},
       {"a VIC of the upper range", withSvr(200), 7680, 4752000},
       {"a DTD by number", withSvr(130), 1280, 108000},
       {"a DTD beyond the last: the first counts", withSvr(131), 1280, 74250},
