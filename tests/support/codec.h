@@ -25,17 +25,21 @@ struct Codec {
   unsigned minSize = 0, maxSize = 0;  // that the getter takes
 };
 
-constexpr int32_t kTouchedOnRefusal = -2;  // no result of the library
+constexpr int32_t kTouched = -2;  // no result of the library: a refused record, or what is behind one, was written
 
 template <class Record, auto Get, class Entry>
 int32_t GetRecord(const Entry* entry, Json* json) {
-  Record record;
-  std::memset(static_cast<void*>(&record), 0xEE, sizeof record);
-  const int32_t result = Get(entry, json == nullptr ? nullptr : &record);
-  const auto* bytes = reinterpret_cast<const uint8_t*>(&record);
+  struct {
+    Record record;
+    uint8_t behind[64];
+  } room;
+  std::memset(static_cast<void*>(&room), 0xEE, sizeof room);
+  const int32_t result = Get(entry, json == nullptr ? nullptr : &room.record);
+  const auto* bytes = reinterpret_cast<const uint8_t*>(&room);
   const auto isUntouched = [](uint8_t byte) { return byte == 0xEE; };
-  if (result != 0) return std::all_of(bytes, bytes + sizeof record, isUntouched) ? result : kTouchedOnRefusal;
-  if (json != nullptr) *json = record;
+  const auto* from = result != 0 ? bytes : room.behind;
+  if (!std::all_of(from, bytes + sizeof room, isUntouched)) return kTouched;
+  if (result == 0 && json != nullptr) *json = room.record;
   return result;
 }
 
