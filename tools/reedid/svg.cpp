@@ -132,7 +132,8 @@ SvgPath& SvgPath::Add(char command, std::initializer_list<double> numbers) {
   text_ += command;
   const char* blank = "";
   for (const double number : numbers) {
-    text_ += blank + SvgNumber(number);
+    text_ += blank;
+    text_ += SvgNumber(number);
     blank = " ";
   }
   return *this;
