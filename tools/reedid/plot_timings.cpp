@@ -12,7 +12,7 @@ namespace reedid::tool {
 namespace {
 
 // What an HDMI link carries with 8 bits per colour in RGB or YCbCr 4:4:4. FRL has no TMDS clock: 48 Gbit/s with 16 bits
-// in 18 on the line and 24 bits per pixel are 1777 MHz, before error correction.
+// in 18 on the line and 24 bits per pixel are 1778 MHz, before error correction.
 struct LinkLimit {
   const char* name;
   const char* value;
@@ -20,7 +20,7 @@ struct LinkLimit {
 };
 constexpr LinkLimit kLinkLimits[] = {{"HDMI 1.4", "340 MHz", 340},
                                      {"HDMI 2.0", "600 MHz", 600},
-                                     {"HDMI 2.1 FRL", "\xE2\x89\x88 1777 MHz *", 48000.0 * 16 / 18 / 24}};
+                                     {"HDMI 2.1 FRL", "\xE2\x89\x88 1778 MHz *", 48000.0 * 16 / 18 / 24}};
 
 // Resolutions by width, as people sort displays.
 struct SizeClass {
