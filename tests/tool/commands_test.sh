@@ -168,6 +168,12 @@ expect 3 show --json many
 expect 1 preferred --json section.bin dvi.bin
 has out '"error": "section.bin: no preferred timing"'
 
+# a name may hold what a terminal would obey
+odd=$(printf 'a\nb\033[31m.bin')
+cp bad.bin "$odd"
+expect 3 rates "$odd" "$odd-missing"
+[ "$(cat out err | grep -c '^\(reedid: \)\?a\\x0ab\\x1b')" = 3 ] || fail "rates of an odd name: $(cat out err)"
+
 # --- plot
 expect 0 plot tv-4k.bin -o tv.svg
 "$tool" plot tv-4k.bin -o - >piped.svg

@@ -105,8 +105,9 @@ class JsonArray {
 };
 
 void TellDiagnostics(const std::string& input, const std::string& log) {
+  const std::string name = WithoutControls(ShownName(input));
   std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) fmt::print(stderr, "{}: {}\n", input, line);
+  for (std::string line; std::getline(lines, line);) fmt::print(stderr, "{}: {}\n", name, line);
 }
 
 // The answer on one of several inputs; diagnostics are told with the name of the input in front.

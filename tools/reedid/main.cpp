@@ -195,7 +195,7 @@ void SetUp(CLI::App& app, Command& chosen) {
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
   app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
     const auto parsed = whole->get_subcommands();
-    return fmt::format("reedid: {}; see reedid {}--help\n", error.what(),
+    return fmt::format("reedid: {}; see reedid {}--help\n", WithoutControls(error.what()),
                        parsed.empty() ? "" : parsed[0]->get_name() + " ");
   });
   AddShow(app, chosen);

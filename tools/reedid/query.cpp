@@ -78,7 +78,7 @@ Exit RunRates(const QueryOptions& options, Streams& streams) {
     const std::vector<uint16_t> rates = AllRates(image);
     Answer answer = {"", {{"frameRates", rates}}};
     for (const unsigned rate : rates) answer.text += fmt::format("{} Hz\n", rate);
-    if (!single) answer.text = fmt::format("{}: {} Hz\n", image.name(), fmt::join(rates, ", "));
+    if (!single) answer.text = fmt::format("{}: {} Hz\n", WithoutControls(image.name()), fmt::join(rates, ", "));
     return answer;
   });
 }

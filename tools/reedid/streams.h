@@ -29,6 +29,10 @@ class Streams {
   int result_ = -1;
 };
 
+// Control characters, which a terminal would obey, as \x1b: those of ASCII, and U+0080 to U+009F, which UTF-8 begins
+// with c2. Names of files may have any of them.
+std::string WithoutControls(std::string_view text);
+
 // One line on standard error, "reedid: ...".
 void Note(std::string_view message);
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "hex_text.h"
+#include "streams.h"
 #include "tree.h"
 
 namespace reedid::tool {
@@ -40,22 +41,6 @@ size_t BytesOfColumns(std::string_view text, size_t columns) {
     if (columns-- == 0) break;
   }
   return at;
-}
-
-// Control characters as \x1b: those of ASCII, and U+0080 to U+009F, which UTF-8 begins with c2.
-std::string WithoutControls(std::string_view text) {
-  std::string shown;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<uint8_t>(text[i]);
-    const auto next = static_cast<uint8_t>(i + 1 < text.size() ? text[i + 1] : '\0');
-    if (c == 0xC2 && next >= 0x80 && next < 0xA0) {
-      shown += fmt::format("\\xc2\\x{:02x}", next);
-      ++i;
-    } else {
-      shown += c < 0x20 || c == 0x7F ? fmt::format("\\x{:02x}", c) : std::string(1, text[i]);
-    }
-  }
-  return shown;
 }
 
 // Lines of at most `width` characters; a word that is longer stands alone.
