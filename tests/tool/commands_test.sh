@@ -376,6 +376,8 @@ done
 "$tool" convert tv-4k.bin --to raw -o - >/dev/full 2>err && fail 'a full standard output was not noticed'
 has err 'standard output'
 "$tool" show tv-4k.bin >&- 2>err && fail 'a closed standard output was not noticed'
+"$tool" limit hdmi20 tv-4k120.bin -o old.bin >&- 2>err && fail 'a closed standard output was not noticed'
+same old.bin dvi.bin
 ls -A | grep -q '^\.reedid' && fail 'a temporary file was left'
 
 # --- output that replaces: links and permissions stay

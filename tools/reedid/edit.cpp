@@ -111,8 +111,7 @@ bool NoteWhatIsAbove(const Link& link, const Node& account, const std::string& n
 }
 
 // The table goes where it cannot be mixed with the image.
-void PrintTable(const std::vector<Change>& changes, const std::string& output, Streams& streams) {
-  const std::string text = ChangesText(changes);
+void PrintTable(const std::string& text, const std::string& output, Streams& streams) {
   if (output != "-") {
     streams.Result(text);
   } else {
@@ -128,11 +127,12 @@ CtaContent ContentToKeep(const Image& image) {
   return content;
 }
 
-ByteVector Finish(Image& image, const Node& before, const std::string& output, bool quiet, Streams& streams) {
+// The table comes first: when it cannot be printed, the exit code says that no output was written.
+void Finish(Image& image, const Node& before, const std::string& output, bool quiet, Streams& streams,
+            const std::string& more = "") {
   const ByteVector bytes = image.Generate();
+  if (!quiet) PrintTable(ChangesText(FindChanges(before, DescribeImage(image))) + more, output, streams);
   WriteOutput(output, bytes, streams);
-  if (!quiet) PrintTable(FindChanges(before, DescribeImage(image)), output, streams);
-  return bytes;
 }
 
 }  // namespace
@@ -183,11 +183,9 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   if (EDID_HighRefreshRate(image.handle()) != 0) {
     throw ToolError(Exit::kRefused, fmt::format("{}: cannot be rewritten; nothing was written", image.name()));
   }
-  Finish(image, before, options.output, options.quiet, streams);
-  if (!options.quiet && options.output != "-") {
-    streams.Result(fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", fmt::join(ratesBefore, ", "),
-                               fmt::join(AllRates(image), ", ")));
-  }
+  const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", fmt::join(ratesBefore, ", "),
+                                        fmt::join(AllRates(image), ", "));
+  Finish(image, before, options.output, options.quiet, streams, rates);
   return Exit::kDone;
 }
 
