@@ -38,18 +38,20 @@ has out '^gaming-dp '
 expect 3 show sample:nothing
 has err 'tv-4k, tv-4k120, dvi, gaming-dp'
 
-# --- show: colours on a terminal only, as wide as it is
+# --- colours on a terminal only, lines as wide as it is
 unset NO_COLOR COLUMNS
 esc=$(printf '\033')
 colored() { grep -q "$esc" "$1"; }
-expect 0 show tv-4k.bin
-colored out && fail 'show wrote colours into a file'
-expect 0 show tv-4k.bin --color always
-colored out || fail 'show --color always wrote no colours'
+for command in 'show tv-4k.bin' 'check tv-4k.bin' 'timings tv-4k.bin' 'preferred tv-4k.bin' 'audio tv-4k.bin' 'timing vic 97'; do
+  expect 0 $command
+  colored out && fail "$command wrote colours into a file"
+  expect 0 $command --color always
+  colored out || fail "$command --color always wrote no colours"
+  COLUMNS=60 expect 0 $command
+  [ "$(wc -L <out)" -le 60 ] || fail "$command: COLUMNS=60 gave lines of $(wc -L <out)"
+done
 expect 0 show tv-4k.bin --color always --json
 colored out && fail 'show coloured JSON'
-COLUMNS=60 expect 0 show tv-4k.bin
-[ "$(wc -L <out)" -le 60 ] || fail "COLUMNS=60 gave lines of $(wc -L <out)"
 COLUMNS=60x expect 0 show tv-4k.bin
 [ "$(wc -L <out)" -gt 60 ] || fail 'COLUMNS that are no number were taken'
 # terminal ENVIRONMENT...: what show writes to a terminal of 70 columns

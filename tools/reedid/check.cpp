@@ -8,9 +8,12 @@
 #include "commands.h"
 #include "describe.h"
 #include "inputs.h"
+#include "terminal.h"
 
 namespace reedid::tool {
 namespace {
+
+constexpr char kNote[] = "note";
 
 // "[WARN:CEA_Open:71]: checksum error(12,34)" -> "warning: checksum error(12,34) (CEA_Open)"
 std::string ReadableDiagnostic(const std::string& line) {
@@ -19,13 +22,16 @@ std::string ReadableDiagnostic(const std::string& line) {
   const size_t end = line.find("]: ");
   if (!line.starts_with('[') || number == line.npos || end == line.npos || number > end) return line;
   const std::string level = line.substr(1, name - 1);
-  const char* word = level == "ERR" ? "error" : level == "WARN" ? "warning" : "note";
+  const char* word = level == "ERR" ? "error" : level == "WARN" ? "warning" : kNote;
   return fmt::format("{}: {} ({})", word, line.substr(end + 3), line.substr(name + 1, number - name - 1));
 }
 
 void AddDiagnostics(const std::string& where, const std::string& log, Node& node) {
   std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) node.Add(where, ReadableDiagnostic(line));
+  for (std::string line; std::getline(lines, line);) {
+    Field& field = node.Add(where, ReadableDiagnostic(line));
+    field.isFault = !field.value.starts_with(kNote);
+  }
 }
 
 // The count byte may stay at 1 by intent, when the HDMI Forum's override block gives the real number.
@@ -40,7 +46,8 @@ void CheckBlock(const EdidBlock& block, unsigned index, Node& node) {
   const std::string where = fmt::format("block {}", index);
   if (block.type == EDID_BLOCK_UNKNOWN || block.type == EDID_BLOCK_MAP) {
     node.Add(where, fmt::format("{} (tag {:02x}), which a valid image here does not have", BlockKindName(block),
-                                block.bytes[0]));
+                                block.bytes[0]))
+        .isFault = true;
   }
   // Describing a block opens it and decodes all that it holds.
   AddDiagnostics(where, CaptureDiagnostics([&] { DescribeBlock(block, index); }), node);
@@ -57,7 +64,7 @@ void CheckImage(const Image& image, Verdict& verdict) {
   const auto blocks = image.blocks();
   bool valid = false;
   CaptureDiagnostics([&] { valid = isValidEdid(image.handle()) != 0 && CountIsRight(image); });
-  if (!image.firstBlockFaults().empty()) verdict.node.Add("block 0", image.firstBlockFaults());
+  if (!image.firstBlockFaults().empty()) verdict.node.Add("block 0", image.firstBlockFaults()).isFault = true;
   for (unsigned i = 0; i < blocks.size(); ++i) CheckBlock(blocks[i], i, verdict.node);
   verdict.node.title = fmt::format("{}: {}", image.name(), valid ? "valid" : "not valid");
   verdict.exit = valid ? Exit::kDone : Exit::kNo;
@@ -84,8 +91,9 @@ Verdict Check(const std::string& input) {
 }
 
 Exit CheckSingle(const CheckOptions& options, Streams& streams) {
+  const TextStyle style = StyleFor(options.color, streams);
   const Verdict verdict = Check(options.inputs[0]);
-  if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node));
+  if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node, style));
   if (verdict.failure) throw *verdict.failure;
   return verdict.exit;
 }
@@ -94,7 +102,7 @@ Exit CheckSingle(const CheckOptions& options, Streams& streams) {
 void AddReason(const std::string& input, Verdict& verdict) {
   std::string reason = verdict.failure->what();
   if (const std::string name = ShownName(input) + ": "; reason.starts_with(name)) reason.erase(0, name.size());
-  verdict.node.Add("image", "error: " + reason);
+  verdict.node.Add("image", "error: " + reason).isFault = true;
 }
 
 }  // namespace
@@ -102,6 +110,7 @@ void AddReason(const std::string& input, Verdict& verdict) {
 Exit RunCheck(const CheckOptions& options, Streams& streams) {
   if (IsSingle(options.inputs)) return CheckSingle(options, streams);
   size_t valid = 0, notValid = 0, none = 0;
+  const TextStyle style = StyleFor(options.color, streams);
   Progress progress;
   const Exit worst = ForEachInput(options.inputs, progress, [&](const std::string& input) {
     Verdict verdict = Check(input);
@@ -109,7 +118,7 @@ Exit RunCheck(const CheckOptions& options, Streams& streams) {
     if (verdict.failure) AddReason(input, verdict);
     if (options.quiet && verdict.exit == Exit::kDone) return verdict.exit;
     progress.Erase();
-    streams.Result(ToText(verdict.node));
+    streams.Result(ToText(verdict.node, style));
     return verdict.exit;
   });
   progress.Erase();

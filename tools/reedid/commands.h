@@ -8,9 +8,11 @@
 
 namespace reedid::tool {
 
+constexpr char kAutoColor[] = "auto";  // of the options' `color`; also "always", "never"
+
 struct ShowOptions {
   std::vector<std::string> inputs;
-  std::string color = "auto";  // always, never
+  std::string color = kAutoColor;
   bool hex = false;
   bool hidePrivate = false;
   bool json = false;
@@ -20,6 +22,7 @@ Exit RunShow(const ShowOptions& options, Streams& streams);
 // rates, preferred, audio
 struct QueryOptions {
   std::vector<std::string> inputs;
+  std::string color = kAutoColor;
   bool json = false;
 };
 Exit RunRates(const QueryOptions& options, Streams& streams);
@@ -29,12 +32,14 @@ Exit RunAudio(const QueryOptions& options, Streams& streams);
 struct TimingsOptions {
   std::vector<std::string> inputs;
   std::string sort;  // rate, area, or empty: as the image has them
+  std::string color = kAutoColor;
   bool json = false;
 };
 Exit RunTimings(const TimingsOptions& options, Streams& streams);
 
 struct TimingOptions {
   std::vector<std::string> words;  // "vic" "97"
+  std::string color = kAutoColor;
   bool rb1 = false;
   bool rb2 = false;
   bool ntsc = false;
@@ -81,6 +86,7 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
 
 struct CheckOptions {
   std::vector<std::string> inputs;
+  std::string color = kAutoColor;
   bool quiet = false;  // only what is not valid
 };
 Exit RunCheck(const CheckOptions& options, Streams& streams);

@@ -36,6 +36,12 @@ CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command&
   return command;
 }
 
+void AddColor(CLI::App& command, std::string& color) {
+  command.add_option("--color", color, "auto: on a terminal, unless NO_COLOR is set")
+      ->check(CLI::IsMember({kAutoColor, "always", "never"}))
+      ->capture_default_str();
+}
+
 void AddShow(CLI::App& app, Command& chosen) {
   ShowOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
@@ -43,9 +49,7 @@ void AddShow(CLI::App& app, Command& chosen) {
   command->add_flag("--json", options->json, kJsonHelp);
   command->add_flag("--hex", options->hex, "the bytes beside each field");
   command->add_flag("--private", options->hidePrivate, "hide serial numbers and what else tells one unit from another");
-  command->add_option("--color", options->color, "auto: on a terminal, unless NO_COLOR is set")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->capture_default_str();
+  AddColor(*command, options->color);
 }
 
 void AddCheck(CLI::App& app, Command& chosen) {
@@ -53,6 +57,7 @@ void AddCheck(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("-q,--quiet", options->quiet, "nothing of what is valid");
+  AddColor(*command, options->color);
 }
 
 void AddPhys(CLI::App& app, Command& chosen) {
@@ -97,6 +102,7 @@ void AddQuery(CLI::App& app, Command& chosen, const char* name, const char* help
   CLI::App* command = AddCommand(app, name, help, chosen, run, options);
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
 }
 
 void AddTimings(CLI::App& app, Command& chosen) {
@@ -105,6 +111,7 @@ void AddTimings(CLI::App& app, Command& chosen) {
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_option("--sort", options->sort, "highest first")->check(CLI::IsMember({"rate", "area"}));
   command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
 }
 
 void AddTiming(CLI::App& app, Command& chosen) {
@@ -120,6 +127,7 @@ void AddTiming(CLI::App& app, Command& chosen) {
   command->add_flag("--ntsc", options->ntsc, "CVT version 2: rate times 1000/1001");
   command->add_flag("--interlaced", options->interlaced, "interlaced; the rate is that of the fields");
   command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
 }
 
 void AddPlot(CLI::App& app, Command& chosen) {

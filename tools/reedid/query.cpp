@@ -9,6 +9,7 @@
 #include "describe.h"
 #include "inputs.h"
 #include "records.h"
+#include "terminal.h"
 
 namespace reedid::tool {
 namespace {
@@ -54,8 +55,10 @@ Node AudioNode(const Image& image) {
   return node;
 }
 
-Answer AnswerOf(const Node& node, bool json) {
-  return json ? Answer{"", ToJson(node)} : Answer{ToText(node), {}};
+// What the options of a query ask for.
+template <class Options>
+Answer AnswerOf(const Node& node, const Options& options, const Streams& streams) {
+  return options.json ? Answer{"", ToJson(node)} : Answer{ToText(node, StyleFor(options.color, streams)), {}};
 }
 
 }  // namespace
@@ -84,24 +87,24 @@ Exit RunRates(const QueryOptions& options, Streams& streams) {
 }
 
 Exit RunTimings(const TimingsOptions& options, Streams& streams) {
-  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+  return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     Node node = TimingsNode(SortedTimings(image, options.sort));
     node.title = fmt::format("{}: {} detailed timings", image.name(), node.timings.size());
-    return AnswerOf(node, options.json);
+    return AnswerOf(node, options, streams);
   });
 }
 
 Exit RunPreferred(const QueryOptions& options, Streams& streams) {
-  return AnswerEach(options.inputs, options.json, streams, [&options](const Image& image, bool) {
+  return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     const std::optional<TimingItem> item = PreferredOf(image);
     if (!item) throw ToolError(Exit::kNo, fmt::format("{}: no preferred timing", image.name()));
-    return AnswerOf(DescribeTiming(image.name(), *item), options.json);
+    return AnswerOf(DescribeTiming(image.name(), *item), options, streams);
   });
 }
 
 Exit RunAudio(const QueryOptions& options, Streams& streams) {
   return AnswerEach(options.inputs, options.json, streams,
-                    [&options](const Image& image, bool) { return AnswerOf(AudioNode(image), options.json); });
+                    [&](const Image& image, bool) { return AnswerOf(AudioNode(image), options, streams); });
 }
 
 }  // namespace reedid::tool

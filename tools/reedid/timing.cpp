@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "describe.h"
+#include "terminal.h"
 
 namespace reedid::tool {
 namespace {
@@ -138,7 +139,8 @@ Exit RunTiming(const TimingOptions& options, Streams& streams) {
       streams.Result(JsonText(ToJson(node)));
       return Exit::kDone;
     }
-    for (const Node& child : node.children) streams.Result(ToText(child));
+    const TextStyle style = StyleFor(options.color, streams);
+    for (const Node& child : node.children) streams.Result(ToText(child, style));
     return Exit::kDone;
   }
   Wrong("say what it is, one of vic, dmt, cvt, std, find", "vic 97");
