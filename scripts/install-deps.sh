@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|bench|lint|coverage|docs
-# tool, tests and ci each hold the ones before; the others stand alone. Needs root or sudo only when something is missing.
+# tool, tests and ci each hold the ones before; lint holds those of tool, the others stand alone. Needs root or sudo only when something is missing.
 set -eu
 
 packages="g++ cmake ninja-build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
@@ -11,7 +11,7 @@ case "${1:-tool}" in
   cross) packages="nlohmann-json3-dev cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
   fuzz) packages="nlohmann-json3-dev g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
   bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;
-  lint) packages="g++ cmake ninja-build clang-tidy" ;;
+  lint) packages="$packages clang-tidy" ;;
   coverage) packages="nlohmann-json3-dev g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
   docs) packages="doxygen" ;;
   *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage|docs" >&2; exit 2 ;;

@@ -94,7 +94,7 @@ Exit CheckSingle(const CheckOptions& options, Streams& streams) {
   const TextStyle style = StyleFor(options.color, streams);
   const Verdict verdict = Check(options.inputs[0]);
   if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node, style));
-  if (verdict.failure) throw *verdict.failure;
+  if (verdict.failure) throw ToolError(*verdict.failure);
   return verdict.exit;
 }
 

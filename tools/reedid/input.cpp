@@ -57,13 +57,13 @@ bool HasEdidHeader(const ByteVector& bytes) {
 ByteVector ReadInput(const std::string& name) {
   if (name.starts_with(kSamplePrefix)) return SampleBytes(name.substr(kSamplePrefix.size()));
   const std::string shown = name == "-" ? "standard input" : name;
-  const ByteVector bytes = ReadToEnd(name);
+  ByteVector bytes = ReadToEnd(name);
   if (bytes.empty()) {
     Fail(shown, "empty; a connector of /sys/class/drm without a display gives no EDID, other files must hold one");
   }
   if (HasEdidHeader(bytes) || !LooksLikeText(bytes)) return bytes;
   try {
-    const ByteVector parsed = ParseHexText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    ByteVector parsed = ParseHexText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     if (parsed.empty()) throw ToolError(Exit::kInput, "text without hexadecimal digits");
     return parsed;
   } catch (const ToolError& error) {

@@ -14,14 +14,16 @@ bool Labels::IsFree(const Box& box) const {
 }
 
 std::optional<Box> Labels::Place(double x, double y, double width, double height) {
-  constexpr double kFirst = 7, kStep = 8, kLast = 70;
+  constexpr double kFirst = 7, kStep = 8;
+  constexpr int kRings = 8;
   struct Direction {
     double dx, dy;    // away from the point
     double left, up;  // the part of the label left of and above its anchor
   };
   constexpr Direction kDirections[] = {{-1, 0, 1, .5},   {1, 0, 0, .5},   {0, -1, .5, 1},  {0, 1, .5, 0},
                                        {-.7, -.7, 1, 1}, {.7, -.7, 0, 1}, {-.7, .7, 1, 0}, {.7, .7, 0, 0}};
-  for (double distance = kFirst; distance <= kLast; distance += kStep) {
+  for (int ring = 0; ring < kRings; ++ring) {
+    const double distance = kFirst + kStep * ring;
     for (const Direction& d : kDirections) {
       const Box box = {x + d.dx * distance - d.left * width, y + d.dy * distance - d.up * height, width, height};
       if (!IsFree(box)) continue;

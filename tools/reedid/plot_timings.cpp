@@ -101,17 +101,19 @@ class Axes {
 };
 
 void Axes::Draw(Svg& svg) const {
-  for (double rate = leastRate_; rate <= mostRate_; rate += rateStep_) {
+  const long steps = std::lround((mostRate_ - leastRate_) / rateStep_);
+  for (long i = 0; i <= steps; ++i) {
+    const double rate = leastRate_ + rateStep_ * static_cast<double>(i);
     svg.Line("grid", frame_.x, Y(rate), frame_.right(), Y(rate));
     svg.Text("tick end", frame_.x - 8, Y(rate) + 4, fmt::format("{:.0f}", rate));
   }
-  for (double decade = 1; decade <= 10000; decade *= 10) {
+  for (const int decade : {1, 10, 100, 1000, 10000}) {
     for (int digit = 1; digit <= 9; ++digit) {
-      const double clock = decade * digit;
+      const int clock = decade * digit;
       if (clock < leastClock_ || clock > mostClock_) continue;
       svg.Line("grid", X(clock), frame_.y, X(clock), frame_.bottom());
       const bool named = digit <= 3 || digit == 5 || digit == 7;
-      if (named) svg.Text("tick mid", X(clock), frame_.bottom() + 17, fmt::format("{:.0f}", clock));
+      if (named) svg.Text("tick mid", X(clock), frame_.bottom() + 17, fmt::format("{}", clock));
     }
   }
   svg.Text("axis mid", frame_.x + frame_.width / 2, frame_.bottom() + 38, "pixel clock in MHz");
