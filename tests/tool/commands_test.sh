@@ -125,7 +125,9 @@ has out 'block 1 *warning: checksum error'
 head -c 128 tv-4k.bin >half.bin
 expect 1 check half.bin
 has out 'count byte 1, but 0 follow'
-# diagnostics of the other commands are not part of their result
+# diagnostics of the other commands are not part of their result, and are said once
+expect 0 show bad.bin
+[ "$(grep -c 'checksum error' err)" = 1 ] || fail "show bad.bin said: $(cat err)"
 expect 0 phys bad.bin
 [ "$(cat out)" = 1.0.0.0 ] || fail "phys printed: $(cat out)"
 has err 'checksum error'

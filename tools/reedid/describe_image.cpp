@@ -4,9 +4,11 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "describe.h"
 #include "hex_text.h"
+#include "streams.h"
 
 namespace reedid::tool {
 namespace {
@@ -153,7 +155,9 @@ Node DescribeImage(const Image& image) {
     field.isFault = true;
     field.publicValue = "in its count byte or its checksum";
   }
-  if (const auto count = OverrideCount(image)) {
+  std::optional<unsigned> count;
+  CaptureDiagnostics([&] { count = OverrideCount(image); });  // the blocks' own accounts print them
+  if (count) {
     node.Add("Extension override", fmt::format("{} extensions by the HDMI Forum's override block", *count));
   }
   for (unsigned i = 0; i < blocks.size(); ++i) node.Child(DescribeBlock(blocks[i], i));
