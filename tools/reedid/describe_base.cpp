@@ -49,13 +49,16 @@ std::string SizeText(const VesaBlock& model) {
   return fmt::format("{} x {} cm", model.hScreenSize, model.vScreenSize);
 }
 
+// Two bits had other meanings before EDID 1.4.
 std::string FeaturesText(const VesaBlock& model) {
-  const NamedFlag flags[] = {{model.standby, "standby"},
-                             {model.suspend, "suspend"},
-                             {model.activeOff, "active off"},
-                             {model.sRgbDefault, "sRGB is the default"},
-                             {model.preferredNative, "first detailed timing is native"},
-                             {model.continuousFreq, "continuous frequencies"}};
+  const bool is14 = Is14(model);
+  const NamedFlag flags[] = {
+      {model.standby, "standby"},
+      {model.suspend, "suspend"},
+      {model.activeOff, "active off"},
+      {model.sRgbDefault, "sRGB is the default"},
+      {model.preferredNative, is14 ? "first detailed timing is native" : "first detailed timing is preferred"},
+      {model.continuousFreq, is14 ? "continuous frequencies" : "default GTF"}};
   return SetFlags(flags);
 }
 
