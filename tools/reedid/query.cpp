@@ -89,7 +89,8 @@ Exit RunRates(const QueryOptions& options, Streams& streams) {
 Exit RunTimings(const TimingsOptions& options, Streams& streams) {
   return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     Node node = TimingsNode(SortedTimings(image, options.sort));
-    node.title = fmt::format("{}: {} detailed timings", image.name(), node.timings.size());
+    const size_t count = node.timings.size();
+    node.title = fmt::format("{}: {} detailed timing{}", image.name(), count, count == 1 ? "" : "s");
     return AnswerOf(node, options, streams);
   });
 }
