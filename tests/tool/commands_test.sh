@@ -382,6 +382,9 @@ has err 'standard output'
 "$tool" show tv-4k.bin >&- 2>err && fail 'a closed standard output was not noticed'
 "$tool" limit hdmi20 tv-4k120.bin -o old.bin >&- 2>err && fail 'a closed standard output was not noticed'
 same old.bin dvi.bin
+# words that nobody can read take nothing away
+"$tool" rates bad.bin missing dvi.bin >out 2>/dev/full
+[ $? -eq 3 ] && [ "$(wc -l <out)" = 2 ] || fail "with a full standard error, rates printed: $(cat out)"
 ls -A | grep -q '^\.reedid' && fail 'a temporary file was left'
 
 # --- output that replaces: links and permissions stay

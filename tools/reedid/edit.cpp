@@ -115,7 +115,7 @@ void PrintTable(const std::string& text, const std::string& output, Streams& str
   if (output != "-") {
     streams.Result(text);
   } else {
-    fmt::print(stderr, "{}", text);
+    Tell(text);
   }
 }
 

@@ -53,9 +53,9 @@ class Run {
       worst_ = std::max(worst_, work_(name));
     } catch (const ToolError& error) {
       if (error.code() == Exit::kOutput) throw;
-      Tell(error.what(), error.code());
+      Report(error.what(), error.code());
     } catch (const std::exception& error) {
-      Tell(fmt::format("{}: {}", name, error.what()), Exit::kNoMemory);
+      Report(fmt::format("{}: {}", name, error.what()), Exit::kNoMemory);
     }
   }
   // What the user named; a folder must have something in it.
@@ -64,7 +64,7 @@ class Run {
     const Exit worstBefore = std::exchange(worst_, Exit::kDone);
     Visit(name, IsFolder(name));
     if (visited_ == before && worst_ == Exit::kDone)
-      Tell(fmt::format("{}: no file in this folder", name), Exit::kInput);
+      Report(fmt::format("{}: no file in this folder", name), Exit::kInput);
     worst_ = std::max(worst_, worstBefore);
   }
   Exit worst() const { return worst_; }
@@ -74,7 +74,7 @@ class Run {
     const std::vector<Entry> entries = ListFolder(folder);
     for (const Entry& entry : entries) Visit(entry.path, entry.folder);
   }
-  void Tell(const std::string& message, Exit code) {
+  void Report(const std::string& message, Exit code) {
     progress_.Erase();
     Note(message);
     worst_ = std::max(worst_, code);
@@ -107,7 +107,7 @@ class JsonArray {
 void TellDiagnostics(const std::string& input, const std::string& log) {
   const std::string name = WithoutControls(ShownName(input));
   std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) fmt::print(stderr, "{}: {}\n", name, line);
+  for (std::string line; std::getline(lines, line);) Tell(fmt::format("{}: {}\n", name, line));
 }
 
 // The answer on one of several inputs; diagnostics are told with the name of the input in front.
@@ -168,13 +168,13 @@ Progress::Progress() : terminal_(isatty(STDERR_FILENO) == 1), next_(Clock::now()
 void Progress::Step() {
   ++inputs_;
   if (!terminal_ || Clock::now() < next_) return;
-  fmt::print(stderr, "\rreedid: {} inputs read", inputs_ - 1);
+  Tell(fmt::format("\rreedid: {} inputs read", inputs_ - 1));
   next_ = Clock::now() + std::chrono::milliseconds(100);
   shown_ = true;
 }
 
 void Progress::Erase() {
-  if (shown_) fmt::print(stderr, "\r\033[K");
+  if (shown_) Tell("\r\033[K");
   shown_ = false;
 }
 

@@ -231,7 +231,7 @@ Exit Run(int argc, char** argv, Streams& streams) {
   Command chosen;
   SetUp(app, chosen);
   if (argc < 2) {
-    fmt::print(stderr, "{}", ShortHelp());
+    Tell(ShortHelp());
     return Exit::kUsage;
   }
   if (argv[1][0] != '-' && FindHelp(argv[1]) == nullptr) {
@@ -243,7 +243,7 @@ Exit Run(int argc, char** argv, Streams& streams) {
     std::ostringstream help, message;
     const bool wrong = app.exit(error, help, message) != 0;  // help and version are "errors" of code 0
     streams.Result(help.str());
-    fmt::print(stderr, "{}", message.str());
+    Tell(message.str());
     return wrong ? Exit::kUsage : Exit::kDone;
   }
   return chosen(streams);

@@ -1,7 +1,5 @@
 // show: a readable account of everything in the image.
 
-#include <fmt/format.h>
-
 #include <sstream>
 
 #include "commands.h"
@@ -16,7 +14,7 @@ namespace {
 void PrintWithoutChecksums(const std::string& diagnostics) {
   std::istringstream lines(diagnostics);
   for (std::string line; std::getline(lines, line);) {
-    if (line.find("checksum error") == line.npos) fmt::print("{}\n", line);
+    if (line.find("checksum error") == line.npos) Tell(line + "\n");
   }
 }
 

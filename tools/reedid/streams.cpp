@@ -97,8 +97,12 @@ std::string WithoutControls(std::string_view text) {
   return shown;
 }
 
+void Tell(std::string_view text) {
+  WriteAll(STDERR_FILENO, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+}
+
 void Note(std::string_view message) {
-  fmt::print(stderr, "reedid: {}\n", WithoutControls(message));
+  Tell(fmt::format("reedid: {}\n", WithoutControls(message)));
 }
 
 std::string CaptureDiagnostics(const std::function<void()>& work) {

@@ -33,6 +33,9 @@ class Streams {
 // with c2. Names of files may have any of them.
 std::string WithoutControls(std::string_view text);
 
+// Standard error. What cannot be written there is lost, but not the work that it tells of.
+void Tell(std::string_view text);
+
 // One line on standard error, "reedid: ...".
 void Note(std::string_view message);
 
