@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <span>
 #include <thread>
 
@@ -95,25 +96,71 @@ TEST(Operations, OpenWhatMemoryAllows) {
   }
 }
 
-std::vector<ByteVector> Outcomes(const ByteVector& image) {
-  std::vector<ByteVector> outcomes;
-  for (const Operation& operation : Operations()) outcomes.push_back(Outcome(operation, image));
-  return outcomes;
+TEST(Operations, RefuseWhatIsNotThere) {
+  EdidHandle empty = {};
+  const Owned<EdidHandle> handle = OpenImage(Edid().Build()), bare = OpenImage(Edid().Build());
+  EDID_DeleteBlock(bare.get(), bare->blocks);
+  uint16_t rate = 60;
+  DtdTiming timing;
+  AudioFmtCap cap;
+  const std::pair<const char*, std::function<void()>> refused[] = {
+      {"isValidEdid", [&] { EXPECT_EQ(isValidEdid(nullptr), 0); }},
+      {"isValidEdid", [&] { EXPECT_EQ(isValidEdid(&empty), 0); }},
+      {"isDVIEdid", [&] { EXPECT_EQ(isDVIEdid(nullptr), 0); }},
+      {"isDVIEdid", [&] { EXPECT_EQ(isDVIEdid(&empty), 0); }},
+      {"EDID_DVItoHDMI", [&] { EXPECT_EQ(EDID_DVItoHDMI(nullptr, 0x1000), -1); }},
+      {"EDID_DVItoHDMI", [&] { EXPECT_EQ(EDID_DVItoHDMI(&empty, 0x1000), -1); }},
+      {"EDID_GetAudioFmtCap", [&] { EXPECT_EQ(EDID_GetAudioFmtCap(handle.get(), nullptr), -1); }},
+      {"EDID_GetAudioFmtCap", [&] { EXPECT_EQ(EDID_GetAudioFmtCap(nullptr, &cap), -1); }},
+      {"EDID_LimitToPCM2CH", [] { EDID_LimitToPCM2CH(nullptr); }},
+      {"EDID_LimitToFrl40G", [] { EDID_LimitToFrl40G(nullptr); }},
+      {"EDID_LimitToSDR", [] { EDID_LimitToSDR(nullptr); }},
+      {"EDID_HighRefreshRate", [] { EXPECT_EQ(EDID_HighRefreshRate(nullptr), -1); }},
+      {"DeleteEODB", [] { DeleteEODB(nullptr); }},
+      {"EDID_GetAllFrameRate", [&] { EXPECT_EQ(EDID_GetAllFrameRate(nullptr, &rate, 1), 0u); }},
+      {"EDID_GetAllFrameRate", [&] { EXPECT_EQ(EDID_GetAllFrameRate(&empty, &rate, 1), 0u); }},
+      {"EDID_GetAllFrameRate", [&] { EXPECT_EQ(EDID_GetAllFrameRate(handle.get(), nullptr, 1), 0u); }},
+      {"EDID_GetDTDCnt", [] { EXPECT_EQ(EDID_GetDTDCnt(nullptr), 0u); }},
+      {"EDID_FindOutAllDTD", [&] { EXPECT_EQ(EDID_FindOutAllDTD(nullptr, &timing, 1), 0u); }},
+      {"SortDTDbyFrameRate", [] { SortDTDbyFrameRate(nullptr, 3); }},
+      {"EDID_GetPreferredTiming", [&] { EDID_GetPreferredTiming(nullptr, &timing); }},
+      {"EDID_LimitToHDMI20", [&] { EDID_LimitToHDMI20(nullptr, &rate, 1); }},
+      {"EDID_LimitToHDMI20", [&] { EDID_LimitToHDMI20(&empty, &rate, 1); }},
+      {"EDID_LimitToHDMI20", [&] { EDID_LimitToHDMI20(handle.get(), nullptr, 1); }},
+      {"EDID_LimitToHDMI20", [&] { EDID_LimitToHDMI20(handle.get(), &rate, 0); }},
+      {"EDID_LimitToHDMI14", [&] { EDID_LimitToHDMI14(handle.get(), &rate, 0); }},
+  };
+  for (const auto& [name, call] : refused) EXPECT_EQ(LogOf(call), Err(name, "invalid parameters"));
+  EXPECT_EQ(LogOf([&] {
+              EXPECT_EQ(EDID_GetPhyAddr(nullptr) & EDID_GetPhyAddr(&empty), 0xFFFF);
+              EXPECT_EQ(EDID_SetPhyAddr(nullptr, 0x1000) + EDID_SetPhyAddr(&empty, 0x1000), -2);
+              EXPECT_EQ(EDID_GetDTDCnt(&empty) + EDID_FindOutAllDTD(&empty, &timing, 1), 0u);
+              EXPECT_EQ(EDID_GetAllFrameRate(bare.get(), &rate, 1), 0u);
+              EXPECT_EQ(VESA_LimitToHDMI20(nullptr, &rate, 1) + VESA_LimitToHDMI14(nullptr, &rate, 1), -2);
+              CEA_LimitToHDMI20(nullptr, &rate, 1);
+              CEA_LimitToHDMI14(nullptr, &rate, 1);
+              DispID_LimitToHDMI20(nullptr, &rate, 1);
+            }),
+            "");
+  EXPECT_EQ(rate, 60);
 }
 
 TEST(Operations, RunInThreadsOnHandlesOfTheirOwn) {
-  constexpr unsigned kThreads = 8;
   for (const SampleImage& sample : SampleImages()) {
-    SCOPED_TRACE(sample.name);
+    const auto runAll = [&] {
+      std::vector<ByteVector> outcomes;
+      for (const Operation& operation : Operations()) outcomes.push_back(Outcome(operation, sample.bytes));
+      return outcomes;
+    };
     std::vector<ByteVector> alone;
-    std::vector<std::vector<ByteVector>> together(kThreads);
+    std::vector<std::vector<ByteVector>> together(8);
     LogOf([&] {
-      alone = Outcomes(sample.bytes);
+      alone = runAll();
       std::vector<std::thread> threads;
-      for (auto& outcomes : together) threads.emplace_back([&] { outcomes = Outcomes(sample.bytes); });
+      for (auto& outcomes : together) threads.emplace_back([&] { outcomes = runAll(); });
       for (std::thread& thread : threads) thread.join();
     });
-    for (const auto& outcomes : together) EXPECT_EQ(outcomes, alone);
+    for (const auto& outcomes : together) EXPECT_EQ(outcomes, alone) << sample.name;
   }
 }
 
