@@ -66,16 +66,13 @@ TEST(ReedidHpp, EmptyOwnersHoldNothing) {
   LogOf([&] {
     const Image refused{ByteView(cut).first(4)};
     EXPECT_FALSE(refused);
-    EXPECT_TRUE(refused.Blocks().empty());
-    EXPECT_TRUE(refused.Bytes().empty());
-    EXPECT_TRUE(refused.FrameRates().empty());
-    EXPECT_TRUE(refused.DetailedTimings().empty());
+    EXPECT_TRUE(refused.Blocks().empty() && refused.Bytes().empty());
+    EXPECT_TRUE(refused.FrameRates().empty() && refused.DetailedTimings().empty());
     const Image image(Sample());
     const BaseBlock wrongKind(image.Blocks()[1]);
     EXPECT_FALSE(wrongKind);
     EXPECT_EQ(wrongKind.Timings().begin(), wrongKind.Timings().end());
-    EXPECT_TRUE(CtaExtension().DataBlocks().empty());
-    EXPECT_TRUE(DisplayIdSection().DataBlocks().empty());
+    EXPECT_TRUE(CtaExtension().DataBlocks().empty() && DisplayIdSection().DataBlocks().empty());
     EXPECT_EQ(wrongKind.GenerateInto(image.Blocks()[0]), -1);
   });
   EXPECT_TRUE(BytesOf(EdidBlock{}).empty());
