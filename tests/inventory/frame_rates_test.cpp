@@ -3,7 +3,6 @@
 #include "base/bytes.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
-#include "tests/support/log_capture.h"
 
 namespace reedid::test {
 namespace {
@@ -24,42 +23,27 @@ ByteVector Type20(uint32_t clock) {
 }
 
 TEST(FrameRates, EverySourceOfABaseBlock) {
-  struct Case {
-    const char* name;
-    ByteVector image;
-    RateVector rates;
-  };
   // 1080 lines: all five rates, then an unused code, then reduced blanking only.
   const ByteVector cvtCodes = Hex("00 01 1B 22 1F 00 00 00 1B 22 01");
-  const Case cases[] = {
-      {"nothing", Edid().Build(), {}},
-      {"established 800x600 at 60 and 56, 1280x1024 at 75", Edid().Set(35, {0x03, 0x01}).Build(), {75, 60, 56}},
-      {"established without a DMT timing", Edid().Set(35, {0x10}).Build(), {}},
-      {"standard timings", Edid().Set(38, {0xD1, 0xC0, 0x81, 0x99}).Build(), {85, 60}},
-      {"the last standard timing", Edid().Set(52, {0xD1, 0xC0}).Build(), {60}},
-      {"DTD", Edid().Dtd(AtClock(k1080p60, 297000)).Build(), {120}},
+  const std::tuple<const char*, Edid, RateVector> cases[] = {
+      {"nothing", Edid(), {}},
+      {"established 800x600 at 60 and 56, 1280x1024 at 75", Edid().Set(35, {0x03, 0x01}), {75, 60, 56}},
+      {"established without a DMT timing", Edid().Set(35, {0x10}), {}},
+      {"standard timings", Edid().Set(38, {0xD1, 0xC0, 0x81, 0x99}), {85, 60}},
+      {"the last standard timing", Edid().Set(52, {0xD1, 0xC0}), {60}},
+      {"DTD", Edid().Dtd(AtClock(k1080p60, 297000)), {120}},
       {"interlaced DTD counts fields",
-       Edid().Dtd({74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}).Build(),
+       Edid().Dtd({74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}),
        {60}},
-      {"DTD without a total", Edid().Dtd({74250, 0, 0, 0, 0, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}).Build(), {}},
-      {"standard timings descriptor",
-       Edid().Descriptor(0xFA, {0, 0x81, 0x8F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}).Build(),
-       {75}},
-      {"CVT codes", Edid().Descriptor(0xF8, cvtCodes).Build(), {85, 75, 60, 50}},
+      {"DTD without a total", Edid().Dtd({74250, 0, 0, 0, 0, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}), {}},
+      {"standard timings descriptor", Edid().Descriptor(0xFA, {0, 0x81, 0x8F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}), {75}},
+      {"CVT codes", Edid().Descriptor(0xF8, cvtCodes), {85, 75, 60, 50}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(RatesOf(c.image), c.rates);
-  }
+  for (const auto& [name, edid, rates] : cases) EXPECT_EQ(RatesOf(edid.Build()), rates) << name;
 }
 
 TEST(FrameRates, EverySourceOfACtaExtension) {
-  struct Case {
-    const char* name;
-    Cta cta;
-    RateVector rates;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, Cta, RateVector> cases[] = {
       {"VICs in any order come out falling, each once", Cta().Vdb({16, 31, 63, 32, 97, 0x90}), {120, 60, 50, 24}},
       {"VICs that the table does not know", Cta().Vdb({0, 128, 254}), {}},
       {"4:2:0 VICs", Cta().Extended(14, {96, 218}), {100, 50}},
@@ -75,21 +59,13 @@ TEST(FrameRates, EverySourceOfACtaExtension) {
        {300}},
       {"type X too short", Cta().Extended(0x2A, {0, 2, 0xFF}), {}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(RatesOf(Edid().Extension(c.cta).Build()), c.rates);
-  }
+  for (const auto& [name, cta, rates] : cases) EXPECT_EQ(RatesOf(Edid().Extension(cta).Build()), rates) << name;
 }
 
 TEST(FrameRates, EverySourceOfADisplayIdSection) {
-  struct Case {
-    const char* name;
-    Section section;
-    RateVector rates;
-  };
   const ByteVector type2 = {0x03, 0x3A, 0x00, 0x00, 0xEF, 0x44, 0xA5, 0x37, 0x04, 0x2C, 0x34};
   const ByteVector type6 = {0x28, 0x88, 0x04, 0x7F, 0x07, 0x37, 0x04, 0x17, 0x57, 0x01, 0x2B, 0x2C, 0x03, 0x04};
-  const Case cases[] = {
+  const std::tuple<const char*, Section, RateVector> cases[] = {
       {"type I", Section().Block(0x03, 0, Concat({Type20(14850), Type20(29700)})), {120, 60}},
       {"type II", Section().Block(0x04, 0, type2), {60}},
       {"type III", Section().Block(0x05, 0, {0x04, 0xEF, 74}), {75}},
@@ -106,10 +82,9 @@ TEST(FrameRates, EverySourceOfADisplayIdSection) {
       {"type X stands in CTA extensions only", Section(0x20).Block(0x2A, 0, {2, 0xFF, 0x09, 0x9F, 0x05, 99}), {}},
       {"a block without a whole timing", Section().Block(0x03, 0, {1, 2, 3}).Block(0x05, 0, {0x04, 0xEF, 74}), {75}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(RatesOf(c.section.Build()), c.rates) << "standalone";
-    EXPECT_EQ(RatesOf(Edid().Extension(c.section).Build()), c.rates) << "inside an EDID";
+  for (const auto& [name, section, rates] : cases) {
+    EXPECT_EQ(RatesOf(section.Build()), rates) << name << ", standalone";
+    EXPECT_EQ(RatesOf(Edid().Extension(section).Build()), rates) << name << ", inside an EDID";
   }
 }
 
@@ -117,19 +92,6 @@ TEST(FrameRates, StopsWhenTheArrayIsFull) {
   const ByteVector image = Edid().Extension(Cta().Vdb({16, 31, 63})).Extension(Cta().Vdb({63})).Build();
   EXPECT_EQ(RatesOf(image, 2), (RateVector{60, 50}));
   EXPECT_EQ(RatesOf(image, 0), RateVector{});
-}
-
-TEST(FrameRates, RefusesWhatIsNotThere) {
-  uint16_t rate = 7;
-  EdidHandle empty = {};
-  const std::string refused = Err("EDID_GetAllFrameRate", "invalid parameters");
-  const Owned<EdidHandle> handle = OpenImage(Edid().Build());
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_GetAllFrameRate(nullptr, &rate, 1), 0u); }), refused);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_GetAllFrameRate(&empty, &rate, 1), 0u); }), refused);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_GetAllFrameRate(handle.get(), nullptr, 1), 0u); }), refused);
-  EDID_DeleteBlock(handle.get(), handle->blocks);
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_GetAllFrameRate(handle.get(), &rate, 1), 0u); }), "");
-  EXPECT_EQ(rate, 7);
 }
 
 }  // namespace
