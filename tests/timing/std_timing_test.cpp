@@ -4,6 +4,7 @@
 
 #include "tests/support/edid_builder.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/record_text.h"
 
 namespace reedid::test {
 namespace {
@@ -48,10 +49,8 @@ std::string LogOfDtdToStd(uint16_t hactive, uint8_t frameRate, uint16_t aspect, 
   int32_t result = 0;
   const std::string log = LogOf([&] { result = DtdToStd(&timing, &std); });
   EXPECT_EQ(result, log.empty() ? 0 : -1);
-  EXPECT_EQ(std.valid, log.empty() ? 1 : 7);
-  EXPECT_EQ(std.hactive, log.empty() ? hactive : 7);
-  EXPECT_EQ(std.frameRate, log.empty() ? frameRate : 7);
-  EXPECT_EQ(std.aspectRatio, log.empty() ? aspect : 7);
+  EXPECT_EQ(ToText(std), ToText(log.empty() ? StdTiming{1, frameRate, hactive, static_cast<uint8_t>(aspect)}
+                                            : StdTiming{7, 7, 7, 7}));
   return log;
 }
 
