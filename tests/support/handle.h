@@ -10,9 +10,6 @@ namespace reedid::test {
 
 struct Closer {
   void operator()(EdidHandle* p) const { EDID_Close(p); }
-  void operator()(VesaBlock* p) const { VESA_Close(p); }
-  void operator()(CeaBlock* p) const { CEA_Close(p); }
-  void operator()(DispIdBlock* p) const { DispID_Close(p); }
 };
 template <class T>
 using Owned = std::unique_ptr<T, Closer>;
