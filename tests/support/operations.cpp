@@ -11,79 +11,32 @@
 namespace reedid::test {
 namespace {
 
-const ByteVector kVideoBlock = {0x43, 0x10, 0x04, 0x61};
-
 // Edits the model of every CTA extension, or of every section, and writes it back.
-template <void (*Edit)(CeaBlock&)>
+template <auto Edit>
 void EditCta(EdidHandle& handle) {
-  EditBlocks(handle, Edit);
+  EditBlocks(handle, [](CeaBlock& model) { Edit(&model); });
 }
-template <void (*Edit)(DispIdBlock&)>
+template <auto Edit>
 void EditSections(EdidHandle& handle) {
-  EditBlocks(handle, Edit);
+  EditBlocks(handle, [](DispIdBlock& model) { Edit(&model); });
 }
 
-void Reopen(EdidHandle& handle) {
-  OpenImage(Generate(&handle));
-}
+const DataBlock kVideo(Hex("43 10 04 61"));
+const DtdSlot kSlot = SlotOf(k720p60);
+const Held<DispIdDataBlock> kTimingCodes(Hex("06 01 01 52"));
 
-void AddBlock(EdidHandle& handle) {
-  if (handle.blockCount > 0) EDID_AddBlock(&handle, &handle.blocks[handle.blockCount - 1], 1);
-}
-
-void DeleteBlock(EdidHandle& handle) {
-  if (handle.blockCount > 0) EDID_DeleteBlock(&handle, &handle.blocks[handle.blockCount - 1]);
+EdidBlock* Last(EdidHandle& handle) {
+  return handle.blockCount > 0 ? &handle.blocks[handle.blockCount - 1] : nullptr;
 }
 
 void Regenerate(EdidHandle& handle) {
   EditBlocks(handle, Overloaded{[](VesaBlock&) {}, [](CeaBlock&) {}, [](DispIdBlock&) {}});
 }
 
-void AddDataBlock(CeaBlock& model) {
-  const DataBlock block(kVideoBlock);
-  CEA_AddDataBlock(&model, &block, 1);
-}
-
-void DeleteDataBlock(CeaBlock& model) {
-  if (model.dataBlockCount > 0) CEA_DeleteDataBlock(&model, model.dataBlocks);
-}
-
-void ReplaceDataBlock(CeaBlock& model) {
-  const DataBlock block(kVideoBlock);
-  if (model.dataBlockCount > 0) CEA_ReplaceDataBlock(&model, model.dataBlocks, &block);
-}
-
-void AddDtd(CeaBlock& model) {
-  const DtdSlot slot = SlotOf(k720p60);
-  CEA_AddDTD(&model, &slot, 0);
-}
-
-void DeleteDtd(CeaBlock& model) {
-  if (model.dtdCount > 0) CEA_DeleteDTD(&model, model.dtds);
-}
-
-// A type IV block with one timing code.
-struct TimingCodes : DispIdDataBlock {
-  TimingCodes() : DispIdDataBlock{0x06, 1, 0, 4, storage} {}
-  uint8_t storage[4] = {0x06, 1, 1, 0x52};
-};
-
-void AddDb(DispIdBlock& model) {
-  const TimingCodes block;
-  DispID_AddDB(&model, &block, 1);
-}
-
-void DeleteDb(DispIdBlock& model) {
-  if (model.dataBlockCount > 0) DispID_DeleteDB(&model, model.dataBlocks);
-}
-
-void ReplaceDb(DispIdBlock& model) {
-  const TimingCodes block;
-  if (model.dataBlockCount > 0) DispID_ReplaceDB(&model, model.dataBlocks, &block);
-}
-
-void ToHdmi(EdidHandle& handle) {
-  EDID_DVItoHDMI(&handle, 0x1000);
+template <class Record, auto Ask>
+void Get(EdidHandle& handle) {
+  Record record = {};
+  Ask(&handle, &record);
 }
 
 // Below each limit to all rates that the image offers.
@@ -103,40 +56,30 @@ void FindDtds(EdidHandle& handle) {
   SortDTDbyFrameRate(list.data(), static_cast<int32_t>(count));
 }
 
-void GetPreferred(EdidHandle& handle) {
-  DtdTiming timing = {};
-  EDID_GetPreferredTiming(&handle, &timing);
-}
-
-void GetAudio(EdidHandle& handle) {
-  AudioFmtCap cap;
-  EDID_GetAudioFmtCap(&handle, &cap);
-}
-
 constexpr Operation kOperations[] = {
-    {"EDID_Open", Reopen, true},
-    {"EDID_AddBlock", AddBlock, true},
-    {"EDID_DeleteBlock", DeleteBlock, true},
+    {"EDID_Open", [](EdidHandle& handle) { OpenImage(Generate(&handle)); }, true},
+    {"EDID_AddBlock", [](EdidHandle& handle) { EDID_AddBlock(&handle, Last(handle), 1); }, true},
+    {"EDID_DeleteBlock", [](EdidHandle& handle) { EDID_DeleteBlock(&handle, Last(handle)); }, true},
     {"open and generate each block", Regenerate},
-    {"CEA_AddDataBlock", EditCta<AddDataBlock>},
-    {"CEA_DeleteDataBlock", EditCta<DeleteDataBlock>},
-    {"CEA_ReplaceDataBlock", EditCta<ReplaceDataBlock>},
-    {"CEA_AddDTD", EditCta<AddDtd>},
-    {"CEA_DeleteDTD", EditCta<DeleteDtd>},
-    {"DispID_AddDB", EditSections<AddDb>},
-    {"DispID_DeleteDB", EditSections<DeleteDb>},
-    {"DispID_ReplaceDB", EditSections<ReplaceDb>},
+    {"CEA_AddDataBlock", EditCta<[](CeaBlock* cea) { CEA_AddDataBlock(cea, &kVideo, 1); }>},
+    {"CEA_DeleteDataBlock", EditCta<[](CeaBlock* cea) { CEA_DeleteDataBlock(cea, cea->dataBlocks); }>},
+    {"CEA_ReplaceDataBlock", EditCta<[](CeaBlock* cea) { CEA_ReplaceDataBlock(cea, cea->dataBlocks, &kVideo); }>},
+    {"CEA_AddDTD", EditCta<[](CeaBlock* cea) { CEA_AddDTD(cea, &kSlot, 0); }>},
+    {"CEA_DeleteDTD", EditCta<[](CeaBlock* cea) { CEA_DeleteDTD(cea, cea->dtds); }>},
+    {"DispID_AddDB", EditSections<[](DispIdBlock* id) { DispID_AddDB(id, &kTimingCodes, 1); }>},
+    {"DispID_DeleteDB", EditSections<[](DispIdBlock* id) { DispID_DeleteDB(id, id->dataBlocks); }>},
+    {"DispID_ReplaceDB", EditSections<[](DispIdBlock* id) { DispID_ReplaceDB(id, id->dataBlocks, &kTimingCodes); }>},
     {"isValidEdid", [](EdidHandle& handle) { isValidEdid(&handle); }, true},
     {"isDVIEdid", [](EdidHandle& handle) { isDVIEdid(&handle); }, true},
-    {"EDID_DVItoHDMI", ToHdmi},
+    {"EDID_DVItoHDMI", [](EdidHandle& handle) { EDID_DVItoHDMI(&handle, 0x1000); }},
     {"EDID_GetPhyAddr", [](EdidHandle& handle) { EDID_GetPhyAddr(&handle); }, true},
     {"EDID_SetPhyAddr", [](EdidHandle& handle) { EDID_SetPhyAddr(&handle, 0x2100); }, true},
     {"EDID_GetAllFrameRate", LimitTo<[](EdidHandle*, const uint16_t*, uint32_t) {}>, true},
     {"EDID_LimitToHDMI20", LimitTo<EDID_LimitToHDMI20>},
     {"EDID_LimitToHDMI14", LimitTo<EDID_LimitToHDMI14>},
     {"EDID_FindOutAllDTD", FindDtds, true},
-    {"EDID_GetPreferredTiming", GetPreferred, true},
-    {"EDID_GetAudioFmtCap", GetAudio, true},
+    {"EDID_GetPreferredTiming", Get<DtdTiming, EDID_GetPreferredTiming>, true},
+    {"EDID_GetAudioFmtCap", Get<AudioFmtCap, EDID_GetAudioFmtCap>, true},
     {"EDID_HighRefreshRate", [](EdidHandle& handle) { EDID_HighRefreshRate(&handle); }},
     {"DeleteEODB", [](EdidHandle& handle) { DeleteEODB(&handle); }},
     {"EDID_LimitToPCM2CH", [](EdidHandle& handle) { EDID_LimitToPCM2CH(&handle); }},
