@@ -5,19 +5,6 @@
 #include <stdexcept>
 
 namespace reedid::test {
-namespace {
-
-void Append(ByteVector& to, const ByteVector& bytes) {
-  to.reserve(to.size() + bytes.size());
-  for (const uint8_t byte : bytes) to.push_back(byte);
-}
-
-ByteVector DescriptorOf(const DtdTiming& timing) {
-  const DtdSlot slot = SlotOf(timing);
-  return ByteVector(slot.bytes, slot.bytes + sizeof slot.bytes);
-}
-
-}  // namespace
 
 DtdTiming AtClock(DtdTiming timing, uint32_t pixelClock) {
   timing.pixelClock = pixelClock;
@@ -31,57 +18,42 @@ DtdSlot SlotOf(const DtdTiming& timing) {
   return slot;
 }
 
+ByteVector DescriptorOf(const DtdTiming& timing) {
+  const DtdSlot slot = SlotOf(timing);
+  return ByteVector(slot.bytes, slot.bytes + sizeof slot.bytes);
+}
+
 void FixChecksum(ByteVector& bytes) {
   uint8_t& last = bytes.at(bytes.size() - 1);
   last = 0;
   last = static_cast<uint8_t>(0u - std::accumulate(bytes.begin(), bytes.end(), 0u));
 }
 
-Cta& Cta::Flags(uint8_t byte3) {
-  flags_ = byte3;
-  return *this;
-}
-
-Cta& Cta::Revision(uint8_t revision) {
-  revision_ = revision;
+Cta& Cta::Header(size_t at, uint8_t byte) {
+  header_[at] = byte;
   return *this;
 }
 
 Cta& Cta::Block(uint8_t tag, const ByteVector& payload) {
-  blocks_.push_back(static_cast<uint8_t>(unsigned{tag} << 5 | payload.size()));
-  Append(blocks_, payload);
+  blocks_ = Concat({blocks_, {static_cast<uint8_t>(unsigned{tag} << 5 | payload.size())}, payload});
   return *this;
-}
-
-Cta& Cta::Extended(uint8_t extTag, const ByteVector& payload) {
-  return Block(7, Concat({{extTag}, payload}));
 }
 
 Cta& Cta::Hdmi(uint16_t physAddr, const ByteVector& rest) {
-  const ByteVector head = {0x03, 0x0C, 0x00, static_cast<uint8_t>(physAddr >> 8), static_cast<uint8_t>(physAddr)};
-  return Block(3, Concat({head, rest}));
-}
-
-Cta& Cta::HdmiForum(const ByteVector& rest) {
-  return Block(3, Concat({{0xD8, 0x5D, 0xC4}, rest}));
+  return Block(3,
+               Concat({{0x03, 0x0C, 0x00, static_cast<uint8_t>(physAddr >> 8), static_cast<uint8_t>(physAddr)}, rest}));
 }
 
 Cta& Cta::Dtd(const DtdTiming& timing) {
-  Append(dtds_, DescriptorOf(timing));
-  return *this;
-}
-
-Cta& Cta::DtdOffset(uint8_t offset) {
-  dtdOffset_ = offset;
+  dtds_ = Concat({dtds_, DescriptorOf(timing)});
   return *this;
 }
 
 ByteVector Cta::Build() const {
-  const auto offset = static_cast<uint8_t>(dtdOffset_ >= 0 ? dtdOffset_ : 4 + static_cast<int>(blocks_.size()));
-  ByteVector bytes = {0x02, revision_, offset, flags_};
-  Append(bytes, blocks_);
-  bytes.resize(std::max<size_t>(bytes.size(), offset));
-  Append(bytes, dtds_);
+  ByteVector bytes = Concat({header_, blocks_});
+  if (bytes[2] == kBehindBlocks) bytes[2] = static_cast<uint8_t>(bytes.size());
+  bytes.resize(std::max<size_t>(bytes.size(), bytes[2]));
+  bytes = Concat({bytes, dtds_});
   if (bytes.size() > 127) throw std::invalid_argument("a CTA extension of more than 128 bytes");
   bytes.resize(128);
   FixChecksum(bytes);
@@ -91,7 +63,7 @@ ByteVector Cta::Build() const {
 Section::Section(uint8_t versionByte, uint8_t productType) : header_{versionByte, 0, productType, 0} {}
 
 Section& Section::Block(uint8_t tag, uint8_t flags, const ByteVector& payload) {
-  Append(blocks_, Concat({{tag, flags, static_cast<uint8_t>(payload.size())}, payload}));
+  blocks_ = Concat({blocks_, {tag, flags, static_cast<uint8_t>(payload.size())}, payload});
   return *this;
 }
 
@@ -110,10 +82,8 @@ Section& Section::ExtensionCount(uint8_t count) {
 }
 
 ByteVector Section::Build(size_t padding) const {
-  ByteVector bytes = header_;
+  ByteVector bytes = Concat({header_, blocks_, ByteVector(padding + 1)});
   bytes[1] = static_cast<uint8_t>(blocks_.size() + padding);
-  Append(bytes, blocks_);
-  bytes.resize(bytes.size() + padding + 1);
   FixChecksum(bytes);
   return bytes;
 }
@@ -140,33 +110,20 @@ Edid& Edid::Set(size_t at, const ByteVector& bytes) {
   return *this;
 }
 
-void Edid::Slot(const ByteVector& bytes) {
+Edid& Edid::Slot(ByteVector bytes) {
   if (slots_ == 4) throw std::invalid_argument("more than four descriptors");
-  Set(54 + 18 * slots_++, bytes);
-}
-
-Edid& Edid::Dtd(const DtdTiming& timing) {
-  Slot(DescriptorOf(timing));
-  return *this;
-}
-
-Edid& Edid::Descriptor(uint8_t tag, const ByteVector& bytes4To17) {
-  ByteVector bytes = Concat({{0, 0, 0, tag}, bytes4To17});
   bytes.resize(18);
-  Slot(bytes);
-  return *this;
+  return Set(54 + 18 * slots_++, bytes);
 }
 
 Edid& Edid::Name(const std::string& text) {
-  ByteVector bytes = {0};
-  for (const char c : text) bytes.push_back(static_cast<uint8_t>(c));
-  if (bytes.size() < 14) bytes.push_back(0x0A);
+  ByteVector bytes = Concat({{0}, ByteVector(text.begin(), text.end()), {0x0A}});
   bytes.resize(14, 0x20);
   return Descriptor(0xFC, bytes);
 }
 
 Edid& Edid::Extension(const ByteVector& block) {
-  Append(extensions_, block);
+  extensions_ = Concat({extensions_, block});
   return *this;
 }
 
@@ -174,8 +131,7 @@ ByteVector Edid::Build() const {
   ByteVector bytes = base_;
   bytes[126] = static_cast<uint8_t>(extensions_.size() / 128);
   FixChecksum(bytes);
-  Append(bytes, extensions_);
-  return bytes;
+  return Concat({bytes, extensions_});
 }
 
 }  // namespace reedid::test

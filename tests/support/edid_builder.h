@@ -20,33 +20,34 @@ DtdTiming AtClock(DtdTiming timing, uint32_t pixelClock);
 // The slot of a timing; stops the test when it does not fit a DTD.
 DtdSlot SlotOf(const DtdTiming& timing);
 
+ByteVector DescriptorOf(const DtdTiming& timing);
+
 // Sets the last byte so that all bytes add up to 0.
 void FixChecksum(ByteVector& bytes);
 
 // A CTA-861 extension. Data blocks stand in the order of the calls.
 class Cta {
  public:
-  Cta& Flags(uint8_t byte3);
-  Cta& Revision(uint8_t revision);
+  Cta& Revision(uint8_t revision) { return Header(1, revision); }
+  Cta& DtdOffset(uint8_t offset) { return Header(2, offset); }  // where the DTDs would begin otherwise
+  Cta& Flags(uint8_t byte3) { return Header(3, byte3); }
   // A data block: header tag and payload; extended tags are the payload's first byte.
   Cta& Block(uint8_t tag, const ByteVector& payload);
   Cta& Vdb(const ByteVector& svds) { return Block(2, svds); }
-  Cta& Extended(uint8_t extTag, const ByteVector& payload);
+  Cta& Extended(uint8_t extTag, const ByteVector& payload) { return Block(7, Concat({{extTag}, payload})); }
   // An HDMI 1.4b VSDB with this physical address and these bytes from byte 6 on.
   Cta& Hdmi(uint16_t physAddr, const ByteVector& rest = {0, 30});
   // An HDMI Forum VSDB with these bytes from byte 4 on.
-  Cta& HdmiForum(const ByteVector& rest);
+  Cta& HdmiForum(const ByteVector& rest) { return Block(3, Concat({{0xD8, 0x5D, 0xC4}, rest})); }
   Cta& Dtd(const DtdTiming& timing);
-  // Byte 2, where the DTDs would begin otherwise.
-  Cta& DtdOffset(uint8_t offset);
   ByteVector Build() const;
 
  private:
-  uint8_t revision_ = 3;
-  uint8_t flags_ = 0;
-  int dtdOffset_ = -1;
+  Cta& Header(size_t at, uint8_t byte);
+  ByteVector header_ = {0x02, 3, kBehindBlocks, 0};
   ByteVector blocks_;
   ByteVector dtds_;
+  static constexpr uint8_t kBehindBlocks = 255;  // no offset that a test sets
 };
 
 // A DisplayID section of a given version nibble and product type.
@@ -73,8 +74,10 @@ class Edid {
  public:
   explicit Edid(uint8_t revision = 4);
   Edid& Set(size_t at, const ByteVector& bytes);  // raw bytes of the base block
-  Edid& Dtd(const DtdTiming& timing);             // the next free descriptor slot
-  Edid& Descriptor(uint8_t tag, const ByteVector& bytes4To17);
+  // The next free descriptor slot.
+  Edid& Slot(ByteVector bytes);
+  Edid& Dtd(const DtdTiming& timing) { return Slot(DescriptorOf(timing)); }
+  Edid& Descriptor(uint8_t tag, const ByteVector& bytes4To17) { return Slot(Concat({{0, 0, 0, tag}, bytes4To17})); }
   Edid& Name(const std::string& text);
   Edid& Extension(const ByteVector& block);
   Edid& Extension(const Cta& cta) { return Extension(cta.Build()); }
@@ -82,7 +85,6 @@ class Edid {
   ByteVector Build() const;
 
  private:
-  void Slot(const ByteVector& bytes);
   ByteVector base_;
   size_t slots_ = 0;
   ByteVector extensions_;
