@@ -43,14 +43,6 @@ int32_t SetAudio(const Json* json, CeaDataBlock* entry) {
   return CEA_SetADB(json == nullptr ? nullptr : &record, entry);
 }
 
-int32_t GetCodes(const CeaDataBlock* entry, Json* json) {
-  const ExactBytes codes(ByteVector(29));
-  TimingCodeRecord record = {0, 0, 9, 0, codes.data()};
-  const int32_t result = CEA_GetTimingCode(entry, json == nullptr ? nullptr : &record);
-  if (result == 0 && json != nullptr) *json = record;
-  return result;
-}
-
 int32_t GetTypeX(const CeaDataBlock* entry, Json* json) {
   size_t count = 0;
   if (entry != nullptr && entry->bytes != nullptr && entry->size >= 9) {
@@ -79,7 +71,8 @@ const CtaCodec kH14b = RECORD_CODEC(H14bVSDB, H14bRecord, "60 03 0C 00", 6, 31);
 const CtaCodec kForum = RECORD_CODEC(HFVSDB, HfVsdbRecord, "60 D8 5D C4", 8, 31);
 const CtaCodec kHdr = RECORD_CODEC(StaticHDR, StaticHdrRecord, "E0 06", 4, 31);
 const CtaCodec kTypeVii = RECORD_CODEC(20ByteDTD, Cea20ByteDtdRecord, "E0 22", 23, 32);
-const CtaCodec kCodes = CODEC(TimingCode, "E0 23", GetCodes, (SetCodes<CEA_SetTimingCode, CeaDataBlock>), 4, 32);
+const CtaCodec kCodes = CODEC(TimingCode, "E0 23", (GetCodes<CEA_GetTimingCode, CeaDataBlock>),
+                              (SetCodes<CEA_SetTimingCode, CeaDataBlock>), 4, 32);
 const CtaCodec kTypeX =
     CODEC(6ByteCVT, "E0 2A", GetTypeX, (SetRecords<CvtTiming, CEA_Set6ByteCVT, CeaDataBlock>), 9, 32);
 #undef CODEC

@@ -13,27 +13,18 @@ int32_t GetTimings(const DispIdDataBlock* entry, Json* json) {
   return GetRecords<Record>(count, json, [&](Record* records) { return Get(entry, records, count == 0 ? 0 : 255); });
 }
 
-template <auto Get>
-int32_t GetCodes(const DispIdDataBlock* entry, Json* json) {
-  const ExactBytes codes(ByteVector(248));
-  TimingCodeRecord record = {7, 0xA5, 7, 7, codes.data()};
-  const int32_t result = Get(entry, json == nullptr ? nullptr : &record, 1000);
-  if (result == 0 && json != nullptr) *json = record;
-  return result;
-}
-
-template <auto Get>
+template <auto Get, class>
 int32_t GetBitmap(const DispIdDataBlock* entry, Json* json) {
   return GetTimings<uint8_t, Get>(entry, json);
 }
 
-template <auto Set>
+template <auto Set, class>
 int32_t SetBitmap(const Json* json, DispIdDataBlock* entry) {
   const ByteVector flags = json == nullptr || !json->is_array() ? ByteVector(8) : json->get<ByteVector>();
   return Set(json == nullptr ? nullptr : flags.data(), static_cast<uint32_t>(flags.size()), entry);
 }
 
-template <auto Get>
+template <auto Get, class>
 int32_t GetProduct(const DispIdDataBlock* entry, Json* json) {
   const ExactBytes name(ByteVector(234, 'x'));
   ProductIdRecord record = {};
@@ -43,7 +34,7 @@ int32_t GetProduct(const DispIdDataBlock* entry, Json* json) {
   return result;
 }
 
-template <auto Set>
+template <auto Set, class>
 int32_t SetProduct(const Json* json, DispIdDataBlock* entry) {
   ProductIdRecord record = {};
   std::string name;
@@ -60,32 +51,18 @@ int32_t SetProduct(const Json* json, DispIdDataBlock* entry) {
   return Set(json == nullptr ? nullptr : &record, entry);
 }
 
-// With exactly the room that the text and its end need.
-template <auto Get>
-int32_t GetText(const DispIdDataBlock* entry, Json* json) {
-  const size_t room = entry == nullptr ? 1 : std::max(entry->size, uint8_t{3}) - 2u;
-  const ExactBytes text(ByteVector(room, 'x'));
-  auto* chars = reinterpret_cast<char*>(text.data());
-  const int32_t result = Get(entry, json == nullptr ? nullptr : chars, text.size());
-  if (result == 0 && json != nullptr) *json = {{"text", std::string(chars)}};
-  return result;
-}
-
-template <auto Set>
-int32_t SetText(const Json* json, DispIdDataBlock* entry) {
-  return Set(json == nullptr ? nullptr : json->value("text", std::string()).c_str(), entry);
-}
-
 #define RECORD(Record, name, version)                                \
   (GetRecord<Record, DispID##version##_Get##name, DispIdDataBlock>), \
       (SetRecord<Record, DispID##version##_Set##name, DispIdDataBlock>)
 #define TIMINGS(Timing, name, version) \
   (GetTimings<Timing, DispID##version##_Get##name>), (SetRecords<Timing, DispID##version##_Set##name, DispIdDataBlock>)
+#define WITH(kind, name, version) \
+  (Get##kind<DispID##version##_Get##name, DispIdDataBlock>), (Set##kind<DispID##version##_Set##name, DispIdDataBlock>)
 #define CODEC(name, version, head, min, max, ...) \
   { "DispID" #version "_Get" #name, "DispID" #version "_Set" #name, head, __VA_ARGS__, min, max }
 using DispIdCodec = Codec<DispIdDataBlock>;
-const DispIdCodec kPidb = CODEC(PIDB, , "00", 15, 255, GetProduct<DispID_GetPIDB>, SetProduct<DispID_SetPIDB>);
-const DispIdCodec kPidb20 = CODEC(PIDB, 20, "20", 15, 255, GetProduct<DispID20_GetPIDB>, SetProduct<DispID20_SetPIDB>);
+const DispIdCodec kPidb = CODEC(PIDB, , "00", 15, 255, WITH(Product, PIDB, ));
+const DispIdCodec kPidb20 = CODEC(PIDB, 20, "20", 15, 255, WITH(Product, PIDB, 20));
 const DispIdCodec kDpdb = CODEC(DPDB, , "01", 15, 15, RECORD(DisplayParamsRecord, DPDB, ));
 const DispIdCodec kDpdb20 = CODEC(DPDB, 20, "21", 32, 32, RECORD(DisplayParams20Record, DPDB, 20));
 const DispIdCodec kTypeI = {"Get20ByteDTD", "Set20ByteDTD", "03", TIMINGS(DtdTiming, 20ByteDTD, ), 23, 251};
@@ -96,31 +73,16 @@ const DispIdCodec kTypeIii = CODEC(3ByteCVT, , "05", 6, 251, TIMINGS(CvtTiming, 
 const DispIdCodec kTypeV = CODEC(7ByteCVT, , "11", 10, 251, TIMINGS(CvtTiming, 7ByteCVT, ));
 const DispIdCodec kTypeIx = CODEC(6ByteCVT, 20, "24", 3, 251, TIMINGS(CvtTiming, 6ByteCVT, 20));
 const DispIdCodec kTypeX = CODEC(6ByteCVT, 20, "2A", 3, 251, TIMINGS(CvtTiming, 6ByteCVT, 20));
-const DispIdCodec kTypeIv = {"GetTimingCode",
-                             "SetTimingCode",
-                             "06",
-                             GetCodes<DispID_GetTimingCode>,
-                             SetCodes<DispID_SetTimingCode, DispIdDataBlock>,
-                             3,
-                             251};
-const DispIdCodec kTypeViii = {"GetTimingCode",
-                               "SetTimingCode",
-                               "23",
-                               GetCodes<DispID20_GetTimingCode>,
-                               SetCodes<DispID20_SetTimingCode, DispIdDataBlock>,
-                               3,
-                               251};
-const DispIdCodec kVesaMap =
-    CODEC(VESATiming, , "07", 13, 251, GetBitmap<DispID_GetVESATiming>, SetBitmap<DispID_SetVESATiming>);
-const DispIdCodec kCtaMap =
-    CODEC(CEATiming, , "08", 11, 251, GetBitmap<DispID_GetCEATiming>, SetBitmap<DispID_SetCEATiming>);
+const DispIdCodec kTypeIv = {"GetTimingCode", "SetTimingCode", "06", WITH(Codes, TimingCode, ), 3, 251};
+const DispIdCodec kTypeViii = {"GetTimingCode", "SetTimingCode", "23", WITH(Codes, TimingCode, 20), 3, 251};
+const DispIdCodec kVesaMap = CODEC(VESATiming, , "07", 13, 251, WITH(Bitmap, VESATiming, ));
+const DispIdCodec kCtaMap = CODEC(CEATiming, , "08", 11, 251, WITH(Bitmap, CEATiming, ));
 const DispIdCodec kRange = CODEC(RangeLimits, , "09", 18, 18, RECORD(DispIdRangeLimits, RangeLimits, ));
 const DispIdCodec kRange20 = CODEC(RangeLimits, 20, "25", 12, 12, RECORD(DispIdRangeLimits, RangeLimits, 20));
-const DispIdCodec kSerial =
-    CODEC(SerialNumber, , "0A", 4, 255, GetText<DispID_GetSerialNumber>, SetText<DispID_SetSerialNumber>);
-const DispIdCodec kString =
-    CODEC(DataString, , "0B", 4, 255, GetText<DispID_GetDataString>, SetText<DispID_SetDataString>);
+const DispIdCodec kSerial = CODEC(SerialNumber, , "0A", 4, 255, WITH(Text, SerialNumber, ));
+const DispIdCodec kString = CODEC(DataString, , "0B", 4, 255, WITH(Text, DataString, ));
 #undef CODEC
+#undef WITH
 #undef TIMINGS
 #undef RECORD
 
@@ -396,31 +358,22 @@ TEST(DispIdCodecs, HaveTheirOwnReasons) {
   EXPECT_EQ(record.codeCount, 2);
 }
 
+// Bits are counted in 8 bits; a long descriptor that lacks a byte counts.
 TEST(DispIdTimingCount, FollowsTagSizeAndFlags) {
   const struct {
     const char* block;
     int32_t count;
   } rows[] = {
-      {"03 00 3B 00*59", 2},
-      {"04 00 20 00*32", 2},
-      {"05 00 F8 00*248", 82},
-      {"06 08 09 00*9", 9},
-      {"07 00 0A 00*10", 81},
-      {"08 00 20 00*32", 1},
-      {"08 00 F8 00*248", 193},  // 257 and 1985 in 8 bits
-      {"11 00 14 00*20", 2},
-      {"13 00 0D 00*13", 0},
-      {"22 00 F8 00*248", 12},
-      {"23 00 09 00*9", 9},
-      {"23 08 09 00*9", 4},
-      {"24 70 18 00*24", 4},
-      {"2A 00 1C 00*28", 4},
-      {"2A 10 1C 00*28", 4},
-      {"2A 70 1B 00*27", 2},
-      {"09 00 0F 00*15", 0},
-      {"00 00", -1},
-      {"00*252", -1},
-      {"13 00 3D 00*16 40 00*30 40 00*13", 3},  // the last long descriptor lacks a byte
+      {"03 00 3B 00*59", 2},    {"04 00 20 00*32", 2},
+      {"05 00 F8 00*248", 82},  {"06 08 09 00*9", 9},
+      {"07 00 0A 00*10", 81},   {"08 00 20 00*32", 1},
+      {"08 00 F8 00*248", 193}, {"11 00 14 00*20", 2},
+      {"13 00 0D 00*13", 0},    {"22 00 F8 00*248", 12},
+      {"23 00 09 00*9", 9},     {"23 08 09 00*9", 4},
+      {"24 70 18 00*24", 4},    {"2A 00 1C 00*28", 4},
+      {"2A 10 1C 00*28", 4},    {"2A 70 1B 00*27", 2},
+      {"09 00 0F 00*15", 0},    {"00 00", -1},
+      {"00*252", -1},           {"13 00 3D 00*16 40 00*30 40 00*13", 3},
   };
   for (const auto& row : rows) {
     const Held<DispIdDataBlock> entry(Hex(row.block));

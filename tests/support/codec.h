@@ -81,7 +81,22 @@ int32_t SetRecords(const Json* json, Entry* entry) {
   return Set(records.data(), static_cast<uint32_t>(records.size()), entry);
 }
 
-// Timing codes, with a buffer for as many as a count can tell.
+// Timing codes, with a buffer for as many as a count can tell. A getter is told how many may come when it asks.
+template <auto Get, class Entry>
+int32_t GetCodes(const Entry* entry, Json* json) {
+  const ExactBytes codes(ByteVector(entry == nullptr ? 0 : std::max(entry->size, uint8_t{3}) - 3u));
+  TimingCodeRecord record = {7, 0xA5, 7, 7, codes.data()};
+  auto* to = json == nullptr ? nullptr : &record;
+  int32_t result = 0;
+  if constexpr (std::is_invocable_v<decltype(Get), const Entry*, TimingCodeRecord*>) {
+    result = Get(entry, to);
+  } else {
+    result = Get(entry, to, 1000);
+  }
+  if (result == 0 && json != nullptr) *json = record;
+  return result;
+}
+
 template <auto Set, class Entry>
 int32_t SetCodes(const Json* json, Entry* entry) {
   ByteVector codes(255);
@@ -95,6 +110,23 @@ int32_t SetCodes(const Json* json, Entry* entry) {
     record.codeCount = json->value("codeCount", uint8_t{0});
   }
   return Set(json == nullptr ? nullptr : &record, entry);
+}
+
+// Text, into exactly the room that it and its end need.
+template <auto Get, class Entry>
+int32_t GetText(const Entry* entry, Json* json) {
+  uint32_t room = 14;
+  if constexpr (requires { entry->size; }) room = entry == nullptr ? 1 : std::max(entry->size, uint8_t{3}) - 2u;
+  const ExactBytes text(ByteVector(room, 0xEE));
+  auto* chars = reinterpret_cast<char*>(text.data());
+  const int32_t result = Get(entry, json == nullptr ? nullptr : chars, room);
+  if (result == 0 && json != nullptr) *json = {{"text", std::string(chars)}};
+  return result;
+}
+
+template <auto Set, class Entry>
+int32_t SetText(const Json* json, Entry* entry) {
+  return Set(json == nullptr ? nullptr : json->value("text", std::string()).c_str(), entry);
 }
 
 // The whole block: the codec's head, the length in its place, and `payload`.

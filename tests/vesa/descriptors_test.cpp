@@ -24,20 +24,6 @@ int32_t SetRange(const RangeLimits* limits, DtdSlot* slot) {
   return VESA_SetRangeLimits(&model, limits, slot);
 }
 
-template <auto Get>
-int32_t GetText(const DtdSlot* slot, Json* json) {
-  const ExactBytes text(ByteVector(14, 0xEE));
-  auto* chars = reinterpret_cast<char*>(text.data());
-  const int32_t result = Get(slot, json == nullptr ? nullptr : chars, 14);
-  if (result == 0 && json != nullptr) *json = {{"text", std::string(chars)}};
-  return result;
-}
-
-template <auto Set>
-int32_t SetText(const Json* json, DtdSlot* slot) {
-  return Set(json == nullptr ? nullptr : json->value("text", std::string()).c_str(), slot);
-}
-
 int32_t GetSix(const DtdSlot* slot, Json* json) {
   return GetRecords<StdTiming>(6, json, [&](StdTiming* timings) { return VESA_GetStandardTimings(slot, timings); });
 }
@@ -51,12 +37,12 @@ int32_t SetSix(const Json* json, DtdSlot* slot) {
 #define CODEC(name, head, ...) \
   { "VESA_Get" #name, "VESA_Set" #name, head, __VA_ARGS__ }
 #define RECORD(Record, get, set) GetRecord<Record, get, DtdSlot>, SetRecord<Record, set, DtdSlot>
+#define TEXT(get, set) (GetText<get, DtdSlot>), (SetText<set, DtdSlot>)
 using SlotCodec = Codec<DtdSlot>;
 const SlotCodec kDtd = CODEC(DTD, "", RECORD(DtdTiming, VESA_GetDTD, VESA_SetDTD));
-const SlotCodec kSerial =
-    CODEC(SerialNumber, "00 00 00 FF", GetText<VESA_GetSerialNumber>, SetText<VESA_SetSerialNumber>);
-const SlotCodec kString = CODEC(DataString, "00 00 00 FE", GetText<VESA_GetDataString>, SetText<VESA_SetDataString>);
-const SlotCodec kName = CODEC(ProductName, "00 00 00 FC", GetText<VESA_GetProductName>, SetText<VESA_SetProductName>);
+const SlotCodec kSerial = CODEC(SerialNumber, "00 00 00 FF", TEXT(VESA_GetSerialNumber, VESA_SetSerialNumber));
+const SlotCodec kString = CODEC(DataString, "00 00 00 FE", TEXT(VESA_GetDataString, VESA_SetDataString));
+const SlotCodec kName = CODEC(ProductName, "00 00 00 FC", TEXT(VESA_GetProductName, VESA_SetProductName));
 const SlotCodec kRange13 = CODEC(RangeLimits, "00 00 00 FD", RECORD(RangeLimits, GetRange<3>, SetRange<3>));
 const SlotCodec kRange14 = CODEC(RangeLimits, "00 00 00 FD", RECORD(RangeLimits, GetRange<4>, SetRange<4>));
 const SlotCodec kStd = CODEC(StandardTimings, "00 00 00 FA", GetSix, SetSix);
@@ -64,6 +50,7 @@ const SlotCodec kCvt = CODEC(CvtTiming, "00 00 00 F8", RECORD(VesaCvtRecord, VES
 const SlotCodec kEst3 = CODEC(Est3Timing, "00 00 00 F7", RECORD(Est3Record, VESA_GetEst3Timing, VESA_SetEst3Timing));
 #undef CODEC
 #undef RECORD
+#undef TEXT
 
 TEST(Descriptors, PlaceEachBit) {
   const std::string rates = "?:8 minVRate:8 maxVRate:8 minHRate:8 maxHRate:8 maxPixelClock:8*10000 ?:8 ";
