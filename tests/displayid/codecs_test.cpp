@@ -234,7 +234,6 @@ TEST(DispIdCodecs, WriteWhatFits) {
       {kTypeV, "formula=1 frameRate=60 hactive=1 vactive=1", "00 00*7", "!invalid parameters"},
       {kTypeIx, "formula=4 frameRate=60 hactive=1 vactive=1", "95 00*6", "!invalid parameters"},
       {kTypeIx, "formula=3 flagA frameRate=300 hactive=1 vactive=1", "95 03 00*4 2B"},
-      {kTypeIv, "codeType=1 codeCount=2 codes=4,97", "41 04 61"},
       {kTypeViii, "codeType=1 codeCount=2 codes=4,97", "45 04 61"},
       {kTypeIv, "codeCount=248", "01 00*248"},
       {kTypeIv, "codeCount=249", kRefused, "invalid parameters"},
@@ -358,7 +357,7 @@ TEST(DispIdCodecs, HaveTheirOwnReasons) {
   EXPECT_EQ(record.codeCount, 2);
 }
 
-// Bits are counted in 8 bits; a long descriptor that lacks a byte counts.
+// Flags are counted in 8 bits; the last descriptor of the last block lacks a byte.
 TEST(DispIdTimingCount, FollowsTagSizeAndFlags) {
   const struct {
     const char* block;

@@ -81,18 +81,12 @@ int32_t SetRecords(const Json* json, Entry* entry) {
   return Set(records.data(), static_cast<uint32_t>(records.size()), entry);
 }
 
-// Timing codes, with a buffer for as many as a count can tell. A getter is told how many may come when it asks.
+// Timing codes, with a buffer for as many as a count can tell.
 template <auto Get, class Entry>
 int32_t GetCodes(const Entry* entry, Json* json) {
   const ExactBytes codes(ByteVector(entry == nullptr ? 0 : std::max(entry->size, uint8_t{3}) - 3u));
   TimingCodeRecord record = {7, 0xA5, 7, 7, codes.data()};
-  auto* to = json == nullptr ? nullptr : &record;
-  int32_t result = 0;
-  if constexpr (std::is_invocable_v<decltype(Get), const Entry*, TimingCodeRecord*>) {
-    result = Get(entry, to);
-  } else {
-    result = Get(entry, to, 1000);
-  }
+  const int32_t result = Get(entry, json == nullptr ? nullptr : &record, 1000);
   if (result == 0 && json != nullptr) *json = record;
   return result;
 }
