@@ -31,30 +31,5 @@ TEST(Bytes, PutLittleEndian) {
   EXPECT_EQ(ByteVector(bytes, bytes + 10), ByteVector({0x34, 0x12, 0x34, 0x56, 0x78, 0xEF, 0xBE, 0xAD, 0xDE, 0}));
 }
 
-TEST(Layout, SplitsAFieldOverItsPlaces) {
-  struct Case {
-    const char* name;
-    uint16_t written;
-    ByteVector bytes;
-    uint16_t read;
-  };
-  const Case cases[] = {
-      {"low byte", 0x0FF, {0x81, 0xFF, 0x0F}, 0x0FF},
-      {"high nibble", 0xA00, {0x81, 0x00, 0xAF}, 0xA00},
-      {"wider than its places", 0xFA5C, {0x81, 0x5C, 0xAF}, 0xA5C},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    ByteVector bytes = {0x81, 0x00, 0x0F};  // neighbours stay
-    LayoutWriter{bytes.data()}(c.written, Place{1}, Place{2, 4, 4});
-    EXPECT_EQ(bytes, c.bytes);
-    uint16_t read = 0xFFFF;
-    LayoutReader{Bytes(bytes.data(), bytes.size())}(read, Place{1}, Place{2, 4, 4});
-    EXPECT_EQ(read, c.read);
-    LayoutReader{Bytes(bytes.data(), 2)}(read, Place{1}, Place{2, 4, 4});
-    EXPECT_EQ(read, c.read & 0xFF) << "the part past the end is 0";
-  }
-}
-
 }  // namespace
 }  // namespace reedid::test

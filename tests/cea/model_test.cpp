@@ -4,6 +4,7 @@
 
 #include "tests/support/data_block.h"
 #include "tests/support/edid_builder.h"
+#include "tests/support/failing_malloc.h"
 
 namespace reedid::test {
 namespace {
@@ -12,11 +13,11 @@ Opened<CeaBlock> OpenCea(const ByteVector& bytes, const std::string& log = "") {
   return OpenModel<CeaBlock>(bytes, EDID_BLOCK_CEA, log);
 }
 
-// The sizes of the data blocks, by which the tests below know them.
+// The sizes of the data blocks, by which the tests below know them; a '?' where the bytes are not those of the entry.
 std::string State(const CeaBlock& model) {
   std::string text;
   for (const CeaDataBlock& block : std::span(model.dataBlocks, model.dataBlockCount)) {
-    text += std::to_string(block.size) + " ";
+    text += std::to_string(block.size) + (block.size == (block.bytes[0] & 31) + 1 ? " " : "? ");
   }
   return text + "dtds " + std::to_string(model.dtdCount) + " free " + std::to_string(model.freeSpace);
 }
@@ -167,17 +168,23 @@ TEST(CeaModel, AddsReplacesAndDeletesWithinTheFreeSpace) {
   EXPECT_EQ(CEA_DeleteDataBlock(cea, cea->dataBlocks), 0);
   EXPECT_EQ(State(*cea), "dtds 0 free 123");
   EXPECT_EQ(Generated(*cea).size(), 128u) << "an emptied collection can be generated";
-  // At the end of its count a list starts over.
+  // At the end of its count a list starts over, or stays without memory.
   const auto fill = [&](const uint8_t& count, const std::function<int32_t()>& add) {
-    do {
+    for (int i = 0; i < 255; ++i) {
       cea->freeSpace = 50;
       ASSERT_EQ(add(), 0);
-    } while (count != 0);
+    }
+    Quietly([&] {
+      const FailingMalloc failing(1);
+      EXPECT_EQ(add(), -1);
+    });
+    EXPECT_EQ(count, 255);
+    EXPECT_EQ(add(), 0);
   };
   fill(cea->dataBlockCount, [&] { return CEA_AddDataBlock(cea, &four, 0); });
-  EXPECT_EQ(State(*cea), "dtds 0 free 46");
+  EXPECT_EQ(State(*cea), "dtds 0 free 42");
   fill(cea->dtdCount, [&] { return CEA_AddDTD(cea, &slot, 0); });
-  EXPECT_EQ(State(*cea), "dtds 0 free 32");
+  EXPECT_EQ(State(*cea), "dtds 0 free 14");
   EXPECT_TRUE(cea->dataBlocks != nullptr && cea->dtds != nullptr);
 }
 

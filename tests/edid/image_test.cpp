@@ -116,6 +116,7 @@ TEST(Image, AddsAndDeletes) {
     };
   };
   const auto removeOther = [&] { return EDID_DeleteBlock(image, &added); };
+  const auto removeStale = [&] { return EDID_DeleteBlock(image, image->blocks + image->blockCount); };
   ExpectSteps([image] { return State(*image); }, {{add(1), "1 77 3 sum 0 count 2"},
                                                   {add(7), "1 77 3 77 sum 0 count 3"},
                                                   {removeOther, "1 77 3 77 sum 0 count 3"},
@@ -123,6 +124,7 @@ TEST(Image, AddsAndDeletes) {
                                                   {add(0), "77 1 3 77 sum 0 count 3"},
                                                   {remove(3), "77 1 3 sum 0 count 2"},
                                                   {remove(0), "1 3 sum 0 count 1"},
+                                                  {removeStale, "1 3 sum 0 count 1"},
                                                   {add(0xFFFFFFFF), "1 3 77 sum 0 count 2"}});
   const EdidBlock& last = image->blocks[2];
   EXPECT_EQ(last.capacity, 200);
