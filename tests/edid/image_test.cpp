@@ -115,7 +115,10 @@ TEST(Image, AddsAndDeletes) {
       return EDID_DeleteBlock(image, &image->blocks[index]);
     };
   };
-  const auto removeOther = [&] { return EDID_DeleteBlock(image, &added); };
+  const auto removeOther = [&] {
+    const EdidBlock equal = image->blocks[1];  // at another address
+    return EDID_DeleteBlock(image, &equal);
+  };
   const auto removeStale = [&] { return EDID_DeleteBlock(image, image->blocks + image->blockCount); };
   ExpectSteps([image] { return State(*image); }, {{add(1), "1 77 3 sum 0 count 2"},
                                                   {add(7), "1 77 3 77 sum 0 count 3"},
