@@ -70,7 +70,7 @@ TEST(FrameRates, EverySourceOfADisplayIdSection) {
       {"type II", Section().Block(0x04, 0, type2), {60}},
       {"type III", Section().Block(0x05, 0, {0x04, 0xEF, 74}), {75}},
       {"type IV, DMT, VIC and HDMI VIC",
-       Section().Block(0x06, 0, {0x52}).Block(0x06, 0x40, {63}).Block(0x06, 0x80, {2, 9}),
+       Section().Block(0x06, 0, {0x52}).Block(0x06, 0x40, {63}).Block(0x06, 0x80, {2, 9}).Block(0x06, 0xC0, {63}),
        {120, 60, 25}},
       {"VESA bitmap", Section().Block(0x07, 0, {0x01, 0, 0, 0, 0, 0, 0, 0, 0, 0}), {85}},
       {"CTA bitmap", Section().Block(0x08, 0, {0x00, 0x80, 0, 0, 0, 0, 0, 0x40}), {120, 60}},

@@ -43,6 +43,7 @@ TEST(Preferred, Timing) {
       {"timing code, which nothing answers", withSvr(254), 1280, 74250},
       {"the first of four records of type X, behind one of type VII",
        Edid().Extension(svr(146).Extended(0x22, kType7).Extended(0x2A, TypeX(4))), 640, 21384},
+      {"a number beyond the last of them", Edid().Dtd(k720p60).Extension(svr(146).Extended(0x22, kType7)), 1280, 74250},
       {"type VII", Edid().Extension(svr(145).Extended(0x22, kType7)), 3840, 594224},
       {"type X of one record points behind it", Edid().Dtd(k720p60).Extension(svr(145).Extended(0x2A, TypeX(1))), 1280,
        74250},

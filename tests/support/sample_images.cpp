@@ -66,6 +66,7 @@ std::vector<SampleImage> SampleImages() {
       {"base block", Monitor().Build()},
       {"DVI monitor", Monitor().Extension(Cta().Vdb({0x10})).Build()},
       {"HDMI television", Monitor().Extension(HdmiTelevision()).Build()},
+      {"preferred by number", Monitor().Extension(Cta().Extended(13, {0x82}).Vdb({0x10})).Build()},
       {"three blocks", Monitor().Extension(HdmiTelevision()).Extension(DisplayIdTimings()).Build()},
       {"DisplayID extension", Monitor().Extension(HdmiTelevision()).Extension(Version1()).Build()},
       {"DisplayID 2.0 extension", Edid(3).Dtd(k1080p60).Extension(Version2()).Build()},

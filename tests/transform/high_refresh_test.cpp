@@ -149,5 +149,20 @@ TEST(HighRefresh, LeavesTwoBlocksAloneButForOverrides) {
   EXPECT_EQ(two.log, "");
 }
 
+TEST(HighRefresh, TellsWhichDescriptorMadeRoom) {
+  const std::pair<uint8_t, const char*> names[] = {{0xF9, "Display Color Management (DCM) Data"},
+                                                   {0xFB, "Color Point Data"},
+                                                   {0xFD, "Display Range Limits"},
+                                                   {0xFE, "Alphanumeric Data String (ASCII)"},
+                                                   {0xFF, "Display Product Serial Number"}};
+  const Edid small = Edid().Dtd(k1080p60).Name("x").Descriptor(0xF7, {0, 10});
+  for (const auto& [tag, name] : names) {
+    const Outcome outcome =
+        HighRefresh(Edid(small).Descriptor(tag, {0, 1}).Extension(Full()).Extension(Formulas({144})).Build());
+    EXPECT_NE(outcome.log.find(Warn("DeleteUncommonDesc", std::string("delete ") + name)), std::string::npos)
+        << outcome.log;
+  }
+}
+
 }  // namespace
 }  // namespace reedid::test
