@@ -114,5 +114,36 @@ TEST(LinkLimitProperties, HoldForEveryImage) {
   }
 }
 
+// The limits of single models, for callers who have one open, are those of the whole image.
+template <auto LimitVesa, auto LimitCea, auto LimitSection>
+void LimitModels(EdidHandle* handle, const uint16_t* rates, uint32_t count) {
+  EditBlocks(*handle, Overloaded{[&](VesaBlock& model) { LimitVesa(&model, rates, count); },
+                                 [&](CeaBlock& model) { LimitCea(&model, rates, count); },
+                                 [&](DispIdBlock& model) { LimitSection(&model, rates, count); }});
+}
+
+void LeaveSection(DispIdBlock*, const uint16_t*, uint32_t) {}  // HDMI 1.4 has none
+
+TEST(LinkLimitProperties, OfModelsAreThoseOfTheImage) {
+  const Link models[] = {
+      {"", LimitModels<VESA_LimitToHDMI20, CEA_LimitToHDMI20, DispID_LimitToHDMI20>, 0, true},
+      {"", LimitModels<VESA_LimitToHDMI14, CEA_LimitToHDMI14, LeaveSection>, 0, false},
+  };
+  for (const auto& [name, bytes] : Corpus()) {
+    for (unsigned i = 0; i < 2; ++i) {
+      Owned<EdidHandle> whole, parts;
+      Quietly([&, &image = bytes] {
+        whole = OpenImage(image);
+        parts = OpenImage(image);
+        Apply(kLinks[i], whole.get(), 1);
+        Apply(models[i], parts.get(), 1);
+      });
+      if (whole->blockCount == parts->blockCount) {
+        EXPECT_TRUE(Generate(whole.get()) == Generate(parts.get())) << name << kLinks[i].name;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace reedid::test
