@@ -214,34 +214,30 @@ CtaBuilder TvExtension() {
   return cta;
 }
 
-ByteVector BuildTv4k() {
-  VesaBlock base = BaseModel(0x4B04, 4);
+// 24 Hz and more, 15 to 270 kHz (255 + 15), up to 1190 MHz.
+VesaBlock TvBase(uint16_t productCode, const DtdTiming& second, uint8_t maxVRate, const char* name) {
+  VesaBlock base = BaseModel(productCode, 4);
   base.bitDepth = 10;
   base.interfaceType = 2;  // HDMI-a
   base.hScreenSize = 121;
   base.vScreenSize = 68;
   base.colorType = 3;
   base.descriptors[0] = TimingSlot(kVic97, 1210, 680);
-  base.descriptors[1] = TimingSlot(kVic16, 1210, 680);
-  // 24 to 120 Hz, 15 to 270 kHz (255 + 15), up to 1190 MHz
-  base.descriptors[2] = RangeSlot({0x08, 24, 120, 15, 15, 119});
-  base.descriptors[3] = TextSlot(0xFC, "REED TV 4K");
+  base.descriptors[1] = TimingSlot(second, 1210, 680);
+  base.descriptors[2] = RangeSlot({0x08, 24, maxVRate, 15, 15, 119});
+  base.descriptors[3] = TextSlot(0xFC, name);
+  return base;
+}
+
+ByteVector BuildTv4k() {
+  const VesaBlock base = TvBase(0x4B04, kVic16, 120, "REED TV 4K");
   return ImageBuilder(base).Add(TvExtension().model(), CEA_GenerateBlock).Build();
 }
 
 // ---- tv-4k120: what an HDMI 2.0 link cannot carry, in every place where it can stand
 
 ByteVector BuildTv4k120() {
-  VesaBlock base = BaseModel(0x4B78, 4);
-  base.bitDepth = 10;
-  base.interfaceType = 2;  // HDMI-a
-  base.hScreenSize = 121;
-  base.vScreenSize = 68;
-  base.colorType = 3;
-  base.descriptors[0] = TimingSlot(kVic97, 1210, 680);
-  base.descriptors[1] = TimingSlot(k1440p144, 1210, 680);
-  base.descriptors[2] = RangeSlot({0x08, 24, 144, 15, 15, 119});
-  base.descriptors[3] = TextSlot(0xFC, "REED TV 4K120");
+  const VesaBlock base = TvBase(0x4B78, k1440p144, 144, "REED TV 4K120");
   CtaBuilder cta = TvExtension();
   Cea20ByteDtdRecord fast = {};  // above 655 MHz, which an 18-byte descriptor cannot hold
   fast.timing = kVic97;
