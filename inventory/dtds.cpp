@@ -7,7 +7,7 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
-#include "inventory/displayid_forms.h"
+#include "displayid/timing_forms.h"
 #include "inventory/walk.h"
 #include "timing/dtd.h"
 #include "vesa/model.h"

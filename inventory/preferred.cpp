@@ -6,8 +6,8 @@
 
 #include "base/log.h"
 #include "cea/codec.h"
+#include "cea/type_x.h"
 #include "inventory/dtds.h"
-#include "inventory/type_x.h"
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
 

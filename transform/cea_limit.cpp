@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cea/codec.h"
-#include "inventory/type_x.h"
+#include "cea/type_x.h"
 #include "timing/dtd.h"
 #include "transform/link_limit.h"
 

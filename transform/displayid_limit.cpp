@@ -5,7 +5,7 @@
 #include "base/log.h"
 #include "base/memory.h"
 #include "displayid/codec.h"
-#include "inventory/displayid_forms.h"
+#include "displayid/timing_forms.h"
 #include "transform/link_limit.h"
 
 namespace reedid {
