@@ -2,7 +2,7 @@
 # Makes the interface reference from the public headers: docs.sh [FOLDER]. An undocumented public name is an error.
 set -eu
 cd "$(dirname "$0")/.."
-command -v doxygen >/dev/null || scripts/install-deps.sh docs
+command -v doxygen >/dev/null || scripts/install-deps.sh tests
 REEDID_DOCS=${1:-build/docs}
 export REEDID_DOCS
 mkdir -p "$REEDID_DOCS"

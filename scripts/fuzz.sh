@@ -6,7 +6,7 @@ set -eu
 cd "$(dirname "$0")/.."
 seconds=${1:?usage: fuzz.sh SECONDS [FOLDER]}
 work=${2:-build/fuzz/work}
-scripts/install-deps.sh fuzz
+scripts/install-deps.sh clang
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -j "$(nproc)" --target fuzz_seeds fuzz_image fuzz_codec fuzz_edits
 bin=$PWD/build/fuzz/fuzz

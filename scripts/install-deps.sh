@@ -1,20 +1,25 @@
 #!/bin/sh
-# Installs Debian packages that are not there yet: install-deps.sh tool|tests|ci|cross|fuzz|bench|lint|coverage|docs
-# tool, tests and ci each hold the ones before; lint holds those of tool, the others stand alone. Needs root or sudo only when something is missing.
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|clang|lint|bench|cross|coverage|ci
+# Needs root or sudo only when something is missing.
 set -eu
 
-packages="g++ cmake ninja-build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
+build="g++ cmake ninja-build"
+tool="$build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
+tests="$tool libgtest-dev binutils dpkg-dev file doxygen"
+clang="clang libclang-rt-14-dev"
+lint="$tool clang-format clang-tidy"
+bench="$build binutils libbenchmark-dev"
+cross="$build nlohmann-json3-dev binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu"
 case "${1:-tool}" in
-  tool) ;;
-  tests) packages="$packages libgtest-dev binutils dpkg-dev file" ;;
-  ci) packages="$packages libgtest-dev binutils dpkg-dev file lintian clang clang-format" ;;
-  cross) packages="nlohmann-json3-dev cmake ninja-build binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu" ;;
-  fuzz) packages="nlohmann-json3-dev g++ cmake ninja-build libgtest-dev clang libclang-rt-14-dev" ;;
-  bench) packages="g++ cmake ninja-build binutils libbenchmark-dev" ;;
-  lint) packages="$packages clang-tidy" ;;
-  coverage) packages="nlohmann-json3-dev g++ cmake ninja-build binutils libgtest-dev gcovr" ;;
-  docs) packages="doxygen" ;;
-  *) echo "usage: $0 tool|tests|ci|cross|fuzz|bench|lint|coverage|docs" >&2; exit 2 ;;
+  tool) packages=$tool ;;
+  tests) packages=$tests ;;
+  clang) packages="$tests $clang" ;;
+  lint) packages=$lint ;;
+  bench) packages=$bench ;;
+  cross) packages=$cross ;;
+  coverage) packages="$tests gcovr" ;;
+  ci) packages="$tests $clang $lint $bench $cross lintian" ;;
+  *) echo "usage: $0 tool|tests|clang|lint|bench|cross|coverage|ci" >&2; exit 2 ;;
 esac
 
 missing=""

@@ -1,9 +1,14 @@
 #!/bin/sh
 # Installs what is needed, builds everything and runs all tests: test.sh [PRESET]
+# The presets are those of CMakePresets.json: dev, or asan, clang, release, tsan (threads), powerpc and aarch64 (emulated) ...
 set -eu
 cd "$(dirname "$0")/.."
 preset=${1:-dev}
-scripts/install-deps.sh tests
+case $preset in
+  powerpc | aarch64) scripts/install-deps.sh cross ;;
+  clang | tsan | fuzz) scripts/install-deps.sh clang ;;
+  *) scripts/install-deps.sh tests ;;
+esac
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset" -j "$(nproc)"

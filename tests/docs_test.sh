@@ -10,7 +10,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 status=0
 fail() { echo "FAILED: $1"; status=1; }
-rooms="base edid timing vesa displayid cea inventory transform"
+rooms=$(cat cmake/rooms)
+any_room=$(echo $rooms | tr ' ' '|')
 
 # A message is the first text behind the level and the name of the reporting function.
 for room in $rooms; do cat "$room"/*.cpp "$room"/*.h; done | grep -v '#define\|^ *//' | tr '\n' ' ' |
@@ -21,7 +22,7 @@ sed -nE 's/^\| `([^`]*)` \|.*/\1/p' docs/diagnostics.md | sort >"$work/explained
 [ -s "$work/printed" ] || fail "no messages in the sources"
 diff "$work/printed" "$work/explained" || fail "docs/diagnostics.md (>) differs from the messages of the sources (<)"
 
-grep -ohE '`(base|edid|timing|vesa|displayid|cea|inventory|transform|tests|scripts|cmake|include)/[A-Za-z0-9_/.-]+`' docs/*.md |
+grep -ohE "\`($any_room|document|tests|scripts|cmake|include)/[A-Za-z0-9_/.-]+\`" docs/*.md |
   tr -d '`' | sort -u >"$work/files"
 grep -ohE '\]\([^)#:]+\)' docs/*.md | sed -E 's|^\]\((.*)\)$|docs/\1|' | sort -u >>"$work/files"
 while read -r file; do
