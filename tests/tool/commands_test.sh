@@ -394,6 +394,42 @@ expect 0 convert tv-4k.bin --to raw -o link.bin
 [ -L link.bin ] || fail 'the link was replaced'
 same old.bin tv-4k.bin
 case $(ls -l old.bin) in -rw-r-----*) ;; *) fail "permissions: $(ls -l old.bin)" ;; esac
+ln -s new-name.bin dangling.bin
+expect 0 convert tv-4k.bin --to raw -o dangling.bin
+[ -L dangling.bin ] || fail 'the dangling link was replaced'
+same new-name.bin tv-4k.bin
+ln -s loop.bin loop.bin
+expect 4 convert tv-4k.bin --to raw -o loop.bin
+ln old.bin second-name.bin
+expect 0 convert dvi.bin --to raw -o old.bin
+has err '2 names'
+same second-name.bin tv-4k.bin
+if [ "$(id -u)" = 0 ]; then
+  chown 12345:12346 old.bin
+  chmod 6751 old.bin
+  expect 0 convert tv-4k.bin --to raw -o old.bin
+  [ "$(stat -c '%u:%g %a' old.bin)" = '12345:12346 2751' ] || fail "owner and mode: $(stat -c '%u:%g %a' old.bin)"
+fi
+
+# --- names of standard output, a reader that goes away, and signals
+for output in /dev/stdout /dev/fd/1 /proc/self/fd/1; do
+  "$tool" convert tv-4k.bin --to raw -o $output >piped.bin 2>err || fail "$output was refused"
+  same piped.bin tv-4k.bin
+done
+rm -f out.bin
+("$tool" limit hdmi20 tv-4k120.bin -o out.bin; echo $? >code) | true
+[ "$(cat code)" = 0 ] && same out.bin limited.bin
+{ sleep 1; cat tv-4k.bin; } | "$tool" convert - --to raw -o out.bin &
+sleep 0.2
+ls -A | grep -q '^\.reedid' && fail 'a temporary file stands before there is anything to write'
+wait
+for signal in INT TERM HUP PIPE; do
+  for run in 1 2 3 4 5; do
+    timeout -s $signal 0.00$run "$tool" convert tv-4k.bin --to raw -o out.bin 2>err
+    ls -A | grep '^\.reedid' && fail "SIG$signal left a temporary file"
+  done
+done
+same out.bin tv-4k.bin
 
 [ $failures -eq 0 ] || { echo "$failures failures"; exit 1; }
 echo "all commands behave"

@@ -113,7 +113,7 @@ bool NoteWhatIsAbove(const Link& link, const Node& account, const std::string& n
 // The table goes where it cannot be mixed with the image.
 void PrintTable(const std::string& text, const std::string& output, Streams& streams) {
   if (output != "-") {
-    streams.Result(text);
+    streams.Offer(text);
   } else {
     Tell(text);
   }

@@ -9,9 +9,11 @@
 namespace reedid::tool {
 
 /*
- * Writes bytes to `path`, "-" for standard output. A file is written under another name in its folder, brought to disk
- * and renamed; it keeps the permissions and the links of the file that it replaces. A file without write permission is
- * not replaced. Devices and pipes are written directly. Throws Exit::kOutput.
+ * Writes bytes to `path`, "-" (or a name of descriptor 1) for standard output. A file is written under another name in
+ * its folder, brought to disk and renamed; it keeps the permissions (but set-user-id), the owner and the symbolic links
+ * of the file that it replaces; other names of that file keep the old content, which is said. No signal but KILL leaves
+ * the other name behind. A file without write permission is not replaced. Devices, pipes and files of the kernel (/proc,
+ * /sys, debugfs) are written directly. Throws Exit::kOutput.
  */
 void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Streams& streams);
 

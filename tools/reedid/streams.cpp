@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -57,6 +58,7 @@ Streams::Streams() {
   if (hasOutput) result_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   std::fflush(stdout);
   dup2(STDERR_FILENO, STDOUT_FILENO);
+  std::signal(SIGPIPE, SIG_IGN);  // Result decides what a reader that has gone means
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 }
 
@@ -69,8 +71,20 @@ void Streams::Result(std::string_view text) {
 }
 
 void Streams::Result(std::span<const uint8_t> bytes) {
+  if (WriteResult(bytes)) return;
+  std::signal(SIGPIPE, SIG_DFL);
+  std::raise(SIGPIPE);
+}
+
+void Streams::Offer(std::string_view text) {
+  WriteResult(std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+}
+
+// False when the reader of a pipe has gone.
+bool Streams::WriteResult(std::span<const uint8_t> bytes) {
   const int error = result_ < 0 ? EBADF : WriteAll(result_, bytes);
-  if (error != 0) throw ToolError(Exit::kOutput, fmt::format("standard output: {}", std::strerror(error)));
+  if (error == 0 || error == EPIPE) return error == 0;
+  throw ToolError(Exit::kOutput, fmt::format("standard output: {}", std::strerror(error)));
 }
 
 bool Streams::ResultIsTerminal() const {

@@ -19,13 +19,17 @@ class Streams {
   Streams(const Streams&) = delete;
   Streams& operator=(const Streams&) = delete;
 
-  // A part of the result, on the real standard output. Throws Exit::kOutput.
+  // A part of the result, on the real standard output. Throws Exit::kOutput; when the reader of a pipe has gone, the
+  // tool ends as programs do then, by SIGPIPE.
   void Result(std::string_view text);
   void Result(std::span<const uint8_t> bytes);
+  // What is told beside the real result of a command: that goes on without its reader.
+  void Offer(std::string_view text);
   bool ResultIsTerminal() const;
   unsigned TerminalColumns() const;  // 0: not known, or no terminal
 
  private:
+  bool WriteResult(std::span<const uint8_t> bytes);
   int result_ = -1;
 };
 
