@@ -186,13 +186,13 @@ void WriteBackDTD(EdidHandle& handle, const DtdList& list) {
 
 // ---- Filling up with VICs
 
-// Appends VICs for lost rates to the Video Data Block of the first CTA extension. `findVic(rate)` gives the VIC for a
-// rate and logs it, or 0.
+// Appends VICs for lost rates to the model's Video Data Block, within the free space; false when the block stays as it
+// was. `findVic(rate)` gives the VIC for a rate and logs it, or 0.
 template <class FindVicForRate>
-void FillVics(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
+bool FillVics(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
   CeaDataBlock* entry = CEA_FindDataBlock(&model, kVideoTag, 0);
   VdbRecord record;
-  if (entry == nullptr || CEA_GetVDB(entry, &record) != 0 || record.vicCount >= sizeof record.vics) return;
+  if (entry == nullptr || CEA_GetVDB(entry, &record) != 0 || record.vicCount >= sizeof record.vics) return false;
   unsigned budget = model.freeSpace;
   lost.Keep([&](uint16_t rate) {
     if (budget == 0 || record.vicCount == sizeof record.vics) return true;
@@ -203,17 +203,19 @@ void FillVics(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
     return false;
   });
   ScratchDataBlock block;
-  if (CEA_SetVDB(&record, &block) == 0) CEA_ReplaceDataBlock(&model, entry, &block);
+  return CEA_SetVDB(&record, &block) == 0 && CEA_ReplaceDataBlock(&model, entry, &block) == 0;
 }
 
+// Fills the first CTA extension of the image. Only a written Video Data Block makes it a block to write back.
 template <class FindVicForRate>
-void FillVics(EdidHandle& handle, RateArray& lost, FindVicForRate findVic) {
+void FillVics(EdidHandle& handle, RateArray& lost, bool needsSpace, FindVicForRate findVic) {
   EdidBlock* const end = handle.blocks + handle.blockCount;
   EdidBlock* const first =
       std::find_if(handle.blocks, end, [](const EdidBlock& b) { return b.type == EDID_BLOCK_CEA; });
   if (first == end) return;
-  auto fill = [&](CeaBlock& model) { FillVics(model, lost, findVic); };
-  EditBlock(*first, fill);
+  const Opened<CeaBlock> model = Open<CeaBlock>(*first);
+  if (model == nullptr || (needsSpace && model->freeSpace == 0)) return;
+  if (FillVics(*model, lost, findVic)) Regenerate(*model, *first);
 }
 
 bool FitsRate(uint32_t vic, uint16_t rate, DtdTiming& timing) {
@@ -225,7 +227,7 @@ constexpr uint32_t kLastVicIndex = 155;
 
 void FillWith1080pVIC(EdidHandle& handle, RateArray& lost) {
   const char* const name = __func__;
-  FillVics(handle, lost, [&](uint16_t rate) -> uint8_t {
+  FillVics(handle, lost, false, [&](uint16_t rate) -> uint8_t {
     for (uint32_t vic = 1; vic <= kLastVicIndex; ++vic) {
       DtdTiming t;
       if (!FitsRate(vic, rate, t) || t.hactive != 1920 || t.vactive != 1080 || t.aspectRatio != ASPECT_16_9) continue;
@@ -238,7 +240,7 @@ void FillWith1080pVIC(EdidHandle& handle, RateArray& lost) {
 
 void FillWithVIC(EdidHandle& handle, RateArray& lost) {
   const char* const name = __func__;
-  FillVics(handle, lost, [&](uint16_t rate) -> uint8_t {
+  FillVics(handle, lost, true, [&](uint16_t rate) -> uint8_t {
     for (uint32_t vic = kLastVicIndex; vic >= 1; --vic) {
       DtdTiming t;
       if (!FitsRate(vic, rate, t)) continue;
