@@ -8,7 +8,7 @@
 
 namespace reedid {
 
-// Decodes the detailed timings of an image, at most `room` of them, and returns their number.
+// Decodes the detailed timings of an image, at most `room` of them, and returns how many it decoded.
 uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room);
 
 // The rate by which lists are ordered, in Hz: computed in double, rounded to single. 0 without a rate.
@@ -18,16 +18,20 @@ class DtdList {
  public:
   // All detailed timings of an image, in its order, with room for `spare` more. False without memory.
   bool Collect(const EdidHandle& handle, uint32_t spare = 0) {
-    room_ = EDID_GetDTDCnt(&handle) + spare;
+    const uint32_t found = EDID_GetDTDCnt(&handle);
+    room_ = found + spare;
     if (room_ == 0) return true;
     records_.reset(AllocateZeroed<DtdTiming>(room_));
     if (records_ == nullptr) return false;
-    CollectAgain(handle);
+    count_ = CollectDtds(handle, records_.get(), found);
     return true;
   }
 
   // The same for an image that has changed, into the room that there is.
-  void CollectAgain(const EdidHandle& handle) { count_ = CollectDtds(handle, records_.get(), room_); }
+  void CollectAgain(const EdidHandle& handle) {
+    const uint32_t found = EDID_GetDTDCnt(&handle);
+    count_ = CollectDtds(handle, records_.get(), found < room_ ? found : room_);
+  }
 
   void Truncate(uint32_t count) { count_ = count < count_ ? count : count_; }
 

@@ -102,6 +102,8 @@ TEST(HighRefresh, KeepsTheRatesInTwoBlocks) {
        "no enough sapce, drop frameRate:  144Hz,\n"},
       {"no Video Data Block, so nothing is written again", Edid(hd).Extension(Cta()).Extension(Formulas({144})),
        "144 60 ", "1920x1080 332880, ", "remain frameRate(1): 144,\n[INFO:EDID_HighRefreshRate]: dtdSpaceLimits="},
+      {"timings are counted anew before they are collected", roomy(Section(0x02)), "60 ", "",
+       "dtdSpaceLimitsMax=10\n[ERR:DispID_Open]: error version: 0.2\n[ERR:DispID_Open]: error version: 0.2\n[INFO"},
       {"a slow timing makes room for the formula", packed(Edid(small).Dtd(k720p60), Formulas({144})), "144 60 ",
        "1920x1080 332880, ", "no enough sapce, drop DTD:  1280x720@60.00 74250KHz,\n"},
       {"no timing can make room", packed(none, Formulas({165, 144})), "60 ", "",
