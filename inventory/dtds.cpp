@@ -15,8 +15,8 @@
 namespace reedid {
 namespace {
 
-// No block holds more: a DisplayID section has room for 22 type II timings.
-constexpr unsigned kMaxDtdsPerBlock = 22;
+constexpr unsigned kMaxCount = 255;
+constexpr unsigned kShortestDtd = 11;  // bytes, a type II timing
 
 unsigned CountDtds(const VesaBlock& model) {
   return static_cast<unsigned>(std::count_if(model.descriptors, model.descriptors + kDescriptorSlots,
@@ -88,11 +88,30 @@ unsigned CountAll(const EdidHandle& handle) {
   return Low8(count);
 }
 
-// The room that a caller gave who asked EDID_GetDTDCnt. Only a long image can make that count wrap, and only then is it
-// worth another walk.
-unsigned RoomOf(const EdidHandle& handle) {
-  const unsigned most = handle.blockCount * kMaxDtdsPerBlock;
-  return most < 256 ? most : CountAll(handle);
+// Whether the 8-bit count of the timings can have wrapped, going by the bytes alone.
+bool CanWrap(const EdidHandle& handle) {
+  unsigned bytes = 0;
+  for (unsigned i = 0; handle.blocks != nullptr && i < handle.blockCount; ++i) bytes += handle.blocks[i].size;
+  return bytes / kShortestDtd > kMaxCount;
+}
+
+// A caller whose count wrapped gave room for what is left of it, which only the end of the walk can tell: the timings
+// wait elsewhere for it.
+uint32_t CollectWrapped(const EdidHandle& handle, DtdTiming* list) {
+  const MallocPtr<DtdTiming[]> found(AllocateZeroed<DtdTiming>(kMaxCount));
+  if (found == nullptr) {
+    REEDID_ERR_AS("EDID_FindOutAllDTD", "malloc fail");
+    return 0;
+  }
+  Collector collect(found.get(), kMaxCount);
+  unsigned total = 0;
+  VisitBlocks(handle, [&]<class Model>(const Model& model) {
+    total += CountDtds(model);
+    collect(model);
+  });
+  const unsigned count = std::min<unsigned>(collect.count(), Low8(total));
+  std::copy(found.get(), found.get() + count, list);
+  return count;
 }
 
 // Ends of lists are kept in 16 bits.
@@ -107,7 +126,7 @@ int32_t Area(const DtdTiming& timing) {
 }  // namespace
 
 uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room) {
-  Collector collector(list, std::min(room, RoomOf(handle)));
+  Collector collector(list, room);
   VisitBlocks(handle, collector);
   return collector.count();
 }
@@ -133,7 +152,7 @@ uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t)
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  return CollectDtds(*handle, list, UINT32_MAX);  // as many as EDID_GetDTDCnt told
+  return CanWrap(*handle) ? CollectWrapped(*handle, list) : CollectDtds(*handle, list, kMaxCount);
 }
 
 void SortDTDbyResolution(DtdTiming* list, uint32_t count) {

@@ -2,6 +2,7 @@
 
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
+#include "tests/support/log_capture.h"
 
 namespace reedid::test {
 namespace {
@@ -40,16 +41,23 @@ TEST(Dtds, AreCountedAndCollectedInOrder) {
   EXPECT_EQ(DtdsOf(Edid().Name("reedid").Dtd(k1080p60).Build()).at(0).preferred, 0);
 }
 
+// However many blocks there are, each is opened, and complained about, once.
 TEST(Dtds, MoreThanACountHoldsWrapAround) {
   Cta six;
   for (int i = 0; i < 6; ++i) six.Dtd(k720p60);
-  Edid edid;
-  edid.Dtd(k1080p60);
-  for (int i = 0; i < 60; ++i) edid.Extension(six);
-  const TimingVector list = DtdsOf(edid.Build());  // 361 timings
-  ASSERT_EQ(list.size(), 361u - 256u);
-  EXPECT_EQ(list.front().hactive, 1920);
-  EXPECT_EQ(list.back().hactive, 1280);
+  const std::pair<int, size_t> cases[] = {{0, 1},          {12, 73},        {42, 253},
+                                          {43, 259 - 256}, {60, 361 - 256}, {85, 511 - 256}};  // extensions, timings
+  for (const auto& [extensions, timings] : cases) {
+    SCOPED_TRACE(extensions);
+    Edid edid = Edid().Dtd(k1080p60).Extension(Section(0x02));
+    for (int i = 0; i < extensions; ++i) edid.Extension(six);
+    TimingVector list;
+    const std::string line = Err("DispID_Open", "error version: 0.2");
+    EXPECT_EQ(LogOf([&] { list = DtdsOf(edid.Build()); }), line + line) << "counted once, collected once";
+    ASSERT_EQ(list.size(), timings);
+    EXPECT_EQ(list.front().hactive, 1920);
+    EXPECT_EQ(list.back().hactive, timings == 1 ? 1920 : 1280);
+  }
 }
 
 TEST(Dtds, SortByResolutionAndByRate) {
