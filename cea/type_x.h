@@ -21,10 +21,10 @@ struct TypeXRecords {
   unsigned count = 0;  // delivered; with extra bytes per record fewer than TypeXSlots
 };
 
-// Reads the block; no records when it is too short for one or cannot be read.
+// Reads the block; no records when it cannot be read.
 inline TypeXRecords ReadTypeX(const CeaDataBlock& entry) {
   TypeXRecords read;
-  if (TypeXSlots(entry) == 0 || CEA_Get6ByteCVT(&entry, read.records) != 0) return read;
+  if (CEA_Get6ByteCVT(&entry, read.records) != 0) return read;
   const unsigned extraBytes = Bits(entry.bytes[2], 4, 3);
   read.count = (entry.size - kTypeXHeader) / (kTypeXRecord + extraBytes);
   return read;

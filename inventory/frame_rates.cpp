@@ -154,6 +154,7 @@ bool AddExtended(const CeaDataBlock& entry, RateList& rates) {
     case kTypeViiiExtTag:
       return AddCeaTimingCodes(entry, rates);
     case kTypeXExtTag: {
+      if (TypeXSlots(entry) == 0) return true;  // nothing to read is nothing to complain about
       const TypeXRecords read = ReadTypeX(entry);
       return AddEach(read.records, read.count, [&](const CvtTiming& timing) { return rates.Add(timing.frameRate); });
     }

@@ -2,6 +2,7 @@
 
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
+#include "tests/support/log_capture.h"
 
 namespace reedid::test {
 namespace {
@@ -166,6 +167,16 @@ TEST(LinkLimit, LimitsDisplayIdSections) {
     EXPECT_EQ(Limited(Edid().Extension(row.before).Extension(Cta().Vdb({0x90})).Build(), k14, row.rates),
               Edid().Extension(Cta().Vdb({0x90})).Build())
         << "HDMI 1.4 sources know no DisplayID";
+  }
+}
+
+TEST(LinkLimit, SaysWhichBlockItCouldNotRead) {
+  const ByteVector type7 = {0x22, 0, 0}, type10 = {0x2A, 0, 2, 0xFF, 0x09, 0x9F, 0x05};  // a byte short of a timing
+  for (const auto& [name, block] : {std::pair("CEA_Get20ByteDTD", type7), std::pair("CEA_Get6ByteCVT", type10)}) {
+    const ByteVector image = Edid().Extension(Cta().Block(7, block)).Build();
+    for (const Limit limit : {k20, k14}) {
+      EXPECT_EQ(LogOf([&] { EXPECT_EQ(Limited(image, limit, {60}), image); }), Err(name, "invalid parameters"));
+    }
   }
 }
 
