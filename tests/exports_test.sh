@@ -1,6 +1,6 @@
 #!/bin/sh
 # The shared library exports exactly the names of libreedid.exports, which are the names that the headers declare; it needs
-# the C and the maths library only and has no writable data.
+# the C and the maths library only and has no writable data. The typed getters of C++ are complete.
 # usage: exports_test.sh SOURCE_DIR LIBREEDID_SO LIBREEDID_A SANITIZED
 set -eu
 source_dir=$1 shared=$2 static=$3 sanitized=$4
@@ -17,6 +17,16 @@ cat "$source_dir"/include/reedid/*.h | tr '\n' ' ' | grep -oE 'REEDID_API[^;{]*;
 [ -s "$work/listed" ] || fail "no names are listed"
 diff "$work/listed" "$work/exported" || fail "exported names differ from libreedid.exports"
 diff "$work/listed" "$work/declared" || fail "declared names differ from libreedid.exports"
+
+# A getter from one block to one record stands in the table of the typed C++ getters; records with a buffer of the
+# caller's do not.
+cat "$source_dir"/include/reedid/*.h | tr '\n' ' ' | grep -oE 'REEDID_API[^;{]*;' |
+  sed -nE 's/.* ([A-Za-z0-9]+_Get[A-Za-z0-9]+)\(const (CeaDataBlock|DispIdDataBlock|DtdSlot)\* [a-z]+, [A-Za-z0-9]+\* (record|limits)\);/\1/p' |
+  grep -vE '^DispID(20)?_GetPIDB$|^CEA_GetTimingCode$' | sort >"$work/getters"
+[ -s "$work/getters" ] || fail "no getters are declared"
+while read -r getter; do
+  grep -q "By($getter," "$source_dir/include/reedid/records.hpp" || fail "include/reedid/records.hpp does not have $getter"
+done <"$work/getters"
 
 readelf -d "$shared" | grep -q 'SONAME.*libreedid\.so\.' || fail "no SONAME"
 if [ -z "$sanitized" ]; then

@@ -23,6 +23,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "reedid/tags.h"
 #include "reedid/version.h"
 
 #ifdef __cplusplus

@@ -1,6 +1,6 @@
 /**
  * @file reedid.hpp
- * @brief The C interface for C++20: owners that close what they opened, ranges and spans. Header only.
+ * @brief The C interface for C++20: owners that close what they opened, ranges, spans and typed records. Header only.
  *
  * Nothing means anything else here than in C: each owner holds one pointer that the C interface handed out, get() gives
  * it to any C call, and * and -> reach the public fields. An empty owner stands for the null pointer of a refused call;
@@ -15,9 +15,11 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "reedid/records.hpp"
 #include "reedid/reedid.h"
 
 namespace reedid {
@@ -185,6 +187,17 @@ class BaseBlock : public Owner<VesaBlock, &VESA_Close> {
   /// The detailed timings among the descriptors.
   TimingRange Timings() const { return TimingRange(Descriptors()); }
 };
+
+/// The first range limits of a base block; their meaning depends on its version.
+template <>
+inline std::optional<RangeLimits> Find<RangeLimits, BaseBlock>(const BaseBlock& base) {
+  for (const DtdSlot& slot : base.Descriptors()) {
+    RangeLimits limits{};
+    if (slot.flag == EDID_DESCRIPTOR_RANGE_LIMITS && VESA_GetRangeLimits(base.get(), &slot, &limits) == 0)
+      return limits;
+  }
+  return std::nullopt;
+}
 
 /// A decoded CTA-861 extension: CEA_Open, CEA_Close, CEA_GenerateBlock.
 class CtaExtension : public Owner<CeaBlock, &CEA_Close> {

@@ -10,6 +10,7 @@
 
 #include <stdint.h>
 
+#include "reedid/tags.h"
 #include "reedid/version.h"
 
 #ifdef __cplusplus

@@ -89,5 +89,46 @@ TEST(ReedidHpp, AnEditGoesBackIntoTheImage) {
   EXPECT_EQ(image.DetailedTimings().size(), 2u);
 }
 
+TEST(ReedidHpp, RecordsAreFoundByTheirType) {
+  const auto limits10kHz = [](uint8_t tag) {  // the two forms store the clock alike, in units of 10 and of 1 kHz
+    return Section(tag == DISPID20_TAG_RANGE_LIMITS ? 0x20 : 0x13).Block(tag, 0, ByteVector(tag == 0x09 ? 15 : 9, 1));
+  };
+  const Image image(
+      Edid()
+          .Name("Sample")
+          .Dtd(k1080p60)
+          .Descriptor(EDID_DESCRIPTOR_RANGE_LIMITS, {0, 48, 75, 30, 90, 30, 1, 10, 32, 32, 32, 32, 32, 32})
+          .Extension(Cta()
+                         .Block(CEA_TAG_VENDOR, {0x1A})  // ends before its vendor is told
+                         .Block(CEA_TAG_VENDOR, {0x1A, 0, 0, 2})
+                         .Hdmi(0x1000)
+                         .Block(CEA_TAG_EXTENDED, {CEA_EXT_TAG_420_VIDEO, 97})
+                         .Block(CEA_TAG_EXTENDED, {CEA_EXT_TAG_COLORIMETRY, 0x80, 0})
+                         .Dtd(k720p60))
+          .Extension(limits10kHz(DISPID_TAG_RANGE_LIMITS))
+          .Extension(limits10kHz(DISPID20_TAG_RANGE_LIMITS))
+          .Build());
+  ASSERT_EQ(image.Blocks().size(), 4u);
+  const BaseBlock base(image.Blocks()[0]);
+  const CtaExtension cta(image.Blocks()[1]);
+  EXPECT_EQ(LogOf([&] {
+              EXPECT_EQ(Find<DtdTiming>(base).value().hactive, 1920) << "behind a name";
+              EXPECT_EQ(Find<RangeLimits>(base).value().maxVRate, 75);
+              EXPECT_FALSE(Find<Est3Record>(base));
+              EXPECT_EQ(Find<DtdTiming>(cta).value().hactive, 1280);
+              EXPECT_EQ(Find<H14bRecord>(cta).value().physAddr, 0x1000) << "behind other vendors";
+              EXPECT_FALSE(Find<HfVsdbRecord>(cta) || Find<VdbRecord>(cta) || Find<VideoCapRecord>(cta));
+              EXPECT_EQ(Find<Vic420Record>(cta).value().vicCount, 1);
+              EXPECT_EQ(Find<ColorimetryRecord>(cta).value().BT2020RGB, 1);
+              EXPECT_FALSE(Get<ColorimetryRecord>(cta.DataBlocks()[3]));
+              EXPECT_FALSE(Find<VdbRecord>(CtaExtension()));
+              EXPECT_EQ(Find<DispIdRangeLimits>(DisplayIdSection(image.Blocks()[2])).value().minPixelClock, 657940u);
+              EXPECT_EQ(Find<DispIdRangeLimits>(DisplayIdSection(image.Blocks()[3])).value().minPixelClock, 65794u);
+            }),
+            "");
+  const CeaDataBlock refused = {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, 4, nullptr};
+  EXPECT_EQ(LogOf([&] { EXPECT_FALSE(Get<ColorimetryRecord>(refused)); }), "[ERR:CEA_GetCDB]: invalid parameters\n");
+}
+
 }  // namespace
 }  // namespace reedid::test

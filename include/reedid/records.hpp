@@ -1,0 +1,132 @@
+/**
+ * @file records.hpp
+ * @brief The records of data blocks and descriptors by their types: Get<ColorimetryRecord>(block), and the first one of a model
+ * by Find<ColorimetryRecord>(model). Part of reedid.hpp.
+ *
+ * A block of another kind is quietly no record; one of the right kind that its getter refuses prints that getter's line. Records
+ * that need more than their block have no entry here: those with a buffer of the caller's (ProductIdRecord, TimingCodeRecord),
+ * arrays of timings, and the YCbCr 4:2:0 capability map.
+ */
+#ifndef REEDID_RECORDS_HPP
+#define REEDID_RECORDS_HPP
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <type_traits>
+
+#include "reedid/reedid.h"
+
+namespace reedid {
+inline namespace cpp0 {
+
+/// Who decodes a record, and the blocks that hold it.
+template <class Entry, class Record>
+struct Getter {
+  using EntryType = Entry;                ///< CeaDataBlock, DispIdDataBlock or DtdSlot
+  int32_t (*get)(const Entry*, Record*);  ///< the call of the C interface
+  unsigned tag;                           ///< tag of the block, flag of the slot
+  unsigned extTag;                        ///< of a CTA block with CEA_TAG_EXTENDED
+  uint32_t oui;                           ///< an IeeeOui where the tag stands for vendors, else 0
+};
+
+/// A Getter, its types taken from the call.
+template <class Entry, class Record>
+constexpr Getter<Entry, Record> By(int32_t (*get)(const Entry*, Record*), unsigned tag, unsigned extTag = 0,
+                                   uint32_t oui = 0) {
+  return {get, tag, extTag, oui};
+}
+
+/// The getters of a record. One row for each record; there is none for a type that is no record of one block.
+template <class Record>
+inline constexpr std::nullptr_t kGetters = nullptr;
+/// @cond rows
+template <>
+inline constexpr std::array kGetters<DtdTiming>{By(VESA_GetDTD, 1)};
+template <>
+inline constexpr std::array kGetters<VesaCvtRecord>{By(VESA_GetCvtTiming, EDID_DESCRIPTOR_CVT_CODES)};
+template <>
+inline constexpr std::array kGetters<Est3Record>{By(VESA_GetEst3Timing, EDID_DESCRIPTOR_EST3)};
+template <>
+inline constexpr std::array kGetters<VdbRecord>{By(CEA_GetVDB, CEA_TAG_VIDEO)};
+template <>
+inline constexpr std::array kGetters<AdbRecord>{By(CEA_GetADB, CEA_TAG_AUDIO)};
+template <>
+inline constexpr std::array kGetters<SpeakerRecord>{By(CEA_GetSADB, CEA_TAG_SPEAKERS)};
+template <>
+inline constexpr std::array kGetters<H14bRecord>{By(CEA_GetH14bVSDB, CEA_TAG_VENDOR, 0, REEDID_OUI_HDMI)};
+template <>
+inline constexpr std::array kGetters<HfVsdbRecord>{By(CEA_GetHFVSDB, CEA_TAG_VENDOR, 0, REEDID_OUI_HDMI_FORUM)};
+template <>
+inline constexpr std::array kGetters<VideoCapRecord>{By(CEA_GetVCDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY)};
+template <>
+inline constexpr std::array kGetters<ColorimetryRecord>{By(CEA_GetCDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY)};
+template <>
+inline constexpr std::array kGetters<StaticHdrRecord>{By(CEA_GetStaticHDR, CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR)};
+template <>
+inline constexpr std::array kGetters<Vic420Record>{By(CEA_Get420VDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO)};
+template <>
+inline constexpr std::array kGetters<Cea20ByteDtdRecord>{By(CEA_Get20ByteDTD, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII)};
+template <>
+inline constexpr std::array kGetters<DisplayParamsRecord>{By(DispID_GetDPDB, DISPID_TAG_DISPLAY_PARAMS)};
+template <>
+inline constexpr std::array kGetters<DisplayParams20Record>{By(DispID20_GetDPDB, DISPID20_TAG_DISPLAY_PARAMS)};
+template <>
+inline constexpr std::array kGetters<DispIdRangeLimits>{By(DispID_GetRangeLimits, DISPID_TAG_RANGE_LIMITS),
+                                                        By(DispID20_GetRangeLimits, DISPID20_TAG_RANGE_LIMITS)};
+/// @endcond
+
+/// Whether `entry` is of a kind: tag, extended tag and vendor.
+template <class Record>
+bool IsKind(const Getter<CeaDataBlock, Record>& kind, const CeaDataBlock& entry) {
+  const bool isExtended = entry.tag == CEA_TAG_EXTENDED;
+  if (entry.tag != kind.tag || (isExtended && entry.extTag != kind.extTag)) return false;
+  if (kind.oui == 0) return true;
+  const unsigned at = isExtended ? 2 : 1;
+  if (entry.bytes == nullptr || entry.size < at + 3u) return false;
+  const uint8_t* oui = entry.bytes + at;  // least significant byte first
+  return kind.oui == (uint32_t{oui[0]} | uint32_t{oui[1]} << 8 | uint32_t{oui[2]} << 16);
+}
+/// The same of a DisplayID data block, by its tag.
+template <class Record>
+bool IsKind(const Getter<DispIdDataBlock, Record>& kind, const DispIdDataBlock& entry) {
+  return entry.tag == kind.tag;
+}
+/// The same of a descriptor, by its flag.
+template <class Record>
+bool IsKind(const Getter<DtdSlot, Record>& kind, const DtdSlot& slot) {
+  return slot.flag == kind.tag;
+}
+
+/// The record of a block; none when the block is of another kind or refused.
+template <class Record, class Entry>
+std::optional<Record> Get(const Entry& entry) {
+  static_assert(!std::is_null_pointer_v<std::remove_cv_t<decltype(kGetters<Record>)>>, "no record of one block");
+  for (const Getter<Entry, Record>& getter : kGetters<Record>) {
+    Record record{};
+    if (IsKind(getter, entry) && getter.get(&entry, &record) == 0) return record;
+  }
+  return std::nullopt;
+}
+
+/// The first record of this type that a BaseBlock, CtaExtension or DisplayIdSection has.
+template <class Record, class Model>
+std::optional<Record> Find(const Model& model) {
+  using Entry = typename std::remove_cv_t<decltype(kGetters<Record>)>::value_type::EntryType;
+  const auto first = [](auto entries) -> std::optional<Record> {
+    for (const Entry& entry : entries) {
+      if (const std::optional<Record> record = Get<Record>(entry)) return record;
+    }
+    return std::nullopt;
+  };
+  if constexpr (std::is_same_v<Entry, DtdSlot>) {
+    return first(model.Descriptors());
+  } else {
+    return first(model.DataBlocks());
+  }
+}
+
+}  // namespace cpp0
+}  // namespace reedid
+
+#endif
