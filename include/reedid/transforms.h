@@ -137,6 +137,31 @@ REEDID_API void EDID_LimitToFrl40G(EdidHandle* handle);
 /** Removes Dolby Vision, HDR static metadata and HDR dynamic metadata blocks. */
 REEDID_API void EDID_LimitToSDR(EdidHandle* handle);
 
+/*
+ * Edits by bytes. The functions above work on models and write whole blocks anew, as documented; those below change the
+ * bytes that the edit is about, the checksums of their blocks, and nothing else. Where both exist, take these: what
+ * they leave is no worse than what they found.
+ */
+
+/**
+ * Writes the image to `out`, right as a whole, and returns the number of bytes: the number of extensions in byte 126
+ * (1 beside an HDMI Forum EDID Extension Override Data Block, which then holds the number), block maps, and the
+ * checksums of all blocks and DisplayID sections. Everything else comes out as it stands in the handle, which is not
+ * changed; an image that was right comes out byte for byte. Take this to write any image; EDID_GenerateEdid leaves
+ * checksums as they are and knows no override. -1: "not enough space" for less than the sum of the blocks' sizes,
+ * "malloc fail" (it works on a copy), "invalid parameters" for null or an empty handle; nothing is written then.
+ */
+REEDID_API int32_t EDID_GenerateImage(const EdidHandle* handle, uint8_t* out, uint32_t capacity);
+
+/**
+ * Sets the CEC physical address, 0x1200 for 1.2.0.0, in every HDMI 1.4b VSDB of the image, also in those that
+ * DisplayID data blocks hold: two bytes and the checksums over them. Take this to set the address; EDID_SetPhyAddr
+ * writes the VSDB anew from the fields that it knows. Allocates nothing. -1, image unchanged: no HDMI block with an
+ * address, or an address that no port can have (0.0.0.0 is the display's own, F.F.F.F says that there is none, and
+ * no digit but 0 follows a 0).
+ */
+REEDID_API int32_t EDID_PatchPhyAddr(EdidHandle* handle, uint16_t physAddr);
+
 #ifdef __cplusplus
 }
 #endif

@@ -25,6 +25,13 @@ inline ByteVector Generate(EdidHandle* handle) {
   return out;
 }
 
+inline ByteVector GenerateImage(const EdidHandle* handle) {
+  ByteVector out(65536);
+  const int32_t size = EDID_GenerateImage(handle, out.data(), static_cast<uint32_t>(out.size()));
+  out.resize(size < 0 ? 0 : static_cast<size_t>(size));
+  return out;
+}
+
 // A block outside a handle, over bytes of its own.
 struct Block : EdidBlock {
   Block(uint8_t blockType, const ByteVector& content, uint16_t room = 0) : EdidBlock{}, storage(content) {

@@ -84,6 +84,8 @@ constexpr Operation kOperations[] = {
     {"DeleteEODB", [](EdidHandle& handle) { DeleteEODB(&handle); }},
     {"EDID_LimitToPCM2CH", [](EdidHandle& handle) { EDID_LimitToPCM2CH(&handle); }},
     {"EDID_LimitToFrl40G", [](EdidHandle& handle) { EDID_LimitToFrl40G(&handle); }},
+    {"EDID_GenerateImage", [](EdidHandle& handle) { GenerateImage(&handle); }, true},
+    {"EDID_PatchPhyAddr", [](EdidHandle& handle) { EDID_PatchPhyAddr(&handle, 0x2100); }, true},
     {"EDID_LimitToSDR", [](EdidHandle& handle) { EDID_LimitToSDR(&handle); }},
 };
 
