@@ -41,7 +41,7 @@ Json FromText(const std::string& text);
 
 }  // namespace reedid::test
 
-#include "tools/reedid/records.h"
+#include "document/account/records.h"
 
 inline void FromJson(const nlohmann::json& json, VdbRecord& record) {
   REEDID_FROM_JSON(nativeVic)

@@ -6,12 +6,18 @@
 #include <sstream>
 
 #include "commands.h"
-#include "describe.h"
+#include "document/account/image_account.h"
+#include "document/read/override_count.h"
+#include "input.h"
 #include "inputs.h"
 #include "terminal.h"
 
 namespace reedid::tool {
 namespace {
+
+using document::Field;
+using document::Image;
+using document::Node;
 
 constexpr char kNote[] = "note";
 
@@ -39,18 +45,18 @@ bool CountIsRight(const Image& image) {
   const EdidBlock& first = image.blocks()[0];
   const unsigned extensions = static_cast<unsigned>(image.blocks().size() - 1);
   const unsigned count = first.bytes[image.IsEdid() ? 126 : 3];
-  return count == extensions || (image.IsEdid() && count == 1 && OverrideCount(image) == extensions);
+  return count == extensions || (image.IsEdid() && count == 1 && document::OverrideCount(image.blocks()) == extensions);
 }
 
 void CheckBlock(const EdidBlock& block, unsigned index, Node& node) {
   const std::string where = fmt::format("block {}", index);
   if (block.type == EDID_BLOCK_UNKNOWN || block.type == EDID_BLOCK_MAP) {
-    node.Add(where, fmt::format("{} (tag {:02x}), which a valid image here does not have", BlockKindName(block),
-                                block.bytes[0]))
+    node.Add(where, fmt::format("{} (tag {:02x}), which a valid image here does not have",
+                                document::BlockKindName(block), block.bytes[0]))
         .isFault = true;
   }
   // Describing a block opens it and decodes all that it holds.
-  AddDiagnostics(where, CaptureDiagnostics([&] { DescribeBlock(block, index); }), node);
+  AddDiagnostics(where, CaptureDiagnostics([&] { document::DescribeBlock(block, index); }), node);
 }
 
 // What there is to say of one input, and why it is none.
@@ -75,7 +81,7 @@ Verdict Check(const std::string& input) {
   std::optional<Image> image;
   const std::string opening = CaptureDiagnostics([&] {
     try {
-      image = Image::Read(input);
+      image = ReadImage(input);
     } catch (const ToolError& error) {
       verdict.failure = error;
     }
@@ -91,7 +97,7 @@ Verdict Check(const std::string& input) {
 }
 
 Exit CheckSingle(const CheckOptions& options, Streams& streams) {
-  const TextStyle style = StyleFor(options.color, streams);
+  const document::TextStyle style = StyleFor(options.color, streams);
   const Verdict verdict = Check(options.inputs[0]);
   if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node, style));
   if (verdict.failure) throw ToolError(*verdict.failure);
@@ -110,7 +116,7 @@ void AddReason(const std::string& input, Verdict& verdict) {
 Exit RunCheck(const CheckOptions& options, Streams& streams) {
   if (IsSingle(options.inputs)) return CheckSingle(options, streams);
   size_t valid = 0, notValid = 0, none = 0;
-  const TextStyle style = StyleFor(options.color, streams);
+  const document::TextStyle style = StyleFor(options.color, streams);
   Progress progress;
   const Exit worst = ForEachInput(options.inputs, progress, [&](const std::string& input) {
     Verdict verdict = Check(input);

@@ -61,7 +61,7 @@ struct DiffOptions {
 };
 Exit RunDiff(const DiffOptions& options, Streams& streams);
 
-struct Edit {
+struct EditWord {
   bool isLimit;  // else a physical address
   std::string value;
 };
@@ -69,7 +69,7 @@ struct Edit {
 // limit is an edit with one limit.
 struct EditOptions {
   std::string input;
-  std::vector<Edit> edits;
+  std::vector<EditWord> edits;
   std::string rates;  // "120,60,50"; empty: those of the image
   std::string output;
   bool quiet = false;

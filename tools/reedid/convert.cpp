@@ -3,8 +3,7 @@
 #include <fmt/format.h>
 
 #include "commands.h"
-#include "hex_text.h"
-#include "image.h"
+#include "input.h"
 #include "output.h"
 
 namespace reedid::tool {
@@ -18,15 +17,16 @@ std::span<const uint8_t> AsBytes(const std::string& text) {
 
 Exit RunConvert(const ConvertOptions& options, Streams& streams) {
   RequireOutput(options.output, "convert");
-  Image image = Image::Read(options.input);
-  const ByteVector bytes = image.Generate();
+  document::Image image = ReadImage(options.input);
+  const document::ByteVector bytes = image.Generate(ToldNotes());
   if (options.form == "raw") {
     if (options.output == "-" && streams.ResultIsTerminal()) {
       throw ToolError(Exit::kUsage, "raw bytes do no good on a terminal; use --to hex, or -o FILE");
     }
     WriteOutput(options.output, bytes, streams);
   } else {
-    WriteOutput(options.output, AsBytes(options.form == "c" ? CArray(bytes) : HexRows(bytes)), streams);
+    WriteOutput(options.output, AsBytes(options.form == "c" ? document::CArray(bytes) : document::HexRows(bytes)),
+                streams);
   }
   return Exit::kDone;
 }

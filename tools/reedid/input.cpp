@@ -8,12 +8,14 @@
 #include <cstring>
 #include <string_view>
 
-#include "hex_text.h"
-#include "reedid/image.h"
-#include "samples.h"
+#include "document/read/input.h"
+#include "document/read/samples.h"
+#include "tool_error.h"
 
 namespace reedid::tool {
 namespace {
+
+using document::ByteVector;
 
 constexpr size_t kMaxInput = 1 << 20;  // 255 blocks written as text with every byte on a line of its own, and more
 constexpr std::string_view kSamplePrefix = "sample:";
@@ -48,27 +50,23 @@ ByteVector ReadToEnd(const std::string& name) {
   }
 }
 
-bool HasEdidHeader(const ByteVector& bytes) {
-  return bytes.size() >= 8 && isEdidHeader(bytes.data()) != 0;
+ByteVector ReadInput(const std::string& name) {
+  if (name.starts_with(kSamplePrefix)) return document::SampleBytes(name.substr(kSamplePrefix.size()));
+  return document::ParseInput(ShownName(name), ReadToEnd(name));
 }
 
 }  // namespace
 
-ByteVector ReadInput(const std::string& name) {
-  if (name.starts_with(kSamplePrefix)) return SampleBytes(name.substr(kSamplePrefix.size()));
-  const std::string shown = name == "-" ? "standard input" : name;
-  ByteVector bytes = ReadToEnd(name);
-  if (bytes.empty()) {
-    Fail(shown, "empty; a connector of /sys/class/drm without a display gives no EDID, other files must hold one");
-  }
-  if (HasEdidHeader(bytes) || !LooksLikeText(bytes)) return bytes;
+document::Image ReadImage(const std::string& name) {
   try {
-    ByteVector parsed = ParseHexText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    if (parsed.empty()) throw ToolError(Exit::kInput, "text without hexadecimal digits");
-    return parsed;
-  } catch (const ToolError& error) {
-    Fail(shown, error.what());
+    return document::Image::FromBytes(ShownName(name), ReadInput(name));
+  } catch (const document::Error& error) {
+    throw FromDocument(error);
   }
+}
+
+std::string ShownName(const std::string& name) {
+  return name == "-" ? "standard input" : name;
 }
 
 }  // namespace reedid::tool

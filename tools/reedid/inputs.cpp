@@ -9,10 +9,18 @@
 #include <sstream>
 #include <utility>
 
+#include "document/account/tree_json.h"
+#include "document/printable.h"
+#include "input.h"
+
 namespace reedid::tool {
 namespace {
 
 namespace fs = std::filesystem;
+using document::Image;
+using document::Json;
+using document::JsonText;
+using document::WithoutControls;
 
 bool IsFolder(const std::string& name) {
   std::error_code ignored;
@@ -117,7 +125,7 @@ Answer AskOne(const std::string& input, Progress& progress,
   std::exception_ptr failure;
   const std::string log = CaptureDiagnostics([&] {
     try {
-      answer = ask(Image::Read(input), false);
+      answer = ask(ReadImage(input), false);
     } catch (const std::exception&) {
       failure = std::current_exception();
     }
@@ -192,7 +200,7 @@ Exit ForEachInput(const std::vector<std::string>& names, Progress& progress,
 Exit AnswerEach(const std::vector<std::string>& names, bool json, Streams& streams,
                 const std::function<Answer(const Image& image, bool single)>& ask) {
   if (!IsSingle(names)) return json ? AnswerArray(names, streams, ask) : AnswerTexts(names, streams, ask);
-  const Answer answer = ask(Image::Read(names[0]), true);
+  const Answer answer = ask(ReadImage(names[0]), true);
   streams.Result(json ? JsonText(answer.json) : answer.text);
   return Exit::kDone;
 }

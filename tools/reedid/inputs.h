@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "image.h"
+#include "document/account/tree.h"
+#include "document/read/image.h"
 #include "streams.h"
-#include "tree.h"
 
 namespace reedid::tool {
 
@@ -48,7 +48,7 @@ Exit ForEachInput(const std::vector<std::string>& names, Progress& progress,
 // What a command says of an image; only the one that was asked for has to be filled.
 struct Answer {
   std::string text;
-  Json json;
+  document::Json json;
 };
 
 /*
@@ -56,6 +56,6 @@ struct Answer {
  * input in "input"; one that has no answer stands there with its "error". Diagnostics then begin with the name.
  */
 Exit AnswerEach(const std::vector<std::string>& names, bool json, Streams& streams,
-                const std::function<Answer(const Image& image, bool single)>& ask);
+                const std::function<Answer(const document::Image& image, bool single)>& ask);
 
 }  // namespace reedid::tool

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "commands.h"
+#include "document/printable.h"
 #include "help.h"
 #include "reedid/version.h"
 
@@ -203,7 +204,7 @@ void SetUp(CLI::App& app, Command& chosen) {
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
   app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
     const auto parsed = whole->get_subcommands();
-    return fmt::format("reedid: {}; see reedid {}--help\n", WithoutControls(error.what()),
+    return fmt::format("reedid: {}; see reedid {}--help\n", document::WithoutControls(error.what()),
                        parsed.empty() ? "" : parsed[0]->get_name() + " ");
   });
   AddShow(app, chosen);
@@ -256,6 +257,10 @@ Exit Main(int argc, char** argv) {
   } catch (const ToolError& error) {
     Note(error.what());
     return error.code();
+  } catch (const document::Error& error) {
+    const ToolError end = FromDocument(error);
+    Note(end.what());
+    return end.code();
   } catch (const std::exception& error) {
     Note(error.what());
     return Exit::kNoMemory;

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include "commands.h"
+#include "document/read/samples.h"
 #include "output.h"
-#include "samples.h"
 
 namespace reedid::tool {
 
@@ -12,11 +12,12 @@ Exit RunSample(const SampleOptions& options, Streams& streams) {
   if (options.name.empty()) {
     if (!options.output.empty())
       throw ToolError(Exit::kUsage, "sample with -o: name the sample, 'reedid sample' lists them");
-    for (const Sample& sample : Samples()) streams.Result(fmt::format("{:<10}  {}\n", sample.name, sample.text));
+    for (const document::Sample& sample : document::Samples())
+      streams.Result(fmt::format("{:<10}  {}\n", sample.name, sample.text));
     return Exit::kDone;
   }
   RequireOutput(options.output, "sample");
-  WriteOutput(options.output, SampleBytes(options.name), streams);
+  WriteOutput(options.output, document::SampleBytes(options.name), streams);
   return Exit::kDone;
 }
 

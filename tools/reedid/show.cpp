@@ -3,12 +3,17 @@
 #include <sstream>
 
 #include "commands.h"
-#include "describe.h"
+#include "document/account/image_account.h"
+#include "document/account/tree_json.h"
 #include "inputs.h"
 #include "terminal.h"
 
 namespace reedid::tool {
 namespace {
+
+using document::DescribeImage;
+using document::Image;
+using document::Node;
 
 // The library's warnings of wrong checksums tell what the account hides.
 void PrintWithoutChecksums(const std::string& diagnostics) {
@@ -29,7 +34,7 @@ Node Describe(const Image& image, bool hidePrivate) {
 }  // namespace
 
 Exit RunShow(const ShowOptions& options, Streams& streams) {
-  TextStyle style = StyleFor(options.color, streams);
+  document::TextStyle style = StyleFor(options.color, streams);
   style.hex = options.hex;
   return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     const Node account = Describe(image, options.hidePrivate);

@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "document/printable.h"
+
 namespace reedid::tool {
 namespace {
 
@@ -96,27 +98,16 @@ unsigned Streams::TerminalColumns() const {
   return result_ >= 0 && ioctl(result_, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-std::string WithoutControls(std::string_view text) {
-  std::string shown;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<uint8_t>(text[i]);
-    const auto next = static_cast<uint8_t>(i + 1 < text.size() ? text[i + 1] : '\0');
-    if (c == 0xC2 && next >= 0x80 && next < 0xA0) {
-      shown += fmt::format("\\xc2\\x{:02x}", next);
-      ++i;
-    } else {
-      shown += c < 0x20 || c == 0x7F ? fmt::format("\\x{:02x}", c) : std::string(1, text[i]);
-    }
-  }
-  return shown;
-}
-
 void Tell(std::string_view text) {
   WriteAll(STDERR_FILENO, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
 }
 
 void Note(std::string_view message) {
-  Tell(fmt::format("reedid: {}\n", WithoutControls(message)));
+  Tell(fmt::format("reedid: {}\n", document::WithoutControls(message)));
+}
+
+ToldNotes::~ToldNotes() {
+  for (const std::string& note : notes_) Note(note);
 }
 
 std::string CaptureDiagnostics(const std::function<void()>& work) {

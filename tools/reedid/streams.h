@@ -33,15 +33,25 @@ class Streams {
   int result_ = -1;
 };
 
-// Control characters, which a terminal would obey, as \x1b: those of ASCII, and U+0080 to U+009F, which UTF-8 begins
-// with c2. Names of files may have any of them.
-std::string WithoutControls(std::string_view text);
-
 // Standard error. What cannot be written there is lost, but not the work that it tells of.
 void Tell(std::string_view text);
 
 // One line on standard error, "reedid: ...".
 void Note(std::string_view message);
+
+// Notes of the document library, told when the object goes, also when an error is on its way:
+// `image.Generate(ToldNotes())` tells them before anything else is done.
+class ToldNotes {
+ public:
+  ToldNotes() = default;
+  ~ToldNotes();
+  ToldNotes(const ToldNotes&) = delete;
+  ToldNotes& operator=(const ToldNotes&) = delete;
+  operator document::Notes&() { return notes_; }
+
+ private:
+  document::Notes notes_;
+};
 
 // Runs `work` and returns the diagnostics that the library printed meanwhile.
 std::string CaptureDiagnostics(const std::function<void()>& work);

@@ -27,8 +27,8 @@ bool ShowsColor(const Streams& streams) {
 
 }  // namespace
 
-TextStyle StyleFor(const std::string& color, const Streams& streams) {
-  TextStyle style;
+document::TextStyle StyleFor(const std::string& color, const Streams& streams) {
+  document::TextStyle style;
   style.color = color == "always" || (color == "auto" && ShowsColor(streams));
   if (const size_t columns = streams.TerminalColumns(); columns != 0) {
     style.width = columns;

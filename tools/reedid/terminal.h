@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "document/account/tree_text.h"
 #include "streams.h"
-#include "tree.h"
 
 namespace reedid::tool {
 
@@ -12,6 +12,6 @@ namespace reedid::tool {
  * As wide as the terminal, else as COLUMNS says, else as usual. `color` is "always", "never" or "auto": on a terminal
  * that has colours, unless NO_COLOR is set.
  */
-TextStyle StyleFor(const std::string& color, const Streams& streams);
+document::TextStyle StyleFor(const std::string& color, const Streams& streams);
 
 }  // namespace reedid::tool

@@ -6,11 +6,15 @@
 #include <optional>
 
 #include "commands.h"
-#include "describe.h"
+#include "document/account/detailed_timing.h"
+#include "document/account/tree_json.h"
 #include "terminal.h"
 
 namespace reedid::tool {
 namespace {
+
+using document::Node;
+using document::TimingItem;
 
 [[noreturn]] void Wrong(const std::string& what, const std::string& right) {
   throw ToolError(Exit::kUsage, fmt::format("timing: {}; write it like '{}'", what, right));
@@ -51,29 +55,19 @@ Format RequireFormat(std::string_view text, const char* right) {
           RequireNumber(text.substr(at + 1), right)};
 }
 
-Node DescribeFound(const std::string& title, const TimingItem& item) {
-  Node node = DescribeTiming(title, item);
-  const unsigned vic = DtdToVic(&item.timing);
-  const unsigned dmt = DtdToDmt(&item.timing);
-  const DtdTiming& t = item.timing;
-  node.Add("Sync", fmt::format("horizontal {}, vertical {}", t.hsyncPositive ? '+' : '-', t.vsyncPositive ? '+' : '-'));
-  node.Add("VIC", vic == 0 ? "none" : fmt::format("{}", CtaVic(vic)));
-  node.Add("DMT", dmt == 0 ? "none" : fmt::format("{:#04x}", dmt));
-  return node;
-}
-
 void AddKnown(const std::string& title, const TimingItem& item, Node& node) {
-  if (IsKnown(item)) node.Child(DescribeFound(title, item));
+  if (IsKnown(item)) node.Child(DescribeIdentified(title, item));
 }
 
 void AddVic(const TimingOptions& options, Node& node) {
   const unsigned vic = RequireNumber(options.words[1], "vic 97");
-  if (vic <= 127 || (vic >= 193 && vic <= 219)) AddKnown(fmt::format("VIC {}", vic), VicItem(VicIndex(vic)), node);
+  if (vic <= 127 || (vic >= 193 && vic <= 219))
+    AddKnown(fmt::format("VIC {}", vic), document::VicItem(document::VicIndex(vic)), node);
 }
 
 void AddDmt(const TimingOptions& options, Node& node) {
   const unsigned id = RequireNumber(options.words[1], "dmt 0x52");
-  AddKnown(fmt::format("DMT {:#04x}", id), DmtItem(id), node);
+  AddKnown(fmt::format("DMT {:#04x}", id), document::DmtItem(id), node);
 }
 
 void AddCvt(const TimingOptions& options, Node& node) {
@@ -86,14 +80,14 @@ void AddCvt(const TimingOptions& options, Node& node) {
   request.interlaced = options.interlaced || format.interlaced;
   request.flagA = options.ntsc;
   request.aspectRatio = ASPECT_UNKNOWN;
-  AddKnown(options.words[1], FormulaItem(request), node);
+  AddKnown(options.words[1], document::FormulaItem(request), node);
 }
 
 void AddStd(const TimingOptions& options, Node& node) {
   static constexpr const char* kRight = "std 1920 16:9 60";
   if (options.words.size() != 4) Wrong("a standard timing has width, aspect and rate", kRight);
   StdTiming standard = {1, 0, RequireNumber(options.words[1], kRight), 0};
-  while (AspectText(standard.aspectRatio) != options.words[2]) {
+  while (document::AspectText(standard.aspectRatio) != options.words[2]) {
     if (++standard.aspectRatio >= ASPECT_UNKNOWN) Wrong(fmt::format("'{}' is no aspect", options.words[2]), kRight);
   }
   const unsigned rate = RequireNumber(options.words[3], kRight);
@@ -110,8 +104,8 @@ void AddSearch(const TimingOptions& options, Node& node) {
   const uint32_t lines = interlaced ? format.lines / 2u : format.lines;
   const uint32_t vic = FindVic(format.width, lines, format.rate, ASPECT_UNKNOWN, interlaced);
   const uint32_t dmt = FindDmt(format.width, lines, format.rate, ASPECT_UNKNOWN, interlaced);
-  if (vic != 0) AddKnown(fmt::format("VIC {}", CtaVic(vic)), VicItem(vic), node);
-  if (dmt != 0) AddKnown(fmt::format("DMT {:#04x}", dmt), DmtItem(dmt), node);
+  if (vic != 0) AddKnown(fmt::format("VIC {}", document::CtaVic(vic)), document::VicItem(vic), node);
+  if (dmt != 0) AddKnown(fmt::format("DMT {:#04x}", dmt), document::DmtItem(dmt), node);
 }
 
 struct Source {
@@ -136,10 +130,10 @@ Exit RunTiming(const TimingOptions& options, Streams& streams) {
     }
     if (options.json) {
       node.title = fmt::format("{} {}", options.words[0], options.words[1]);
-      streams.Result(JsonText(ToJson(node)));
+      streams.Result(document::JsonText(ToJson(node)));
       return Exit::kDone;
     }
-    const TextStyle style = StyleFor(options.color, streams);
+    const document::TextStyle style = StyleFor(options.color, streams);
     for (const Node& child : node.children) streams.Result(ToText(child, style));
     return Exit::kDone;
   }

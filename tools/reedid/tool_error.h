@@ -4,11 +4,10 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <vector>
+
+#include "document/error.h"
 
 namespace reedid::tool {
-
-using ByteVector = std::vector<uint8_t>;
 
 // The exit codes, in one place; --help shows kExitCodesHelp.
 enum class Exit : uint8_t {
@@ -41,5 +40,8 @@ class ToolError : public std::runtime_error {
  private:
   Exit code_;
 };
+
+// What the document library throws, as the end of a command: with an exit code, and what the user can do.
+ToolError FromDocument(const document::Error& error);
 
 }  // namespace reedid::tool

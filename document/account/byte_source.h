@@ -1,0 +1,41 @@
+// Where the fields of an account have their bytes from.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "document/bytes.h"
+
+namespace reedid::document {
+
+/*
+ * The bytes of a block, handed out by offset to the fields that are made from them: `node.Add("Gamma", text, at(23))`.
+ * It remembers which ones were handed out, so that what no field is made from can be shown too. Offsets beyond the
+ * block hand out nothing. Copies, and parts of it, share that memory; the bytes are the caller's.
+ */
+class ByteSource {
+ public:
+  explicit ByteSource(std::span<const uint8_t> bytes)
+      : bytes_(bytes), given_(std::make_shared<std::vector<bool>>(bytes.size())) {}
+
+  ByteVector operator()(size_t first, size_t count = 1) const;
+  ByteVector operator()(std::initializer_list<size_t> offsets) const;
+  ByteVector All() const { return (*this)(0, bytes_.size()); }
+
+  // A part of the block with offsets of its own, up to `count` bytes.
+  ByteSource Part(size_t first, size_t count = SIZE_MAX) const;
+
+  // The bytes that were not handed out so far.
+  ByteVector Rest() const;
+
+  size_t size() const { return bytes_.size(); }
+
+ private:
+  std::span<const uint8_t> bytes_;
+  std::shared_ptr<std::vector<bool>> given_;  // of the whole block
+  size_t start_ = 0;                          // of this part in the block
+};
+
+}  // namespace reedid::document

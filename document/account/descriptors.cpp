@@ -1,0 +1,170 @@
+// The display descriptors of the base block (EDID 1.4, table 3.23), and standard timings, which have one too.
+
+#include "document/account/descriptors.h"
+
+#include <fmt/format.h>
+
+#include "document/account/detailed_timing.h"
+#include "document/account/records.h"
+#include "document/account/timing_lists.h"
+#include "document/account/values.h"
+#include "document/printable.h"
+
+namespace reedid::document {
+namespace {
+
+constexpr uint8_t kSerialNumberTag = 0xFF;
+
+template <int32_t (*get)(const DtdSlot*, char*, uint32_t)>
+bool DescribeText(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
+  char text[14] = {};
+  if (get(&slot, text, sizeof text) != 0) return false;
+  node.Add("Text", TextValue(text), at(5, 13));
+  node.record = {{"text", PrintableText(text)}};
+  return true;
+}
+
+void AddGtf(const RangeLimits& r, const ByteSource& at, Node& node) {
+  node.Add("Secondary curve",
+           fmt::format("from {} kHz, C {}, M {}, K {}, J {}", r.gtfStartFreq, r.gtfC, r.gtfM, r.gtfK, r.gtfJ),
+           at(12, 6));
+}
+
+void AddCvtSupport(const RangeLimits& r, const ByteSource& at, Node& node) {
+  const NamedFlag aspects[] = {{r.cvtAspect[ASPECT_4_3], "4:3"},
+                               {r.cvtAspect[ASPECT_16_9], "16:9"},
+                               {r.cvtAspect[ASPECT_16_10], "16:10"},
+                               {r.cvtAspect[ASPECT_5_4], "5:4"},
+                               {r.cvtAspect[ASPECT_5_3], "15:9"}};
+  const NamedFlag blankings[] = {{r.cvtStandardBlanking, "standard"}, {r.cvtReducedBlanking, "reduced"}};
+  const NamedFlag scalings[] = {{r.hShrink, "horizontal shrink"},
+                                {r.hStretch, "horizontal stretch"},
+                                {r.vShrink, "vertical shrink"},
+                                {r.vStretch, "vertical stretch"}};
+  node.Add("CVT version", fmt::format("{}.{}", r.cvtVersionMajor, r.cvtVersionMinor), at(11));
+  node.Add("Clock precision", fmt::format("{} kHz below the maximum", r.cvtClockPrecision), at(12));
+  node.Add("Widest line", r.cvtMaxHactive == 0 ? "no limit" : fmt::format("{} pixels", r.cvtMaxHactive), at(12, 2));
+  node.Add("Aspect ratios", fmt::format("{}; preferred {}", SetFlags(aspects), AspectText(r.cvtPreferredAspect)),
+           at(14, 2));
+  node.Add("Blanking", SetFlags(blankings), at(15));
+  node.Add("Scaling", SetFlags(scalings), at(16));
+  node.Add("Preferred rate", fmt::format("{} Hz", r.preferredRefresh), at(17));
+}
+
+bool DescribeRange(const VesaBlock& model, const DtdSlot& slot, const ByteSource& at, Node& node) {
+  static constexpr const char* kFormulas[] = {"default GTF", "secondary GTF", "CVT", "range limits only"};
+  RangeLimits r;
+  if (VESA_GetRangeLimits(&model, &slot, &r) != 0) return false;
+  node.record = r;
+  node.Add("Vertical", fmt::format("{} to {} Hz", r.minVRate, r.maxVRate), at(4, 3));
+  node.Add("Horizontal", fmt::format("{} to {} kHz", r.minHRate, r.maxHRate), at({4, 7, 8}));
+  node.Add("Pixel clock", r.maxPixelClock == 0 ? "not stated" : fmt::format("up to {} MHz", r.maxPixelClock / 1000),
+           at(9));
+  node.Add("Formula", kFormulas[r.timingFormula & 3], at(10));
+  if (r.timingFormula == 1) AddGtf(r, at, node);
+  if (r.timingFormula == 2) AddCvtSupport(r, at, node);
+  return true;
+}
+
+bool DescribeStandardDescriptor(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
+  StdTiming timings[6];
+  if (VESA_GetStandardTimings(&slot, timings) != 0) return false;
+  AddStandard(timings, at.Part(5, 12), node);
+  node.record = {{"timings", timings}};
+  return true;
+}
+
+// A code stands for up to five timings; lines below 1 are an unused entry.
+void AddCvtCode(const VesaCvtCode& code, unsigned number, const ByteVector& from, Node& node) {
+  const struct {
+    uint8_t flag;
+    uint16_t rate;
+    uint8_t formula;
+  } rates[] = {
+      {code.rate50, 50, 0}, {code.rate60, 60, 0}, {code.rate75, 75, 0}, {code.rate85, 85, 0}, {code.rate60rb, 60, 1}};
+  static constexpr unsigned kAspects[][2] = {{1, 1}, {5, 4}, {4, 3}, {15, 9}, {16, 9}, {16, 10}};
+  if (code.aspectRatio >= std::size(kAspects)) return;
+  const unsigned* aspect = kAspects[code.aspectRatio];
+  const auto width = static_cast<uint16_t>(code.lines * aspect[0] / aspect[1] / 8 * 8);
+  for (const auto& rate : rates) {
+    if (rate.flag == 0) continue;
+    CvtTiming request = {};
+    request.formula = rate.formula;
+    request.hactive = width;
+    request.vactive = code.lines;
+    request.aspectRatio = code.aspectRatio;
+    request.frameRate = rate.rate;
+    const bool preferred = rate.rate == code.preferredRate;
+    node.AddTiming(fmt::format("Code {}{}", number, rate.formula == 1 ? ", reduced" : ""), FormulaItem(request),
+                   preferred ? ", preferred rate" : "", from);
+  }
+}
+
+bool DescribeCvtCodes(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
+  VesaCvtRecord record;
+  if (VESA_GetCvtTiming(&slot, &record) != 0) return false;
+  node.record = record;
+  node.Add("Version", fmt::format("{}", record.version), at(5));
+  for (unsigned i = 0; i < std::size(record.codes); ++i) {
+    if (record.codes[i].lines != 0) AddCvtCode(record.codes[i], i + 1, at(6 + 3 * i, 3), node);
+  }
+  return true;
+}
+
+bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
+  Est3Record record;
+  if (VESA_GetEst3Timing(&slot, &record) != 0) return false;
+  node.record = record;
+  node.Add("Version", fmt::format("{}", record.version), at(5));
+  for (unsigned i = 0; i < std::size(record.flags); ++i) {
+    if (record.flags[i] == 0) continue;
+    const unsigned id = Est3ToDmt(128 + i);
+    node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", at(6 + i / 8));
+  }
+  return true;
+}
+
+struct DescriptorKind {
+  uint8_t tag;
+  const char* name;
+  bool (*describe)(const VesaBlock&, const DtdSlot&, const ByteSource&, Node&);  // null: bytes; false: unreadable
+};
+
+constexpr DescriptorKind kDescriptorKinds[] = {
+    {kSerialNumberTag, "Serial number", DescribeText<VESA_GetSerialNumber>},
+    {0xFE, "Text", DescribeText<VESA_GetDataString>},
+    {0xFD, "Range limits", DescribeRange},
+    {0xFC, "Product name", DescribeText<VESA_GetProductName>},
+    {0xFB, "Color point", nullptr},
+    {0xFA, "Standard timings", DescribeStandardDescriptor},
+    {0xF9, "Display Color Management", nullptr},
+    {0xF8, "CVT timing codes", DescribeCvtCodes},
+    {0xF7, "Established timings III", DescribeEst3},
+    {0x10, "Dummy", nullptr},
+};
+
+DescriptorKind KindOf(uint8_t tag) {
+  for (const DescriptorKind& kind : kDescriptorKinds) {
+    if (kind.tag == tag) return kind;
+  }
+  return {tag, tag < 0x10 ? "manufacturer's" : "reserved", nullptr};
+}
+
+}  // namespace
+
+Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource& at) {
+  const DtdSlot& slot = model.descriptors[index];
+  if (slot.flag == 1 && (slot.bytes[0] != 0 || slot.bytes[1] != 0)) {
+    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot, at);
+  }
+  const DescriptorKind kind = KindOf(slot.bytes[3]);
+  Node node;
+  node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
+  node.bytes = at(0, 5);
+  node.isPrivate = kind.tag == kSerialNumberTag;
+  const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);
+  node.AddRest(at, decoded ? "Other bytes" : "Bytes");
+  return node;
+}
+
+}  // namespace reedid::document

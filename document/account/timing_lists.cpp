@@ -1,0 +1,88 @@
+#include "document/account/timing_lists.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+#include <vector>
+
+#include "document/account/records.h"
+
+namespace reedid::document {
+namespace {
+
+unsigned StandardHeight(const StdTiming& timing) {
+  const unsigned width = timing.hactive;
+  switch (timing.aspectRatio) {
+    case ASPECT_16_10:
+      return width * 10 / 16;
+    case ASPECT_4_3:
+      return width * 3 / 4;
+    case ASPECT_5_4:
+      return width * 4 / 5;
+    default:
+      return width * 9 / 16;
+  }
+}
+
+}  // namespace
+
+void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node) {
+  ByteVector unused;
+  for (unsigned i = 0; i < timings.size(); ++i) {
+    const StdTiming& timing = timings[i];
+    ByteVector from = at(2 * i, 2);
+    if (!timing.valid) {
+      unused.insert(unused.end(), from.begin(), from.end());
+      continue;
+    }
+    const std::string name = fmt::format("Timing {}", i + 1);
+    TimingItem item;
+    if (StdToDtd(&timing, &item.timing) == 0) {
+      item.id = DtdToDmt(&item.timing);
+      node.AddTiming(name, item, "", std::move(from));
+    } else {
+      node.Add(name,
+               fmt::format("{}x{} {} Hz {}", timing.hactive, StandardHeight(timing), timing.frameRate,
+                           AspectText(timing.aspectRatio)),
+               std::move(from));
+    }
+  }
+  if (!unused.empty()) node.Add("Unused", "", std::move(unused));
+}
+
+void AddTimingCodes(const TimingCodeRecord& record, const ByteSource& payload, Node& node) {
+  static constexpr const char* kHdmiVics[] = {"3840x2160 30 Hz", "3840x2160 25 Hz", "3840x2160 24 Hz",
+                                              "4096x2160 24 Hz"};
+  for (unsigned i = 0; i < record.codeCount; ++i) {
+    const unsigned code = record.codes[i];
+    if (record.codeType == 0) {
+      node.AddTiming(fmt::format("DMT {:#04x}", code), DmtItem(code), "", payload(i));
+    } else if (record.codeType == 1) {
+      node.AddTiming(fmt::format("VIC {}", code), VicItem(VicIndex(code)), "", payload(i));
+    } else {
+      const char* text = code >= 1 && code <= std::size(kHdmiVics) ? kHdmiVics[code - 1] : "reserved";
+      node.Add(fmt::format("HDMI VIC {}", code), text, payload(i));
+    }
+  }
+}
+
+void AddFormulas(std::span<const CvtTiming> timings, size_t size, const ByteSource& payload, Node& node) {
+  static constexpr const char* kFormulas[] = {"CVT", "CVT reduced", "CVT reduced v2", "reserved formula"};
+  node.record = {{"timings", std::vector<CvtTiming>(timings.begin(), timings.end())}};
+  for (size_t i = 0; i < timings.size(); ++i) {
+    const CvtTiming& timing = timings[i];
+    if (timing.hactive == 0) continue;
+    const TimingItem item = FormulaItem(timing);
+    const std::string name = kFormulas[timing.formula & 3];
+    ByteVector from = payload(i * size, size);
+    if (!IsKnown(item)) {
+      node.Add(name, fmt::format("{} pixels {} Hz, cannot be expanded", timing.hactive, timing.frameRate),
+               std::move(from));
+      continue;
+    }
+    const char* more = timing.preferred != 0 ? ", preferred" : timing.ycc420 != 0 ? ", YCbCr 4:2:0" : "";
+    node.AddTiming(name, item, more, std::move(from));
+  }
+}
+
+}  // namespace reedid::document

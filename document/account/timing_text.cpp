@@ -1,0 +1,73 @@
+#include "document/account/timing_text.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace reedid::document {
+
+double RefreshRate(const DtdTiming& t) {
+  const double lines = t.vactive + t.vblank + (t.interlaced ? 0.5 : 0.0);
+  const double pixels = t.hactive + t.hblank;
+  const double rate = pixels > 0 && lines > 0 ? t.pixelClock * 1000.0 / (pixels * lines) : 0.0;
+  // A few rows of the DMT table have a blanking that their rate contradicts; the rate is what they are known by.
+  return t.frameRate != 0 && rate < 256 && std::abs(rate - t.frameRate) > 1 ? t.frameRate : rate;
+}
+
+std::string AspectText(unsigned code) {
+  static constexpr const char* kAspects[] = {"1:1", "5:4", "4:3", "15:9", "16:9", "16:10", "64:27", "256:135"};
+  return code < std::size(kAspects) ? kAspects[code] : "";
+}
+
+std::string FormatText(const DtdTiming& t) {
+  return fmt::format("{}x{}{}", t.hactive, t.vactive * (t.interlaced ? 2 : 1), t.interlaced ? "i" : "");
+}
+
+std::string TimingText(const DtdTiming& t) {
+  const std::string aspect = AspectText(t.aspectRatio);
+  return fmt::format("{} {:.3f} Hz {:.3f} MHz{}{}", FormatText(t), RefreshRate(t), t.pixelClock / 1000.0,
+                     aspect.empty() ? "" : " ", aspect);
+}
+
+const char* KindName(TimingKind kind) {
+  static constexpr const char* kNames[] = {"detailed timing", "VIC", "4:2:0 VIC", "formula timing", "timing"};
+  return kNames[static_cast<size_t>(kind)];
+}
+
+std::string ItemText(const TimingItem& item) {
+  std::string text = TimingText(item.timing);
+  const bool isVic = item.kind == TimingKind::kVic || item.kind == TimingKind::kVic420;
+  return isVic ? fmt::format("{} ({})", item.id, text) : text;
+}
+
+unsigned CtaVic(unsigned index) {
+  return index > 128 ? index + 64 : index;
+}
+
+unsigned VicIndex(unsigned vic) {
+  return vic > 192 ? vic - 64 : vic;
+}
+
+TimingItem VicItem(unsigned index, bool ycc420Only) {
+  TimingItem item = {ycc420Only ? TimingKind::kVic420 : TimingKind::kVic, CtaVic(index), ycc420Only, {}};
+  if (VicToDtd(index, &item.timing) != 0) item.timing = {};
+  return item;
+}
+
+TimingItem DmtItem(unsigned id) {
+  TimingItem item = {TimingKind::kOther, id, false, {}};
+  if (DmtToDtd(id, &item.timing) != 0) item.timing = {};
+  return item;
+}
+
+TimingItem FormulaItem(const CvtTiming& request) {
+  TimingItem item = {TimingKind::kFormula, 0, request.ycc420 != 0, {}};
+  if (Cvt2ToDtd(&request, &item.timing) != 0) item.timing = {};
+  return item;
+}
+
+bool IsKnown(const TimingItem& item) {
+  return item.timing.hactive != 0 && item.timing.vactive != 0;
+}
+
+}  // namespace reedid::document

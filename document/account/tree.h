@@ -1,0 +1,64 @@
+// An account of something as a tree, which writers turn into text or JSON.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "document/account/byte_source.h"
+#include "document/account/timing_text.h"
+
+namespace reedid::document {
+
+using Json = nlohmann::ordered_json;
+
+inline constexpr char kHidden[] = "hidden";
+
+struct Field {
+  std::string name;
+  std::string value;                            // without one, the field only names what its bytes are
+  ByteVector bytes = {};                        // what the value was made from
+  bool isFault = false;                         // tells of something wrong with the data, which should stand out
+  std::optional<std::string> publicValue = {};  // of a field that gives away one unit: what to say instead
+};
+
+struct Node {
+  std::string title;
+  std::vector<Field> fields;
+  std::vector<Node> children;
+  Json record;                      // what the fields were made from, by the field names of the library's record
+  std::vector<TimingItem> timings;  // the timings that this node itself stands for
+  ByteVector bytes;                 // what the title was made from: header bytes
+  bool isPrivate = false;           // all that it holds gives away one unit
+  std::vector<std::string> privateKeys = {};  // those of the record that do
+
+  Field& Add(std::string name, std::string value, ByteVector from = {}) {
+    fields.push_back({std::move(name), std::move(value), std::move(from)});
+    return fields.back();
+  }
+  // A field that gives away one unit, as does the record's value of this name.
+  void AddPrivate(std::string name, std::string value, ByteVector from, const std::string& key) {
+    Add(std::move(name), std::move(value), std::move(from)).publicValue = kHidden;
+    privateKeys.push_back(key);
+  }
+  Node& Child(Node node) {
+    children.push_back(std::move(node));
+    return children.back();
+  }
+  // A field of its own for the timing, which is an item too.
+  void AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "", ByteVector from = {});
+  // A field whose value are the bytes themselves.
+  Field& AddBytes(const std::string& name, ByteVector from);
+  // What no field was made from: a value unless it is mere filling.
+  void AddRest(const ByteSource& at, const std::string& name = "Other bytes");
+};
+
+// Every timing of the tree, in its order.
+std::vector<TimingItem> ItemsOf(const Node& root);
+
+// Takes all that gives away one unit out of a tree, so that no writer can tell it.
+void HidePrivate(Node& root);
+
+}  // namespace reedid::document

@@ -1,0 +1,51 @@
+#include "document/plot/display_gamut.h"
+
+#include "reedid/reedid.hpp"
+
+namespace reedid::document {
+namespace {
+
+constexpr uint8_t kDisplayParametersTag = 0x21;
+
+Chromaticity Coordinates(uint16_t x, uint16_t y, double unit) {
+  return {x / unit, y / unit};
+}
+
+// VesaBlock and DisplayParams20Record name these fields alike; nothing but zeros is nothing stated.
+template <class Record>
+std::optional<Gamut> ReadGamut(const Record& r, double unit) {
+  const Gamut gamut = {Coordinates(r.redX, r.redY, unit), Coordinates(r.greenX, r.greenY, unit),
+                       Coordinates(r.blueX, r.blueY, unit), Coordinates(r.whiteX, r.whiteY, unit)};
+  if ((r.redX | r.redY | r.greenX | r.greenY | r.blueX | r.blueY) == 0) return std::nullopt;
+  return gamut;
+}
+
+std::optional<Gamut> SectionGamut(const EdidBlock& block) {
+  const DisplayIdSection model(block);
+  if (!model || model->version != 2) return std::nullopt;
+  const DispIdDataBlock* entry = DispID_FindDB(model.get(), kDisplayParametersTag);
+  DisplayParams20Record record = {};
+  if (entry == nullptr || DispID20_GetDPDB(entry, &record) != 0) return std::nullopt;
+  return ReadGamut(record, 4096);
+}
+
+std::optional<Gamut> BlockGamut(const EdidBlock& block) {
+  if (block.type == EDID_BLOCK_VESA) {
+    const BaseBlock base(block);
+    return !base ? std::nullopt : ReadGamut(*base, 1024);
+  }
+  const bool section = block.type == EDID_BLOCK_DISPID_FIRST || block.type == EDID_BLOCK_DISPID_NEXT ||
+                       block.type == EDID_BLOCK_DISPID_EXT;
+  return section ? SectionGamut(block) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Gamut> GamutOf(const Image& image) {
+  for (const EdidBlock& block : image.blocks()) {
+    if (auto gamut = BlockGamut(block)) return gamut;
+  }
+  return std::nullopt;
+}
+
+}  // namespace reedid::document

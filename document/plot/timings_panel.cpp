@@ -1,0 +1,290 @@
+#include "document/plot/timings_panel.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+#include "document/plot/labels.h"
+
+namespace reedid::document {
+namespace {
+
+// What an HDMI link carries with 8 bits per colour in RGB or YCbCr 4:4:4. FRL has no TMDS clock: 48 Gbit/s with 16 bits
+// in 18 on the line and 24 bits per pixel are 1778 MHz, before error correction.
+struct LinkLimit {
+  const char* name;
+  const char* value;
+  double megahertz;
+};
+constexpr LinkLimit kLinkLimits[] = {{"HDMI 1.4", "340 MHz", 340},
+                                     {"HDMI 2.0", "600 MHz", 600},
+                                     {"HDMI 2.1 FRL", "\xE2\x89\x88 1778 MHz *", 48000.0 * 16 / 18 / 24}};
+
+// Resolutions by width, as people sort displays.
+struct SizeClass {
+  unsigned leastWidth;
+  const char* name;
+  const char* color;
+};
+constexpr SizeClass kSizes[] = {{7680, "8K", "#862e9c"},        {3840, "4K", "#c92a2a"},
+                                {2560, "2560 wide", "#e67700"}, {1920, "1920 wide", "#2b8a3e"},
+                                {1280, "1280 wide", "#1864ab"}, {0, "smaller", "#6c757d"}};
+
+// Beyond this nothing is drawn: a descriptor of a few pixels has a rate of megahertz.
+constexpr double kHighestRate = 1000;
+constexpr double kLowestClock = 1;
+
+struct Point {
+  TimingItem item;
+  double clock;  // MHz
+  double rate;   // Hz
+  bool preferred;
+};
+
+const SizeClass& SizeOf(const TimingItem& item) {
+  const auto fits = [&item](const SizeClass& size) { return item.timing.hactive >= size.leastWidth; };
+  return *std::find_if(std::begin(kSizes), std::end(kSizes), fits);
+}
+
+bool IsSamePoint(const TimingItem& a, const TimingItem& b) {
+  return FormatText(a.timing) == FormatText(b.timing) && a.timing.pixelClock == b.timing.pixelClock &&
+         a.ycc420 == b.ycc420 && std::abs(RefreshRate(a.timing) - RefreshRate(b.timing)) < 0.0005;
+}
+
+// An image lists some timings more than once, by identifier and in full; each is one point.
+std::vector<Point> PointsOf(const std::vector<TimingItem>& items, const std::optional<TimingItem>& preferred) {
+  std::vector<Point> points;
+  for (const TimingItem& item : items) {
+    const auto same = [&item](const Point& point) { return IsSamePoint(point.item, item); };
+    if (std::any_of(points.begin(), points.end(), same)) continue;
+    const bool best = preferred && IsSamePoint(*preferred, item);
+    points.push_back({item, item.timing.pixelClock / 1000.0, RefreshRate(item.timing), best});
+  }
+  return points;
+}
+
+bool IsDrawn(const Point& point) {
+  return point.rate > 0 && point.rate <= kHighestRate && point.clock >= kLowestClock;
+}
+
+// ---- axes
+
+// The clock has a logarithmic axis: from 25 to 2400 MHz every factor counts alike.
+class Axes {
+ public:
+  Axes(const Box& frame, const std::vector<Point>& points) : frame_(frame) {
+    double lowest = 24;
+    for (const Point& point : points) {
+      leastClock_ = std::min(leastClock_, point.clock * 0.9);
+      mostClock_ = std::max(mostClock_, point.clock * 1.2);
+      mostRate_ = std::max(mostRate_, point.rate * 1.08);
+      lowest = std::min(lowest, point.rate);
+    }
+    rateStep_ = mostRate_ <= 100 ? 10 : mostRate_ <= 200 ? 20 : mostRate_ <= 400 ? 50 : 100;
+    leastRate_ = rateStep_ <= 20 && lowest >= 23 ? 20 : 0;
+    mostRate_ = std::ceil(mostRate_ / rateStep_) * rateStep_;
+  }
+  double X(double clock) const {
+    return frame_.x + frame_.width * std::log(clock / leastClock_) / std::log(mostClock_ / leastClock_);
+  }
+  double Y(double rate) const {
+    return frame_.bottom() - frame_.height * (rate - leastRate_) / (mostRate_ - leastRate_);
+  }
+  void Draw(Svg& svg) const;
+
+ private:
+  Box frame_;
+  double leastClock_ = 20, mostClock_ = 2600;  // MHz
+  double leastRate_ = 0, mostRate_ = 65, rateStep_ = 10;
+};
+
+void Axes::Draw(Svg& svg) const {
+  const long steps = std::lround((mostRate_ - leastRate_) / rateStep_);
+  for (long i = 0; i <= steps; ++i) {
+    const double rate = leastRate_ + rateStep_ * static_cast<double>(i);
+    svg.Line("grid", frame_.x, Y(rate), frame_.right(), Y(rate));
+    svg.Text("tick end", frame_.x - 8, Y(rate) + 4, fmt::format("{:.0f}", rate));
+  }
+  for (const int decade : {1, 10, 100, 1000, 10000}) {
+    for (int digit = 1; digit <= 9; ++digit) {
+      const int clock = decade * digit;
+      if (clock < leastClock_ || clock > mostClock_) continue;
+      svg.Line("grid", X(clock), frame_.y, X(clock), frame_.bottom());
+      const bool named = digit <= 3 || digit == 5 || digit == 7;
+      if (named) svg.Text("tick mid", X(clock), frame_.bottom() + 17, fmt::format("{}", clock));
+    }
+  }
+  svg.Text("axis mid", frame_.x + frame_.width / 2, frame_.bottom() + 38, "pixel clock in MHz");
+  svg.Element("text",
+              {{"class", "axis mid"},
+               {"transform", fmt::format("translate({} {}) rotate(-90)", SvgNumber(frame_.x - 42),
+                                         SvgNumber(frame_.y + frame_.height / 2))}},
+              "refresh rate in Hz (of fields when interlaced)");
+}
+
+void DrawLimits(const Axes& axes, const Box& frame, Svg& svg) {
+  for (const LinkLimit& limit : kLinkLimits) {
+    const double x = axes.X(limit.megahertz);
+    svg.Element(
+        "rect",
+        {{"class", "beyond"}, {"x", x}, {"y", frame.y}, {"width", frame.right() - x}, {"height", frame.height}});
+    svg.Line("limit", x, frame.y - 4, x, frame.bottom());
+    svg.Text("limitname mid", x, frame.y - 22, limit.name);
+    svg.Text("small mid", x, frame.y - 9, limit.value);
+  }
+}
+
+// ---- points
+
+std::string Diamond(double x, double y) {
+  return SvgPath().Move(x - 6, y).Line(x, y - 6).Line(x + 6, y).Line(x, y + 6).Close().Text();
+}
+
+void DrawPoint(const Point& point, const Axes& axes, Svg& svg) {
+  const double x = axes.X(point.clock), y = axes.Y(point.rate);
+  const char* color = SizeOf(point.item).color;
+  const std::string title = TimingText(point.item.timing) + (point.item.ycc420 ? ", 4:2:0 only" : "") +
+                            (point.preferred ? ", preferred" : "");
+  if (point.item.ycc420) {
+    svg.Titled(
+        "path",
+        {{"class", "timing"}, {"fill", "#fdfdfc"}, {"stroke", color}, {"stroke-width", 1.8}, {"d", Diamond(x, y)}},
+        title);
+  } else {
+    svg.Titled("circle", {{"class", "timing"}, {"fill", color}, {"cx", x}, {"cy", y}, {"r", 4}}, title);
+  }
+  if (point.preferred) svg.Element("circle", {{"class", "preferred"}, {"cx", x}, {"cy", y}, {"r", 8.5}});
+}
+
+using Series = std::map<std::string, std::vector<const Point*>>;
+
+// The points of one resolution by clock.
+Series SeriesOf(const std::vector<Point>& points) {
+  Series series;
+  for (const Point& point : points) series[FormatText(point.item.timing)].push_back(&point);
+  for (auto& [name, members] : series) {
+    std::sort(members.begin(), members.end(), [](const Point* a, const Point* b) {
+      return std::pair(a->clock, a->rate) < std::pair(b->clock, b->rate);
+    });
+  }
+  return series;
+}
+
+void DrawSeries(const std::vector<const Point*>& members, const Axes& axes, Svg& svg) {
+  if (members.size() < 2) return;
+  SvgPath path;
+  path.Move(axes.X(members[0]->clock), axes.Y(members[0]->rate));
+  for (size_t i = 1; i < members.size(); ++i) path.Line(axes.X(members[i]->clock), axes.Y(members[i]->rate));
+  svg.Element("path", {{"class", "series"}, {"stroke", SizeOf(members[0]->item).color}, {"d", path.Text()}});
+}
+
+// Each resolution has its name at its fastest point and at the preferred one; large ones choose first.
+std::vector<const Point*> LabelledPoints(const Series& series) {
+  std::vector<const Point*> labelled;
+  for (const auto& [name, members] : series) {
+    labelled.push_back(members.back());
+    for (const Point* point : members) {
+      if (point->preferred && point != members.back()) labelled.push_back(point);
+    }
+  }
+  const auto weight = [](const Point* p) {
+    return std::tuple(p->preferred,
+                      p->item.timing.hactive * p->item.timing.vactive * (p->item.timing.interlaced ? 2 : 1), p->rate);
+  };
+  std::sort(labelled.begin(), labelled.end(), [&](const Point* a, const Point* b) { return weight(a) > weight(b); });
+  return labelled;
+}
+
+std::string LabelText(const Point& point) {
+  const DtdTiming& t = point.item.timing;
+  return fmt::format("{}\xC3\x97{}{}", t.hactive, t.vactive * (t.interlaced ? 2 : 1), t.interlaced ? "i" : "");
+}
+
+void DrawLabel(const Point& point, const Axes& axes, Labels& labels, Svg& svg) {
+  constexpr double kHeight = 13, kLeader = 12;
+  const double x = axes.X(point.clock), y = axes.Y(point.rate);
+  const std::string text = LabelText(point);
+  const auto box = labels.Place(x, y, LabelWidth(text), kHeight);
+  if (!box) return;
+  const double nearX = std::clamp(x, box->x, box->right()), nearY = std::clamp(y, box->y, box->bottom());
+  if (std::hypot(nearX - x, nearY - y) > kLeader) svg.Line("leader", x, y, nearX, nearY);
+  svg.Text(point.preferred ? "name mid best" : "name mid", box->x + box->width / 2, box->bottom() - 3, text);
+}
+
+void DrawLabels(const Series& series, const std::vector<Point>& points, const Axes& axes, Labels& labels, Svg& svg) {
+  for (const Point& point : points) {
+    const double reach = point.preferred ? 9 : 5;
+    labels.Occupy({axes.X(point.clock) - reach, axes.Y(point.rate) - reach, 2 * reach, 2 * reach});
+  }
+  for (const Point* point : LabelledPoints(series)) DrawLabel(*point, axes, labels, svg);
+}
+
+// ---- what stands beside
+
+// The colours and marks in use, in a row below the axis: no corner of the frame is free of timings for sure.
+void DrawLegend(const std::vector<Point>& points, const Box& frame, Svg& svg) {
+  const auto any = [&points](auto is) { return std::any_of(points.begin(), points.end(), is); };
+  const double y = frame.bottom() + 62;
+  double x = frame.x + 6;
+  const auto name = [&](std::string_view text) {
+    svg.Text("label", x + 12, y, text);
+    x += 27 + 6.6 * static_cast<double>(text.size());
+  };
+  for (const SizeClass& size : kSizes) {
+    if (!any([&size](const Point& point) { return &SizeOf(point.item) == &size; })) continue;
+    svg.Element("circle", {{"fill", size.color}, {"cx", x}, {"cy", y - 4}, {"r", 4}});
+    name(size.name);
+  }
+  if (any([](const Point& point) { return point.preferred; })) {
+    svg.Element("circle", {{"class", "preferred"}, {"cx", x}, {"cy", y - 4}, {"r", 6.5}});
+    name("preferred");
+  }
+  if (any([](const Point& point) { return point.item.ycc420; })) {
+    svg.Element("path", {{"class", "white"}, {"d", Diamond(x, y - 4)}});
+    name("4:2:0 only\xE2\x80\xA0");
+  }
+}
+
+void DrawNotes(const std::vector<Point>& points, size_t left, const Box& frame, Svg& svg) {
+  double y = frame.bottom() + 84;
+  const auto note = [&](std::string_view text) {
+    svg.Text("note", frame.x, y, text);
+    y += 14;
+  };
+  const bool has420 = std::any_of(points.begin(), points.end(), [](const Point& p) { return p.item.ycc420; });
+  note(
+      "* 48 Gbit/s \xC3\x97 16/18 (line code) / 24 bit per pixel; error correction takes about 2 % off, DSC carries "
+      "more");
+  note(fmt::format("Limits are pixel clocks with 8 bits per colour in RGB or 4:4:4{}",
+                   has420 ? ".  \xE2\x80\xA0 In 4:2:0 the TMDS clock is half of the pixel clock" : ""));
+  if (left != 0) note(fmt::format("not drawn: {} without a rate of up to {} Hz", left, kHighestRate));
+}
+
+}  // namespace
+
+void DrawTimings(const std::vector<TimingItem>& items, const std::optional<TimingItem>& preferred, const Box& frame,
+                 Svg& svg) {
+  std::vector<Point> points = PointsOf(items, preferred);
+  const size_t all = points.size();
+  std::erase_if(points, [](const Point& point) { return !IsDrawn(point); });
+  const Axes axes(frame, points);
+  svg.Text("heading", frame.x, frame.y - 16,
+           all == 0   ? "no timings"
+           : all == 1 ? "1 timing"
+                      : fmt::format("{} timings", all));
+  axes.Draw(svg);
+  DrawLimits(axes, frame, svg);
+  svg.Element("rect",
+              {{"class", "frame"}, {"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}});
+  Labels labels(frame);
+  const Series series = SeriesOf(points);
+  for (const auto& [name, members] : series) DrawSeries(members, axes, svg);
+  for (const Point& point : points) DrawPoint(point, axes, svg);
+  DrawLabels(series, points, axes, labels, svg);
+  DrawLegend(points, frame, svg);
+  DrawNotes(points, all - points.size(), frame, svg);
+}
+
+}  // namespace reedid::document

@@ -1,0 +1,288 @@
+#include <gtest/gtest.h>
+
+#include "document/account/detailed_timing.h"
+#include "document/account/image_account.h"
+#include "document/account/tree_json.h"
+#include "document/account/tree_text.h"
+#include "document/edit/loss.h"
+#include "document/read/samples.h"
+#include "tests/support/edid_builder.h"
+#include "tests/support/log_capture.h"
+
+namespace reedid::document {
+namespace {
+
+using test::Concat;
+using test::Cta;
+using test::Edid;
+using test::Section;
+
+const ByteVector kTypeI = {0x61, 0xE8, 0x00, 0x84, 0xFF, 0x0E, 0x2F, 0x02, 0xAF, 0x80,  // 3840x2160 at 60.091 Hz
+                           0x57, 0x00, 0x6F, 0x08, 0x59, 0x00, 0x07, 0x80, 0x09, 0x00};
+
+// Data blocks of every kind that a DisplayID section can have, in three extensions.
+ByteVector EveryDisplayIdBlock() {
+  const ByteVector typeVI = {0x61, 0xE8, 0x42, 0xFF, 0x8E, 0x6F, 0x88, 0x2F, 0xAF, 0x02, 0x57, 0x59, 7, 9, 152, 1, 2};
+  const ByteVector product = {'A', 'B', 'C', 1, 2, 3, 4, 5, 6, 7, 8, 2, 'n', 'm'};
+  const ByteVector parameters20 = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,   13, 14, 15,
+                                   16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 0x12, 28, 29};
+  Section first, second, third(0x20);
+  first.Block(0, 0, product).Block(1, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}).Block(3, 1, kTypeI);
+  first.Block(9, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}).Block(0x0A, 0, {'S', '1'});
+  second.Block(4, 0, {0x61, 0xE8, 0x00, 0x84, 1, 2, 3, 4, 5, 6, 7}).Block(5, 1, {0x84, 99, 59}).Block(6, 0, {0x52});
+  second.Block(7, 0, {8, 0, 0, 0, 0, 0, 0, 0, 0, 1}).Block(8, 0, {0, 0x80, 0, 0, 0, 0, 0, 4});
+  second.Block(0x11, 0, {0, 0, 0x7F, 0x07, 0x37, 0x04, 59}).Block(0x13, 0, typeVI);
+  third.Block(0x20, 0, product).Block(0x21, 0, parameters20).Block(0x22, 0, kTypeI);
+  third.Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}).Block(0x25, 0, {1, 2, 3, 4, 5, 6, 7, 8, 0x81});
+  third.Block(0x2A, 0x10, {0x02, 0x7F, 0x07, 0x37, 0x04, 59, 0xE4});
+  return Edid().Extension(first).Extension(second).Extension(third).Build();
+}
+
+// Whatever can be shown, as the bytes of an image.
+struct Shown {
+  Shown(const ByteVector& image) : bytes(image) {}
+  Shown(const char* sample) : bytes(SampleBytes(sample)) {}
+  Shown(const Edid& edid) : bytes(edid.Build()) {}
+  Shown(const Cta& cta) : bytes(Edid().Extension(cta).Build()) {}
+  Shown(const Section& section) : bytes(Edid().Extension(section).Build()) {}
+  ByteVector bytes;
+};
+
+// What stands in the account of an image, alone or with the bytes that it was made from.
+struct Case {
+  const char* name;
+  Shown image;
+  const char* line;
+};
+
+void ExpectLines(const std::vector<Case>& cases) {
+  for (const Case& c : cases) {
+    Node account;
+    test::Quietly([&] { account = DescribeImage(Image::FromBytes("x", c.image.bytes)); });
+    const std::string text = ToText(account) + ToText(account, {200, false, true});
+    EXPECT_NE(text.find(c.line), std::string::npos) << c.name << ":\n" << text;
+  }
+}
+
+TEST(Describe, CtaDataBlocks) {
+  ExpectLines({
+      {"every native mark", Cta().Vdb({0x90, 0x84, 5}), "VIC 4   1280x720 60.000 Hz 74.250 MHz 16:9, native\n"},
+      {"VICs that look marked", Cta().Vdb({193, 128, 129}), "VIC 128  not in the tables\n"},
+      {"no VIC", Cta().Vdb({}), "Not decoded  its size"},
+      {"extended audio", Cta().Block(1, {0x7A, 0x07, 0x22}), "MPEG-4 HE AAC  3 channels; 32, 44.1, 48 kHz"},
+      {"3D audio channels", Cta().Block(1, {0xFF, 0x04, 0x68}), "L-PCM 3D Audio  16 channels; 48 kHz; no bits\n"},
+      {"HDMI address alone", Cta().Block(3, {0x03, 0x0C, 0x00, 0x12, 0x34}), "Physical address  1.2.3.4\n"},
+      {"HDMI cut off", Cta().Block(3, {0x03, 0x0C, 0x00}), "HDMI 1.4b\n      Not decoded"},
+      {"HDMI latency", Cta().Hdmi(0x1000, {0, 0, 0x80, 11, 0}), "Latency           video 20 ms, audio 0 ms\n"},
+      {"HDMI Forum with reserved rate", Cta().HdmiForum({1, 0, 0x80, 0xF0}), "FRL rate           reserved\n"},
+      {"another vendor", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}), "Data Block (3), AMD\n      Bytes  05\n"},
+      {"no OUI", Cta().Block(3, {0x1A}), "Vendor-Specific Data Block (3)\n      Bytes  1a\n"},
+      {"a vendor without a name", Cta().Block(3, {1, 2, 3}), "Vendor-Specific Data Block (3), OUI 03-02-01\n"},
+      {"more than is decoded", Cta().Hdmi(0x1000, {0, 30, 0, 9}),
+       "Content types     none\n      Other bytes       09\n"},
+      {"vendor's video", Cta().Extended(1, {0x46, 0xD0, 0x00}), "Video Data Block (7/1), Dolby\n"},
+      {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  01\n"},
+      {"4:2:0 map of everything", Cta().Vdb({97}).Extended(15, {}), "4:2:0 too  all of the Video Data Block\n"},
+      {"4:2:0 map of nothing", Cta().Extended(15, {1}), "Not decoded"},
+      {"4:2:0 only, above 128", Cta().Extended(14, {97, 218}), "VIC 218  4096x2160 100.000 Hz 1188.000 MHz 256:135\n"},
+      {"scan behaviour", Cta().Extended(0, {0xC9}), "IT formats        always underscanned\n"},
+      {"colorimetry", Cta().Extended(5, {0x80, 0xC0}), "Colorimetry  BT2020RGB, ICtCp, DCI-P3\n"},
+      {"AC-3", "tv-4k", "AC-3           15 07 50  6 channels; 32, 44.1, 48 kHz; up to 640 kbit/s\n"},
+      {"HDMI", "tv-4k", "HDMI 1.4b  [6d 03 0c 00]\n      Physical address  10 00        1.0.0.0\n"},
+      {"HDMI VICs", "tv-4k", "HDMI VICs         60 01 02 03  1 (3840x2160 30 Hz)"},
+      {"image size", Cta().Hdmi(0x1000, {0, 0, 0xE0, 1, 2, 3, 4, 8, 0x20, 1}), "Image size          08 "},
+      {"FRL", "tv-4k", "FRL rate           63     12 Gbit/s on 4 lanes\n"},
+      {"VRR", "tv-4k", "VRR                30 78  48 to 120 Hz\n"},
+      {"speakers", "tv-4k", "Speakers  01 00 00  FL/FR\n"},
+      {"HDR", "tv-4k", "Data Block (7/6)\n      Transfer         SDR gamma, PQ (ST 2084), HLG\n"},
+      {"4:2:0 map", "tv-4k", "VICs, 4:2:0 too  0f 00 00  97, 118, 117, 96\n"},
+  });
+}
+
+TEST(Describe, BaseBlock) {
+  ByteVector map(128);
+  map[0] = 0xF0;
+  map[1] = 0x02;
+  ExpectLines({
+      {"analog input", Edid(3).Set(20, {0x20}), "analog, 0.714/0.286 V\n"},
+      {"before 1.4, low bits are no interface", Edid(3).Set(20, {0x85}), "digital, DFP 1.x compatible\n"},
+      {"reserved bit depth", Edid(4).Set(20, {0xF5}), "digital, DisplayPort, bit depth not stated\n"},
+      {"aspect ratio for a size", Edid(4).Set(21, {79, 0}), "aspect ratio 1.78\n"},
+      {"gamma kept elsewhere", Edid().Set(23, {0xFF}), "not stated\n"},
+      {"model year", Edid().Set(16, {255, 36}), "model year 2026\n"},
+      {"last established timing", Edid().Set(35, {0, 0, 0xC1}), "1152x870 75 Hz  not a DMT timing\n"},
+      {"manufacturer's timings", Edid().Set(35, {0, 0, 0xC1}), "Manufacturer's    41\n"},
+      {"text that is none", Edid().Descriptor(0xFE, {0, 'a', 0x1B, '\n', 'b'}), "Text (fe)\n      Text  a\\x1b\n"},
+      {"rates above 255", Edid().Descriptor(0xFD, {0x0E, 48, 1, 30, 45, 0xFF, 4}), "48 to 256 Hz\n"},
+      {"analog composite sync", Edid().Set(54, {1, 0}), "Sync        analog composite\n"},
+      {"an unused descriptor", Edid().Descriptor(0x10, {0}), "Dummy (10)\n    Descriptor 2"},
+      {"a descriptor of bytes", Edid().Descriptor(0xFB, {0, 1}), "Color point (fb)\n      Bytes  01 00"},
+      {"block map", Edid().Extension(map).Extension(Cta()), "Block 2   02, CTA-861 extension\n  Block 2"},
+      {"no timing at all", Edid().Set(54, {1, 0}), ": 0x0 0.000 Hz 0.010 MHz\n"},
+      {"gamma", "tv-4k", "Gamma             78                       2.20\n"},
+      {"chromaticity", "tv-4k", "Chromaticity      ee 91 a3 54 4c 99 26 0f  red 0.640 0.330"},
+      {"detailed timing", "tv-4k", "detailed timing: 3840x2160 60.000 Hz 594.000 MHz  [08 e8]\n"},
+      {"its sync", "dvi", "Sync        digital separate, horizontal +, vertical +\n"},
+      {"product name", "tv-4k",
+       "Product name (fc)  [00 00 00 fc 00]\n      Text  52 45 45 44 20 54 56 20  REED TV 4K\n"},
+      {"standard timing's bytes", "dvi", "Timing 1  81 80                    1280x1024 60.020 Hz 108.000 MHz 5:4\n"},
+  });
+}
+
+TEST(Describe, Sections) {
+  const ByteVector every = EveryDisplayIdBlock();
+  const ByteVector alone = Section(0x12, 6).Block(0x55, 0, {7}).Build();
+  ExpectLines({
+      {"type I", Section().Block(0x03, 1, kTypeI), "Timing 1: 3840x2160 60.091 Hz 594.900 MHz"},
+      {"DMT codes", Section().Block(0x06, 0, {0x52}), "DMT 0x52  1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
+      {"VIC codes above 128", Section().Block(0x06, 0x40, {219}), "VIC 219  4096x2160 120.000 Hz"},
+      {"HDMI VIC codes", Section().Block(0x06, 0x80, {3, 9}), "HDMI VIC 9  reserved\n"},
+      {"DMT bitmap", Section().Block(0x07, 0, {0x08, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "DMT 0x04  640x480 60.000 Hz"},
+      {"VIC bitmap", Section().Block(0x08, 0, {0, 0x80, 0, 0, 0, 0, 0, 0}), "VIC 16  1920x1080 60.000 Hz"},
+      {"type IX", Section(0x20).Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}),
+       "CVT reduced v2  1920x1080 60.000 Hz"},
+      {"text", Section().Block(0x0B, 0, {'a', 0x1B, 'b'}), "Text  a\\x1bb\n"},
+      {"range", Section(0x20).Block(0x25, 1, {0x0F, 0x27, 0, 0x1F, 0x4E, 0, 48, 120, 0x80}), "48 to 120 Hz\n"},
+      {"type VIII in CTA-861", Cta().Extended(0x23, {0x40, 16}), "VIC 16    1920x1080 60.000 Hz"},
+      {"use case", Section(0x20, 5).Block(0x22, 0x09, {1, 2}), "Primary use case  5, desktop gaming\n"},
+      {"flags", Section(0x20).Block(0x22, 0x09, {1, 2}), "revision 1\n      Flags  0x01\n      Bytes  01 02\n"},
+      {"no EDID", alone, "x: DisplayID, 1 block, 9 bytes\n"},
+      {"type of 1.x", alone, "6, direct drive monitor\n"},
+      {"reserved tag", alone, "Reserved (55), revision 0\n"},
+      {"native format's bytes", every, "Native format    05 06 07 08  "},
+      {"bytes of type II", every, "Vertical    84 04 05 06 07  "},
+      {"what is left of type VI", every, "Other bytes  98 01 02"},
+      {"a bit's byte", every, "DMT 0x49  01  "},
+      {"a formula's bytes", every, "CVT reduced v2  02 7f 07 37 04 3b e4"},
+  });
+}
+
+void CollectBytes(const Node& node, ByteVector& bytes) {
+  bytes.insert(bytes.end(), node.bytes.begin(), node.bytes.end());
+  for (const Field& field : node.fields) bytes.insert(bytes.end(), field.bytes.begin(), field.bytes.end());
+  for (const Node& child : node.children) CollectBytes(child, bytes);
+}
+
+// No byte hides, and none is too much: whichever is changed, the bytes that stand beside the fields are others.
+TEST(Describe, EveryByteIsShown) {
+  std::vector<ByteVector> images = {EveryDisplayIdBlock()};
+  for (const Sample& sample : Samples()) images.push_back(sample.build());
+  const auto shown = [](const ByteVector& bytes) {
+    ByteVector all;
+    const Node account = DescribeImage(Image::FromBytes("x", bytes));
+    EXPECT_GT(ToText(account).size(), 1000u);
+    CollectBytes(account, all);
+    return all;
+  };
+  test::Quietly([&] {
+    for (ByteVector& image : images) {
+      const ByteVector before = shown(image);
+      for (size_t i = 8; i < image.size(); ++i) {
+        for (const uint8_t flipped : ByteVector{static_cast<uint8_t>(1u << i % 8), 0x1F, 0xFF}) {
+          image[i] ^= flipped;
+          EXPECT_NE(shown(image), before) << "byte " << i;
+          image[i] ^= flipped;
+        }
+      }
+    }
+  });
+}
+
+// A serial number in each place that can have one: byte for byte, or as text.
+TEST(Describe, PrivateHidesOneUnit) {
+  const ByteVector serial = {0xA1, 0xB2, 0xC3, 0xD4};
+  const ByteVector text = {'S', 'N', '7', '3', '9', '1', '\n'};
+  const ByteVector product = {'A', 'B', 'C', 1, 2, 0xA1, 0xB2, 0xC3, 0xD4, 7, 8, 2, 'n', 'm'};
+  const std::vector<std::pair<const char*, Edid>> cases = {
+      {"base block", Edid().Set(12, serial)},
+      {"descriptor", Edid().Descriptor(0xFF, Concat({{0}, text}))},
+      {"descriptor that is not decoded", Edid().Descriptor(0xFF, Concat({{1}, text}))},
+      {"product 1.x", Edid().Extension(Section().Block(0, 0, product))},
+      {"product 2.0", Edid().Extension(Section(0x20).Block(0x20, 0, product))},
+      {"product that is not decoded",
+       Edid().Extension(Section(0x20).Block(0x20, 0, Concat({{1, 2, 3, 4, 5}, serial})))},
+      {"serial number block", Edid().Extension(Section().Block(0x0A, 0, text))},
+      {"tile", Edid().Extension(Section().Block(0x12, 0, serial))},
+      {"tile 2.0", Edid().Extension(Section(0x20).Block(0x28, 0, serial))},
+      {"ContainerID", Edid().Extension(Section(0x20).Block(0x29, 0, serial))},
+      {"ContainerID in a vendor block", Edid().Extension(Cta().Block(3, Concat({{0x5C, 0x12, 0xCA, 3, 7}, serial})))},
+      {"section that does not open", Edid().Extension(Section(0).Block(0x0A, 0, serial))},
+      {"behind the data blocks", Edid().Extension(Cta().Vdb({16}).Block(0, serial))},
+  };
+  for (const auto& [name, edid] : cases) {
+    SCOPED_TRACE(name);
+    const auto tellsSerial = [](const std::string& output) {
+      for (const char* words : {"a1 b2", "c3 d4", "3569595041", "d4c3b2a1", "SN7391", "53 4e", "39 31"}) {
+        if (output.find(words) != output.npos) return true;
+      }
+      return false;
+    };
+    Node account;
+    const ByteVector bytes = edid.Build();
+    test::Quietly([&] { account = DescribeImage(Image::FromBytes("x", bytes)); });
+    EXPECT_TRUE(tellsSerial(ToText(account, {100, false, true})) && tellsSerial(JsonText(ToJson(account))));
+    HidePrivate(account);
+    const Json json = ToJson(account, true);
+    EXPECT_FALSE(tellsSerial(ToText(account)) || tellsSerial(ToText(account, {100, false, true})));
+    EXPECT_FALSE(tellsSerial(JsonText(ToJson(account))) || tellsSerial(JsonText(json))) << JsonText(json);
+    EXPECT_TRUE(json["parts"][0]["record"]["checksum"].is_null());
+    EXPECT_EQ(json["parts"][0]["text"]["Checksum"], "right");
+  }
+}
+
+// JSON tells what the text tells, by the records' field names, and survives any byte of a text.
+TEST(Describe, Json) {
+  const ByteVector bytes = Edid().Name("\xFF\"x").Extension(Cta().Vdb({0x90, 97}).Extended(14, {96})).Build();
+  const Json json = Json::parse(JsonText(ToJson(DescribeImage(Image::FromBytes("x", bytes)))));
+  const Json& video = json["parts"][1]["parts"][0];
+  EXPECT_EQ(video["record"]["vics"], Json({16, 97}));
+  EXPECT_EQ(video["record"]["nativeVic"], 16);
+  EXPECT_EQ(video["timings"][1]["timing"]["pixelClock"], 594000);
+  EXPECT_EQ(json["parts"][1]["parts"][1]["timings"][0]["kind"], "vic420");
+  EXPECT_EQ(json["parts"][0]["record"]["revision"], 4);
+  EXPECT_EQ(json["parts"][0]["parts"][0]["record"]["text"], "\\xff\"x");
+}
+
+TEST(Image, FaultsOfBlock0AreNamedAndMended) {
+  const struct {
+    uint8_t count;
+    Cta cta;
+    std::string faults;
+  } cases[] = {
+      {1, Cta().Vdb({16}), ""},
+      {7, Cta().Vdb({16}), "count byte 7, but 1 follow"},
+      {3, Cta().Extended(0x78, {1}), "as the HDMI Forum's override block says"},
+  };
+  for (const auto& c : cases) {
+    ByteVector bytes = Edid().Extension(c.cta).Build();
+    bytes[126] = c.count;
+    Image image = Image::FromBytes("x", bytes);
+    EXPECT_NE(image.firstBlockFaults().find(c.faults), std::string::npos) << image.firstBlockFaults();
+    EXPECT_EQ(image.firstBlockFaults().empty(), c.faults.empty());
+    Notes notes;
+    EXPECT_EQ(image.Generate(notes), Edid().Extension(c.cta).Build());
+  }
+}
+
+// What the library leaves out when it writes an extension anew is counted, and needs leave.
+TEST(Loss, IsRefusedUnlessAllowed) {
+  Notes notes;
+  const Image image = Image::FromBytes("x", SampleBytes("tv-4k"));
+  const CtaContent before = CountCtaContent(image);
+  EXPECT_EQ(std::tuple(before.dataBlocks, before.timings, before.otherBytes), std::tuple(9u, 1u, 0u));
+  EXPECT_NO_THROW(CheckLoss(image, before, Loss::kRefuse, notes));
+  for (const CtaContent& more : {CtaContent{10, 1, 0}, CtaContent{9, 2, 0}, CtaContent{9, 1, 1}}) {
+    EXPECT_THROW(CheckLoss(image, more, Loss::kRefuse, notes), Error);
+    EXPECT_NO_THROW(CheckLoss(image, more, Loss::kAllow, notes));
+  }
+  EXPECT_EQ(notes.size(), 3u);
+}
+
+// An interlaced field has half a line more than its descriptor says.
+TEST(Describe, InterlacedRate) {
+  const DtdSlot slot = test::SlotOf({74250, 1920, 280, 88, 44, 540, 22, 2, 5, 1, 1, 1, 60, 8, 0, 0, 0, 0, 0});
+  EXPECT_EQ(DescribeDtd("x", slot, ByteSource(slot.bytes)).title, "x: 1920x1080i 60.000 Hz 74.250 MHz");
+}
+
+}  // namespace
+}  // namespace reedid::document
