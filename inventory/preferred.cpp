@@ -58,8 +58,7 @@ bool FromTimingNumber(const CeaBlock& model, unsigned n, DtdTiming& out) {
   return false;
 }
 
-// Looks among the type X blocks, whose extended tag the timing code reader refuses: as sources have come to know it,
-// this reference has no answer.
+// Looks among the type X blocks, whose extended tag the timing code reader refuses: this reference has no answer.
 bool FromTimingCode(const CeaBlock& model, DtdTiming& out) {
   const CeaDataBlock* entry = CEA_FindDataBlock(&model, kExtendedTag, kTypeXExtTag);
   uint8_t codes[kCeaDataBlockRoom];

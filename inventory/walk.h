@@ -70,6 +70,10 @@ bool IsWhole(const Model& model) {
   return true;
 }
 
+inline bool HasBlockArray(const EdidHandle* handle) {
+  return handle != nullptr && handle->blocks != nullptr;
+}
+
 // Writes a model over the block that it came from. A refused model leaves the block's bytes as they were, and so does
 // one that could not be opened whole: writing it would lose what it lacks.
 template <class Model>
@@ -107,14 +111,19 @@ void VisitBlocks(const EdidHandle& handle, Visit&& visit) {
   }
 }
 
-// The same for an edit that is always written back; a refused regeneration keeps the block.
+// The same for an edit, whose model is written back; a refused regeneration keeps the block. An edit that returns bool
+// tells whether it changed anything to write.
 template <class Edit>
 void EditBlock(EdidBlock& block, Edit& edit) {
   auto editAndWrite = [&]<class Model>(Model & model) requires requires {
     edit(model);
   }
   {
-    edit(model);
+    if constexpr (requires { static_cast<bool>(edit(model)); }) {
+      if (!edit(model)) return;
+    } else {
+      edit(model);
+    }
     Regenerate(model, block);
   };
   VisitAs<VesaBlock>(block, editAndWrite);

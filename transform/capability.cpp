@@ -53,10 +53,6 @@ bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
   return entry != nullptr && CEA_GetADB(entry, &record) == 0;
 }
 
-bool HasBlockArray(const EdidHandle* handle) {
-  return handle != nullptr && handle->blocks != nullptr;
-}
-
 // The record that replaces an audio block. It lives as long as the edit of the whole image: what an L-PCM descriptor of
 // one block gave it stays for a later block that has none.
 class TwoChannelAudio {
