@@ -6,7 +6,8 @@
 #include "cea/codec.h"
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
-#include "transform/data_blocks.h"
+#include "transform/edit.h"
+#include "transform/stereo.h"
 
 namespace reedid {
 namespace {
@@ -59,10 +60,7 @@ class TwoChannelAudio {
  public:
   void Apply(CeaBlock& model, CeaDataBlock& entry) {
     SadRecord& sad = record_.sads[0];
-    record_.sadCount = 1;
-    sad.formatCode = kLpcm;
-    sad.rate48k = 1;
-    sad.bits16 = 1;
+    SetStereo(record_);
     AdbRecord old;
     if (CEA_GetADB(&entry, &old) == 0) {
       const auto end = old.sads + old.sadCount;
@@ -70,20 +68,12 @@ class TwoChannelAudio {
       if (pcm != end) sad = *pcm;
     }
     sad.channels = 2;
-    ScratchDataBlock block;
-    if (CEA_SetADB(&record_, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
+    Rewrite(model, entry, CEA_SetADB, &record_);
   }
 
  private:
   AdbRecord record_ = {};
 };
-
-void FrontSpeakersOnly(CeaBlock& model, CeaDataBlock& entry) {
-  SpeakerRecord record = {};
-  record.FL_FR = 1;
-  ScratchDataBlock block;
-  if (CEA_SetSADB(&record, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
-}
 
 void LimitAudio(EdidBlock& block, TwoChannelAudio& audio) {
   const Opened<CeaBlock> model = Open<CeaBlock>(block);
@@ -93,7 +83,7 @@ void LimitAudio(EdidBlock& block, TwoChannelAudio& audio) {
     Regenerate(*model, block);
   }
   if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), kSpeakerTag, 0)) {
-    FrontSpeakersOnly(*model, *entry);
+    Rewrite(*model, *entry, CEA_SetSADB, &kFrontSpeakers);
     Regenerate(*model, block);
   }
 }
@@ -108,14 +98,13 @@ void LimitFrl(CeaBlock& model) {
     }
     record.Max_FRL_Rate = std::min(record.Max_FRL_Rate, kFrl40G);
     record.DSC_Max_FRL_Rate = std::min(record.DSC_Max_FRL_Rate, kFrl40G);
-    ScratchDataBlock block;
-    if (CEA_SetHFVSDB(&record, &block) == 0) CEA_ReplaceDataBlock(&model, &entry, &block);
+    Rewrite(model, entry, CEA_SetHFVSDB, &record);
   }
 }
 
 // HDR metadata of any kind, and the vendor video block that announces Dolby Vision; others' video blocks stay.
 bool IsHdr(const CeaDataBlock& entry) {
-  if (entry.bytes == nullptr || entry.tag != kExtendedTag) return false;
+  if (entry.tag != kExtendedTag) return false;
   return entry.extTag == kStaticHdrExtTag || entry.extTag == kDynamicHdrExtTag ||
          (entry.extTag == kVendorVideoExtTag && CEA_GetVSVDBType(&entry) == 1);
 }
@@ -169,5 +158,6 @@ void EDID_LimitToSDR(EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return;
   }
-  EditBlocks(*handle, [](CeaBlock& model) { DeleteDataBlocksIf(model, IsHdr); });
+  EditBlocks(*handle,
+             [](CeaBlock& model) { KeepDataBlocks(model, [](const CeaDataBlock& entry) { return !IsHdr(entry); }); });
 }

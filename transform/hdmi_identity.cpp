@@ -11,6 +11,8 @@
 #include "edid/image.h"
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
+#include "transform/edit.h"
+#include "transform/stereo.h"
 
 namespace reedid {
 namespace {
@@ -70,7 +72,7 @@ std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle) {
 }
 
 bool HasBlocks(const EdidHandle* handle) {
-  return handle != nullptr && handle->blocks != nullptr && handle->blockCount > 0;
+  return HasBlockArray(handle) && handle->blockCount > 0;
 }
 
 // A CTA extension without data blocks or DTDs, as an HDMI sink shows it.
@@ -103,35 +105,23 @@ void PrepareForHdmi(CeaBlock& model, unsigned needed) {
   }
 }
 
-// Right behind the video formats, where sources expect them; in front when there are none.
+// Right behind the video formats; in front when there are none.
 unsigned HdmiBlocksPosition(const CeaBlock& model) {
   const CeaDataBlock* video = CEA_FindDataBlock(&model, kVideoTag, 0);
   return video == nullptr ? 0 : static_cast<unsigned>(video - model.dataBlocks) + 1;
 }
 
-// Two-channel L-PCM at 48 kHz and 16 bit, the front speakers, and the HDMI VSDB. What does not fit is left out.
+// Stereo, the front speakers, and the HDMI VSDB. What does not fit is left out.
 void AddHdmiBlocks(CeaBlock& model, uint16_t physAddr) {
   const unsigned position = HdmiBlocksPosition(model);
-  ScratchDataBlock block;
   AdbRecord audio = {};
-  audio.sadCount = 1;
-  audio.sads[0].formatCode = 1;
-  audio.sads[0].channels = 2;
-  audio.sads[0].rate48k = 1;
-  audio.sads[0].bits16 = 1;
-  CEA_SetADB(&audio, &block);
-  CEA_AddDataBlock(&model, &block, position);
-
-  SpeakerRecord speakers = {};
-  speakers.FL_FR = 1;
-  CEA_SetSADB(&speakers, &block);
-  CEA_AddDataBlock(&model, &block, position + 1);
-
+  SetStereo(audio);
+  AddDataBlock(model, position, CEA_SetADB, &audio);
+  AddDataBlock(model, position + 1, CEA_SetSADB, &kFrontSpeakers);
   H14bRecord hdmi = {};
   hdmi.physAddr = physAddr;
   hdmi.max_TMDS_Clock = 150;
-  CEA_SetH14bVSDB(&hdmi, &block);
-  CEA_AddDataBlock(&model, &block, position + 2);
+  AddDataBlock(model, position + 2, CEA_SetH14bVSDB, &hdmi);
 }
 
 constexpr unsigned kHdmiBlocksSize = 4 + 4 + 9;
@@ -142,7 +132,7 @@ constexpr unsigned kHdmiBlocksSize = 4 + 4 + 9;
 using namespace reedid;
 
 int32_t isValidEdid(const EdidHandle* handle) {
-  if (handle == nullptr || handle->blocks == nullptr) {
+  if (!HasBlockArray(handle)) {
     REEDID_ERR("invalid parameters");
     return 0;
   }
@@ -150,7 +140,7 @@ int32_t isValidEdid(const EdidHandle* handle) {
 }
 
 int32_t isDVIEdid(const EdidHandle* handle) {
-  if (handle == nullptr || handle->blocks == nullptr) {
+  if (!HasBlockArray(handle)) {
     REEDID_ERR("invalid parameters");
     return 0;
   }
@@ -158,7 +148,7 @@ int32_t isDVIEdid(const EdidHandle* handle) {
 }
 
 int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr) {
-  if (handle == nullptr || handle->blocks == nullptr) return REEDID_ERR("invalid parameters");
+  if (!HasBlockArray(handle)) return REEDID_ERR("invalid parameters");
   if (!isDVIEdid(handle)) return 0;
   Opened<CeaBlock> model = TakeSecondBlock(*handle);
   if (model != nullptr) {
@@ -190,8 +180,6 @@ int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr) {
   H14bRecord record;
   if (CEA_GetH14bVSDB(found->entry, &record) != 0) return -1;
   record.physAddr = physAddr;
-  ScratchDataBlock block;
-  if (CEA_SetH14bVSDB(&record, &block) != 0) return -1;
-  if (CEA_ReplaceDataBlock(found->model.get(), found->entry, &block) != 0) return -1;
+  if (Rewrite(*found->model, *found->entry, CEA_SetH14bVSDB, &record) != 0) return -1;
   return Regenerate(*found->model, handle->blocks[found->blockIndex]);
 }

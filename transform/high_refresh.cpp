@@ -13,8 +13,8 @@
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
 #include "timing/dtd.h"
-#include "transform/data_blocks.h"
-#include "transform/link_limit.h"
+#include "transform/edit.h"
+#include "transform/reclock.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
 
@@ -508,10 +508,6 @@ class HighRefresh {
   unsigned spaceMax_ = 0;  // DTDs that would fit without the uncommon descriptors
 };
 
-bool IsExtensionOverride(const CeaDataBlock& entry) {
-  return IsKind(entry, kExtendedTag, kExtensionOverrideExtTag);
-}
-
 }  // namespace
 }  // namespace reedid
 
@@ -521,17 +517,4 @@ int32_t EDID_HighRefreshRate(EdidHandle* handle) {
   if (handle == nullptr || handle->blocks == nullptr) return REEDID_ERR("invalid parameters");
   if (handle->blockCount <= kBlocksLeft) return 0;
   return HighRefresh(*handle).Run();
-}
-
-void DeleteEODB(EdidHandle* handle) {
-  if (handle == nullptr) {
-    REEDID_ERR("invalid parameters");
-    return;
-  }
-  for (unsigned i = 0; handle->blocks != nullptr && i < handle->blockCount; ++i) {
-    EdidBlock& block = handle->blocks[i];
-    if (block.type != EDID_BLOCK_CEA) continue;
-    const Opened<CeaBlock> model = Open<CeaBlock>(block);
-    if (model != nullptr && DeleteDataBlocksIf(*model, IsExtensionOverride)) Regenerate(*model, block);
-  }
 }

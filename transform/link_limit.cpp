@@ -1,121 +1,42 @@
-#include "transform/link_limit.h"
+// The link limits as they are called: of a whole image, and of one model.
 
-#include <algorithm>
-#include <cmath>
+#include "transform/link_limit.h"
 
 #include "base/log.h"
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
-#include "timing/dtd.h"
+#include "transform/edit.h"
 
-namespace reedid {
+using namespace reedid;
+
 namespace {
 
-constexpr float kNtscRatio = 0.999001f;  // 1000/1001
-constexpr float kNtscTolerance = 0.0001f;
-
-// Whether a rate is 1000/1001 of a whole number.
-bool IsNtscRate(float rate) {
-  const long long whole = std::llround(rate);
-  return whole != 0 && std::fabs(rate / static_cast<float>(whole) - kNtscRatio) < kNtscTolerance;
-}
-
-// The clock that a CVT request needs on the link, in kHz; empty when it cannot be generated.
-std::optional<DtdTiming> Generated(const CvtTiming& request) {
-  DtdTiming timing;
-  if (Cvt2ToDtd(&request, &timing) != 0) return std::nullopt;
-  return timing;
-}
-
-// The clock of a timing's totals at `rate`.
-SlowerClock ClockAtRate(const DtdTiming& timing, uint32_t rate) {
-  const auto whole = static_cast<uint32_t>(uint64_t{HTotal(timing)} * VTotal(timing) * rate / 1000);
-  if (!IsNtscRate(FormulaRate<float>(timing))) return {whole, whole};
-  return {whole, static_cast<uint32_t>(static_cast<float>(whole) * 1000.0f / 1001.0f)};
-}
-
-Rates RatesOf(const uint16_t* frameRates, uint32_t count) {
-  return {frameRates, count};
-}
-
 bool HasArguments(const EdidHandle* handle, const uint16_t* frameRates, uint32_t count) {
-  return handle != nullptr && handle->blocks != nullptr && frameRates != nullptr && count != 0;
+  return HasBlockArray(handle) && frameRates != nullptr && count != 0;
 }
 
 }  // namespace
 
-std::optional<SlowerClock> SlowDown(const DtdTiming& timing, const LinkLimit& limit, Rates rates) {
-  const float share = static_cast<float>(limit.clock) / static_cast<float>(timing.pixelClock);
-  const uint32_t reachable =
-      static_cast<uint32_t>(std::llround(share * FormulaRate<float>(timing))) & limit.reachableMask;
-  const auto rate = std::find_if(rates.begin(), rates.end(), [&](uint16_t r) { return r <= reachable; });
-  if (rate == rates.end()) return std::nullopt;
-  return ClockAtRate(timing, *rate);
-}
-
-Fate LimitTiming(DtdTiming& timing, const LinkLimit& limit, Rates rates) {
-  if (timing.pixelClock <= limit.clock || !HasRate(timing)) return Fate::kKept;
-  const auto slower = SlowDown(timing, limit, rates);
-  if (!slower) return Fate::kDropped;
-  timing.pixelClock = slower->clock;
-  return Fate::kSlowed;
-}
-
-SlotFate LimitSlot(DtdSlot& slot, const LinkLimit& limit, Rates rates) {
-  DtdTiming timing;
-  int32_t status = VESA_GetDTD(&slot, &timing);
-  if (status != 0) return {Fate::kKept, status};
-  const Fate fate = LimitTiming(timing, limit, rates);
-  if (fate != Fate::kSlowed) return {fate, status};
-  DtdSlot encoded;
-  status = VESA_SetDTD(&timing, &encoded);
-  if (status != 0) return {Fate::kKept, status};
-  slot = encoded;
-  return {fate, status};
-}
-
-Fate LimitFormula(CvtTiming& timing, const LinkLimit& limit, Rates rates, bool halves420) {
-  const auto full = Generated(timing);
-  const bool half = halves420 && timing.ycc420 != 0;
-  if (!full || full->pixelClock / (half ? 2 : 1) <= limit.clock) return Fate::kKept;
-  const float refresh = FormulaRate<float>(*full);
-  for (const uint16_t rate : rates) {
-    if (static_cast<float>(rate) >= refresh) continue;
-    CvtTiming slower = timing;
-    slower.frameRate = rate;
-    const auto generated = Generated(slower);
-    if (!generated || generated->pixelClock > limit.clock) continue;
-    if (halves420 && generated->pixelClock < kClockWithout420) slower.ycc420 = 0;
-    timing = slower;
-    return Fate::kSlowed;
-  }
-  return Fate::kDropped;
-}
-
-}  // namespace reedid
-
-using namespace reedid;
-
 int32_t VESA_LimitToHDMI20(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
   if (model == nullptr || frameRates == nullptr) return -1;
-  return LimitVesa(*model, kHdmi20, RatesOf(frameRates, frameRateCount));
+  return LimitVesa(*model, kHdmi20, {frameRates, frameRateCount});
 }
 
 int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
   if (model == nullptr || frameRates == nullptr) return -1;
-  return LimitVesa(*model, kHdmi14, RatesOf(frameRates, frameRateCount));
+  return LimitVesa(*model, kHdmi14, {frameRates, frameRateCount});
 }
 
 void CEA_LimitToHDMI20(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi20, RatesOf(frameRates, frameRateCount));
+  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi20, {frameRates, frameRateCount});
 }
 
 void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi14, RatesOf(frameRates, frameRateCount));
+  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi14, {frameRates, frameRateCount});
 }
 
 void DispID_LimitToHDMI20(DispIdBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitDispId(*model, kHdmi20, RatesOf(frameRates, frameRateCount));
+  if (model != nullptr && frameRates != nullptr) LimitDispId(*model, kHdmi20, {frameRates, frameRateCount});
 }
 
 void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount) {
@@ -123,7 +44,7 @@ void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t
     REEDID_ERR("invalid parameters");
     return;
   }
-  const Rates rates = RatesOf(frameRates, frameRateCount);
+  const Rates rates(frameRates, frameRateCount);
   EditBlocks(*handle, Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi20, rates); },
                                  [&](CeaBlock& model) { LimitCea(model, kHdmi20, rates); },
                                  [&](DispIdBlock& model) { LimitDispId(model, kHdmi20, rates); }});
@@ -134,16 +55,12 @@ void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRates, uint32_t
     REEDID_ERR("invalid parameters");
     return;
   }
-  const Rates rates = RatesOf(frameRates, frameRateCount);
+  const Rates rates(frameRates, frameRateCount);
   auto limitBlock = Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi14, rates); },
                                [&](CeaBlock& model) { LimitCea(model, kHdmi14, rates); }};
-  for (unsigned i = 0; i < handle->blockCount;) {
-    EdidBlock& block = handle->blocks[i];
-    if (Family<DispIdBlock>::Owns(block.type)) {
-      EDID_DeleteBlock(handle, &block);  // the next block stands here now
-      continue;
-    }
+  KeepBlocks(*handle, [&](EdidBlock& block) {
+    if (Family<DispIdBlock>::Owns(block.type)) return false;
     EditBlock(block, limitBlock);
-    ++i;
-  }
+    return true;
+  });
 }

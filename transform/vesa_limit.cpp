@@ -4,6 +4,7 @@
 
 #include "timing/dtd.h"
 #include "timing/tables.h"
+#include "transform/edit.h"
 #include "transform/link_limit.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
@@ -56,44 +57,33 @@ int32_t LimitCvtCodes(DtdSlot& slot, const LinkLimit& limit) {
   for (VesaCvtCode& code : record.codes) {
     if (code.lines == 0) continue;
     LimitCvtCode(code, limit);
-    DtdSlot encoded;
-    status = VESA_SetCvtTiming(&record, &encoded);
-    if (status == 0) slot = encoded;
+    status = Rewrite(slot, VESA_SetCvtTiming, &record);
   }
   return status;
 }
 
 int32_t LimitRange(const VesaBlock& model, DtdSlot& slot, const LinkLimit& limit) {
   RangeLimits range;
-  int32_t status = VESA_GetRangeLimits(&model, &slot, &range);
+  const int32_t status = VESA_GetRangeLimits(&model, &slot, &range);
   if (status != 0 || range.maxPixelClock <= limit.clock) return status;
   range.maxPixelClock = limit.clock;
-  DtdSlot encoded;
-  status = VESA_SetRangeLimits(&model, &range, &encoded);
-  if (status == 0) slot = encoded;
-  return status;
+  return Rewrite(slot, VESA_SetRangeLimits, &model, &range);
 }
 
 }  // namespace
 
 int32_t LimitVesa(VesaBlock& model, const LinkLimit& limit, Rates rates) {
   int32_t status = 0;  // of the last descriptor call
-  for (unsigned i = 0; i < kDescriptorSlots;) {
-    DtdSlot& slot = model.descriptors[i];
+  KeepDescriptors(model, [&](DtdSlot& slot) {
     if (slot.flag == kDtdSlotFlag) {
       const SlotFate result = LimitSlot(slot, limit, rates);
       status = result.status;
-      if (result.fate == Fate::kDropped) {
-        status = VESA_DeleteDescriptor(&model, i);
-        continue;  // the next descriptor stands here now
-      }
-    } else if (slot.flag == kCvtCodesDescriptor) {
-      status = LimitCvtCodes(slot, limit);
-    } else if (slot.flag == kRangeLimitsDescriptor) {
-      status = LimitRange(model, slot, limit);
+      return result.fate != Fate::kDropped;
     }
-    ++i;
-  }
+    if (slot.flag == kCvtCodesDescriptor) status = LimitCvtCodes(slot, limit);
+    if (slot.flag == kRangeLimitsDescriptor) status = LimitRange(model, slot, limit);
+    return true;
+  });
   return status;
 }
 
