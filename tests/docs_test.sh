@@ -14,7 +14,7 @@ rooms=$(cat cmake/rooms)
 any_room=$(echo $rooms | tr ' ' '|')
 
 # A message is the first text behind the level and the name of the reporting function.
-for room in $rooms; do cat "$room"/*.cpp "$room"/*.h; done | grep -v '#define\|^ *//' | tr '\n' ' ' |
+find $rooms -name '*.cpp' -o -name '*.h' | xargs cat | grep -v '#define\|^ *//' | tr '\n' ' ' |
   grep -oE 'REEDID_(ERR|WARN|INFO|LOG_OPEN)(_AS)?\([^;]*;' |
   sed -E 's/^REEDID_LOG_OPEN\("[A-Z]+", *[^,]*, *//; s/^REEDID_[A-Z]+_AS\([^,]*, *//; s/^REEDID_[A-Z]+\( *//' |
   sed -n 's/^"\([^"]*\)".*/\1/p' | sort -u >"$work/printed"

@@ -1,0 +1,73 @@
+#include "transform/high_refresh/space.h"
+
+#include <algorithm>
+
+#include "base/log.h"
+#include "inventory/walk.h"
+#include "timing/dtd.h"
+#include "transform/edit.h"
+
+namespace reedid {
+namespace {
+
+// Descriptors that stay even when space is short.
+bool IsCommonDescriptor(const DtdSlot& slot) {
+  return slot.flag == kEst3Descriptor || slot.flag == kCvtCodesDescriptor || slot.flag == kStandardTimingsDescriptor ||
+         slot.flag == kProductNameDescriptor;
+}
+
+template <class IsSpace>
+uint8_t CountSpace(const EdidHandle& handle, unsigned blocks, IsSpace isSpace) {
+  EdidHandle part = handle;
+  part.blockCount = Low8(std::min<unsigned>(part.blockCount, blocks));
+  unsigned space = 0;
+  VisitBlocks(part, Overloaded{[&](const VesaBlock& model) {
+                                 space += static_cast<unsigned>(
+                                     std::count_if(model.descriptors, model.descriptors + kDescriptorSlots, isSpace));
+                               },
+                               [&](const CeaBlock& model) { space += model.dtdCount + model.freeSpace / kDtdSize; }});
+  return Low8(space);
+}
+
+const char* UncommonDescriptorName(uint8_t flag) {
+  switch (flag) {
+    case kColorManagementDescriptor:
+      return "Display Color Management (DCM) Data";
+    case kColorPointDescriptor:
+      return "Color Point Data";
+    case kRangeLimitsDescriptor:
+      return "Display Range Limits";
+    case kDataStringDescriptor:
+      return "Alphanumeric Data String (ASCII)";
+    case kSerialNumberDescriptor:
+      return "Display Product Serial Number";
+    default:
+      return nullptr;
+  }
+}
+
+void DeleteUncommonDesc(VesaBlock& model, unsigned count) {
+  const char* const function = __func__;
+  KeepDescriptors(model, [&](const DtdSlot& slot) {
+    if (count == 0 || slot.flag == kDtdSlotFlag || IsCommonDescriptor(slot)) return true;
+    if (const char* name = UncommonDescriptorName(slot.flag)) REEDID_WARN_AS(function, "delete %s", name);
+    --count;
+    return false;
+  });
+}
+
+}  // namespace
+
+uint8_t GetDtdSpace(const EdidHandle& handle, unsigned blocks) {
+  return CountSpace(handle, blocks, IsDtdOrEmpty);
+}
+
+uint8_t GetDtdSpaceMax(const EdidHandle& handle, unsigned blocks) {
+  return CountSpace(handle, blocks, [](const DtdSlot& slot) { return !IsCommonDescriptor(slot); });
+}
+
+void DeleteUncommonDesc(EdidHandle& handle, unsigned count) {
+  EditBlocks(handle, [&](VesaBlock& model) { DeleteUncommonDesc(model, Low8(count)); });
+}
+
+}  // namespace reedid
