@@ -58,7 +58,8 @@ REEDID_API uint32_t EDID_GetDTDCnt(const EdidHandle* handle);
 /**
  * Decodes all detailed timings, in block order. `list` has room for EDID_GetDTDCnt records; `capacity` is not
  * consulted. Where memory can run out between the two calls, give room for 255 records, which is always enough. The
- * record of base block slot 0 gets `preferred` 1. Returns the number of records.
+ * record of base block slot 0 gets `preferred` 1. Returns the number of records; of an image so large that the count
+ * can have wrapped, 0 with "malloc fail" when there is no memory to collect them in.
  */
 REEDID_API uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t capacity);
 
