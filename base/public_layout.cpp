@@ -1,115 +1,198 @@
-// The layout of the public structures is part of the interface: sizes and key offsets, the same for every compiler.
+// The layout of the public structures is part of the interface, the same for every compiler. A line of PIN has a run of
+// fields of one size, each behind the one before, and where the run begins; a line of SIZE ends a structure. Every field
+// of every structure stands here: the exports test compares the names with the headers.
 
 #include <cstddef>
+#include <initializer_list>
 
 #include "reedid/reedid.h"
 
-#define PIN(type, field, offset) static_assert(offsetof(type, field) == (offset), #type "." #field)
+namespace {
 
-// Offsets behind a pointer differ with its size.
+struct Place {
+  size_t offset, size;
+};
+
+constexpr bool IsRun(size_t offset, size_t size, std::initializer_list<Place> fields) {
+  for (const Place& field : fields) {
+    if (field.offset != offset || field.size != size) return false;
+    offset += size;
+  }
+  return true;
+}
+
 constexpr size_t kPointer = sizeof(void*);
 
-static_assert(sizeof(EdidBlock) == (kPointer == 8 ? 16 : 12));
-PIN(EdidBlock, capacity, 2);
-PIN(EdidBlock, size, 4);
-PIN(EdidBlock, bytes, 8);
-static_assert(sizeof(EdidHandle) == 2 * kPointer);
-PIN(EdidHandle, blocks, kPointer);
+// The preprocessor's loop over a list of up to 64 names.
+#define PLACE(type, field) Place{offsetof(type, field), sizeof(type::field)},
+#define AGAIN(...) AGAIN3(AGAIN3(AGAIN3(AGAIN3(__VA_ARGS__))))
+#define AGAIN3(...) AGAIN2(AGAIN2(AGAIN2(AGAIN2(__VA_ARGS__))))
+#define AGAIN2(...) AGAIN1(AGAIN1(AGAIN1(AGAIN1(__VA_ARGS__))))
+#define AGAIN1(...) __VA_ARGS__
+#define PARENTHESES ()
+#define FOR_EACH(type, field, ...) PLACE(type, field) __VA_OPT__(FOR_EACH_LATER PARENTHESES(type, __VA_ARGS__))
+#define FOR_EACH_LATER() FOR_EACH
+#define PIN(type, offset, size, ...) \
+  static_assert(IsRun(offset, size, {AGAIN(FOR_EACH(type, __VA_ARGS__))}), #type ": " #__VA_ARGS__)
+#define SIZE(type, size) static_assert(sizeof(type) == (size), #type)
 
-static_assert(sizeof(DtdTiming) == 36);
-PIN(DtdTiming, hactive, 4);
-PIN(DtdTiming, vactive, 12);
-PIN(DtdTiming, hsyncPositive, 20);
-PIN(DtdTiming, frameRate, 23);
-PIN(DtdTiming, aspectRatio, 24);
-PIN(DtdTiming, preferred, 26);
-PIN(DtdTiming, hImageSize, 28);
-PIN(DtdTiming, reservedFinal, 32);
-static_assert(sizeof(DtdSlot) == 19);
-PIN(DtdSlot, bytes, 1);
-static_assert(sizeof(CvtTiming) == 16);
-PIN(CvtTiming, hactive, 2);
-PIN(CvtTiming, frameRate, 4);
-PIN(CvtTiming, ycc420, 8);
-PIN(CvtTiming, vactive, 12);
-PIN(CvtTiming, extraBits75, 15);
-static_assert(sizeof(StdTiming) == 6);
-PIN(StdTiming, hactive, 2);
-PIN(StdTiming, aspectRatio, 4);
+PIN(EdidBlock, 0, 1, type);
+PIN(EdidBlock, 2, 2, capacity, size);
+PIN(EdidBlock, 8, kPointer, bytes);
+SIZE(EdidBlock, 8 + kPointer);
+PIN(EdidHandle, 0, 1, blockCount);
+PIN(EdidHandle, kPointer, kPointer, blocks);
+SIZE(EdidHandle, 2 * kPointer);
 
-PIN(VesaBlock, manufacturer, 8);
-PIN(VesaBlock, productCode, 12);
-PIN(VesaBlock, serialNumber, 16);
-PIN(VesaBlock, year, 22);
-PIN(VesaBlock, redX, 44);
-PIN(VesaBlock, established, 60);
-PIN(VesaBlock, standardTimings, 78);
-PIN(VesaBlock, descriptors, 126);
-PIN(VesaBlock, extensionCount, 202);
-static_assert(sizeof(VesaBlock) == 208);
-static_assert(sizeof(RangeLimits) == 44);
-PIN(RangeLimits, maxPixelClock, 8);
-PIN(RangeLimits, gtfStartFreq, 14);
-PIN(RangeLimits, cvtVersionMajor, 21);
-PIN(RangeLimits, cvtClockPrecision, 24);
-PIN(RangeLimits, cvtAspect, 28);
-PIN(RangeLimits, preferredRefresh, 41);
-static_assert(sizeof(VesaCvtCode) == 10);
-static_assert(sizeof(VesaCvtRecord) == 42);
-PIN(VesaCvtRecord, codes, 2);
-static_assert(sizeof(Est3Record) == 49);
+PIN(DtdTiming, 0, 4, pixelClock);
+PIN(DtdTiming, 4, 2, hactive, hblank, hfrontPorch, hsyncWidth, vactive, vblank, vfrontPorch, vsyncWidth);
+PIN(DtdTiming, 20, 1, hsyncPositive, vsyncPositive, interlaced, frameRate);
+PIN(DtdTiming, 24, 2, aspectRatio);
+PIN(DtdTiming, 26, 1, preferred, reserved);
+PIN(DtdTiming, 28, 2, hImageSize, vImageSize);
+PIN(DtdTiming, 32, 4, reservedFinal);
+SIZE(DtdTiming, 36);
+PIN(DtdSlot, 0, 1, flag);
+PIN(DtdSlot, 1, 18, bytes);
+SIZE(DtdSlot, 19);
+PIN(CvtTiming, 0, 1, formula, aspectRatio);
+PIN(CvtTiming, 2, 2, hactive, frameRate);
+PIN(CvtTiming, 6, 1, interlaced, preferred, ycc420, flagA, flagB);
+PIN(CvtTiming, 12, 2, vactive);
+PIN(CvtTiming, 14, 1, extraBits42, extraBits75);
+SIZE(CvtTiming, 16);
+PIN(StdTiming, 0, 1, valid, frameRate);
+PIN(StdTiming, 2, 2, hactive);
+PIN(StdTiming, 4, 1, aspectRatio);
+SIZE(StdTiming, 6);
 
-static_assert(sizeof(CeaDataBlock) == (kPointer == 8 ? 16 : 8));
-PIN(CeaDataBlock, size, 2);
-PIN(CeaBlock, dataBlockCount, 7);
-PIN(CeaBlock, dataBlocks, 8);
-PIN(CeaBlock, dtds, 8 + 2 * kPointer);
-PIN(CeaBlock, checksumValid, 8 + 3 * kPointer + 2);
-static_assert(sizeof(VdbRecord) == 33);
-static_assert(sizeof(SadRecord) == 15);
-static_assert(sizeof(AdbRecord) == 151);
-static_assert(sizeof(SpeakerRecord) == 20);
-static_assert(sizeof(ColorimetryRecord) == 11);
-static_assert(sizeof(VideoCapRecord) == 5);
-static_assert(sizeof(Vic420Record) == 32);
-static_assert(sizeof(H14bRecord) == 36);
-PIN(H14bRecord, max_TMDS_Clock, 8);
-PIN(H14bRecord, videoLatency, 18);
-PIN(H14bRecord, hdmiVics, 26 + 2);
-static_assert(sizeof(HfVsdbRecord) == 34);
-PIN(HfVsdbRecord, TMDS_Character_Rate, 2);
-PIN(HfVsdbRecord, Max_FRL_Rate, 11);
-PIN(HfVsdbRecord, VRRmax, 22);
-PIN(HfVsdbRecord, DSC_1p2, 25);
-static_assert(sizeof(StaticHdrRecord) == 8);
-static_assert(sizeof(Cea20ByteDtdRecord) == 40);
-PIN(Cea20ByteDtdRecord, timing, 4);
+PIN(VesaBlock, 0, 8, header);
+PIN(VesaBlock, 8, 4, manufacturer);
+PIN(VesaBlock, 12, 2, productCode);
+PIN(VesaBlock, 16, 4, serialNumber);
+PIN(VesaBlock, 20, 1, week);
+PIN(VesaBlock, 22, 2, year);
+PIN(VesaBlock, 24, 1, version, revision, digitalInput, bitDepth, interfaceType, hScreenSize, vScreenSize);
+PIN(VesaBlock, 32, 2, aspectRatioX100, gammaX100);
+PIN(VesaBlock, 36, 1, standby, suspend, activeOff, colorType, sRgbDefault, preferredNative, continuousFreq);
+PIN(VesaBlock, 44, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY);
+PIN(VesaBlock, 60, 17, established);
+PIN(VesaBlock, 78, 48, standardTimings);
+PIN(VesaBlock, 126, 76, descriptors);
+PIN(VesaBlock, 202, 1, extensionCount, checksum, checksumValid);
+SIZE(VesaBlock, 208);
+PIN(RangeLimits, 0, 2, minVRate, maxVRate, minHRate, maxHRate);
+PIN(RangeLimits, 8, 4, maxPixelClock);
+PIN(RangeLimits, 12, 1, timingFormula);
+PIN(RangeLimits, 14, 2, gtfStartFreq, gtfM);
+PIN(RangeLimits, 18, 1, gtfC, gtfK, gtfJ, cvtVersionMajor, cvtVersionMinor);
+PIN(RangeLimits, 24, 2, cvtClockPrecision, cvtMaxHactive);
+PIN(RangeLimits, 28, 6, cvtAspect);
+PIN(RangeLimits, 34, 1, cvtPreferredAspect, cvtStandardBlanking, cvtReducedBlanking, hShrink, hStretch, vShrink,
+    vStretch, preferredRefresh);
+SIZE(RangeLimits, 44);
+PIN(VesaCvtCode, 0, 2, lines);
+PIN(VesaCvtCode, 2, 1, aspectRatio, preferredRate, rate50, rate60, rate75, rate85, rate60rb);
+SIZE(VesaCvtCode, 10);
+PIN(VesaCvtRecord, 0, 1, version);
+PIN(VesaCvtRecord, 2, 40, codes);
+SIZE(VesaCvtRecord, 42);
+PIN(Est3Record, 0, 1, version);
+PIN(Est3Record, 1, 48, flags);
+SIZE(Est3Record, 49);
 
-static_assert(sizeof(DispIdDataBlock) == 4 + (kPointer == 8 ? 4 : 0) + kPointer);
-PIN(DispIdBlock, dataBlocks, 8);
-PIN(DispIdBlock, payloadUsed, 8 + kPointer + 2);
-PIN(DispIdBlock, sectionSize, 8 + kPointer + 4);
-PIN(ProductIdRecord, productCode, 4);
-PIN(ProductIdRecord, serialNumber, 8);
-PIN(ProductIdRecord, year, 14);
-PIN(ProductIdRecord, nameLength, 16);
-PIN(ProductIdRecord, name, kPointer == 8 ? 24 : 20);
-static_assert(sizeof(DisplayParamsRecord) == 22);
-PIN(DisplayParamsRecord, gammaX100, 8);
-PIN(DisplayParamsRecord, audio, 10);
-PIN(DisplayParamsRecord, aspectRatioX100, 18);
-PIN(DisplayParamsRecord, overallColorDepth, 21);
-static_assert(sizeof(DisplayParams20Record) == 44);
-PIN(DisplayParams20Record, hImageSize, 4);
-PIN(DisplayParams20Record, features, 16);
-PIN(DisplayParams20Record, redX, 18);
-PIN(DisplayParams20Record, maxLuminanceFull, 34);
-PIN(DisplayParams20Record, technology, 41);
-PIN(DisplayParams20Record, gammaX100, 42);
-static_assert(sizeof(TimingCodeRecord) == (kPointer == 8 ? 16 : 8));
-PIN(TimingCodeRecord, codeCount, 3);
-static_assert(sizeof(DispIdRangeLimits) == 28);
-PIN(DispIdRangeLimits, minHRate, 8);
-PIN(DispIdRangeLimits, minVBlank, 18);
-PIN(DispIdRangeLimits, interlaced, 20);
-PIN(DispIdRangeLimits, seamlessTransition, 24);
+PIN(CeaDataBlock, 0, 1, tag, extTag, size);
+PIN(CeaDataBlock, kPointer, kPointer, bytes);
+SIZE(CeaDataBlock, 2 * kPointer);
+PIN(CeaBlock, 0, 1, revision, dtdOffset, underscan, basicAudio, ycbcr444, ycbcr422, nativeDtdCount, dataBlockCount);
+PIN(CeaBlock, 8, kPointer, dataBlocks);
+PIN(CeaBlock, 8 + kPointer, 1, dtdCount);
+PIN(CeaBlock, 8 + 2 * kPointer, kPointer, dtds);
+PIN(CeaBlock, 8 + 3 * kPointer, 1, checksum, freeSpace, checksumValid);
+SIZE(CeaBlock, 8 + 4 * kPointer);
+PIN(VdbRecord, 0, 1, nativeVic, vicCount);
+PIN(VdbRecord, 2, 31, vics);
+SIZE(VdbRecord, 33);
+PIN(SadRecord, 0, 1, formatCode, extFormatCode, channels, rate32k, rate44k1, rate48k, rate88k2, rate96k, rate176k4,
+    rate192k, bits16, bits20, bits24, maxBitrate, formatDependent);
+SIZE(SadRecord, 15);
+PIN(AdbRecord, 0, 1, sadCount);
+PIN(AdbRecord, 1, 150, sads);
+SIZE(AdbRecord, 151);
+PIN(SpeakerRecord, 0, 1, FL_FR, LFE1, FC, BL_BR, BC, FLc_FRc, RLC_RRC, FLw_FRw, TpFL_TpFR, TpC, TpFC, LS_RS, LFE2, TpBC,
+    SiL_SiR, TpSiL_TpSiR, TpBL_TpBR, BtFC, BtFL_BtFR, TpLS_TpRS);
+SIZE(SpeakerRecord, 20);
+PIN(ColorimetryRecord, 0, 1, xvYCC601, xvYCC709, sYCC601, opYCC601, opRGB, BT2020cYCC, BT2020YCC, BT2020RGB,
+    metadataProfiles, ICtCp, DCI_P3);
+SIZE(ColorimetryRecord, 11);
+PIN(VideoCapRecord, 0, 1, QY, QS, S_PT, S_IT, S_CE);
+SIZE(VideoCapRecord, 5);
+PIN(Vic420Record, 0, 1, vicCount);
+PIN(Vic420Record, 1, 31, vics);
+SIZE(Vic420Record, 32);
+PIN(H14bRecord, 0, 2, physAddr);
+PIN(H14bRecord, 2, 1, supportsAI, DC_48bit, DC_36bit, DC_30bit, DC_Y444, DVI_Dual);
+PIN(H14bRecord, 8, 2, max_TMDS_Clock);
+PIN(H14bRecord, 10, 1, latencyPresent, iLatencyPresent, hdmiVideoPresent);
+PIN(H14bRecord, 13, 4, cnc);
+PIN(H14bRecord, 18, 2, videoLatency, audioLatency, iVideoLatency, iAudioLatency);
+PIN(H14bRecord, 26, 1, imageSize, hdmiVicLen);
+PIN(H14bRecord, 28, 8, hdmiVics);
+SIZE(H14bRecord, 36);
+PIN(HfVsdbRecord, 0, 1, version);
+PIN(HfVsdbRecord, 2, 2, TMDS_Character_Rate);
+PIN(HfVsdbRecord, 4, 1, scdcPresent, rrCapable, ccbpci, lte340Scramble, independentView, dualView, osdDisparity3d,
+    Max_FRL_Rate, dc48bit420, dc36bit420, dc30bit420, mDelta, cinemaVrr, cnmVrr, fva, allm, fapaStartLocation);
+PIN(HfVsdbRecord, 22, 2, VRRmax);
+PIN(HfVsdbRecord, 24, 1, VRRmin, DSC_1p2, dscNative420, dscAllBpp, dsc16bpc, dsc12bpc, dsc10bpc, DSC_Max_FRL_Rate,
+    DSC_MaxSlices, DSC_TotalChunkKBytes);
+SIZE(HfVsdbRecord, 34);
+PIN(StaticHdrRecord, 0, 1, eotfSdr, eotfHdr, eotfPq, eotfHlg, staticMetadataType1, maxLuminance, maxFrameAvgLuminance,
+    minLuminance);
+SIZE(StaticHdrRecord, 8);
+PIN(Cea20ByteDtdRecord, 0, 1, flagBit3, extraBytes, preferred);
+PIN(Cea20ByteDtdRecord, 4, 36, timing);
+SIZE(Cea20ByteDtdRecord, 40);
+
+PIN(DispIdDataBlock, 0, 1, tag, revision, headerFlags, size);
+PIN(DispIdDataBlock, kPointer, kPointer, bytes);
+SIZE(DispIdDataBlock, 2 * kPointer);
+PIN(DispIdBlock, 0, 1, type, version, revision, productType, extensionCount, dataBlockCount);
+PIN(DispIdBlock, 8, kPointer, dataBlocks);
+PIN(DispIdBlock, 8 + kPointer, 1, checksum, checksumValid, payloadUsed);
+PIN(DispIdBlock, 12 + kPointer, 2, sectionSize);
+SIZE(DispIdBlock, 16 + kPointer);
+PIN(ProductIdRecord, 0, 3, manufacturerId);
+PIN(ProductIdRecord, 4, 2, productCode);
+PIN(ProductIdRecord, 8, 4, serialNumber);
+PIN(ProductIdRecord, 12, 1, week);
+PIN(ProductIdRecord, 14, 2, year, nameLength);
+PIN(ProductIdRecord, 16 + kPointer, kPointer, name);
+SIZE(ProductIdRecord, 16 + 2 * kPointer);
+PIN(DisplayParamsRecord, 0, 2, hImageSize, vImageSize, hPixels, vPixels, gammaX100);
+PIN(DisplayParamsRecord, 10, 1, audio, separateAudio, audioOverride, powerManagement, fixedTiming, fixedPixelFormat,
+    supportsAI, deinterlacing);
+PIN(DisplayParamsRecord, 18, 2, aspectRatioX100);
+PIN(DisplayParamsRecord, 20, 1, nativeColorDepth, overallColorDepth);
+SIZE(DisplayParamsRecord, 22);
+PIN(DisplayParams20Record, 0, 1, sizeIn1mm);
+PIN(DisplayParams20Record, 4, 4, hImageSize, vImageSize);
+PIN(DisplayParams20Record, 12, 2, hPixels, vPixels);
+PIN(DisplayParams20Record, 16, 1, features);
+PIN(DisplayParams20Record, 18, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY, maxLuminanceFull,
+    maxLuminance10, minLuminance);
+PIN(DisplayParams20Record, 40, 1, colorDepth, technology);
+PIN(DisplayParams20Record, 42, 2, gammaX100);
+SIZE(DisplayParams20Record, 44);
+PIN(TimingCodeRecord, 0, 1, codeType, reserved, twoByteCodes, codeCount);
+PIN(TimingCodeRecord, kPointer, kPointer, codes);
+SIZE(TimingCodeRecord, 2 * kPointer);
+PIN(DispIdRangeLimits, 0, 4, minPixelClock, maxPixelClock);
+PIN(DispIdRangeLimits, 8, 2, minHRate, maxHRate, minHBlank, minVRate, maxVRate, minVBlank);
+PIN(DispIdRangeLimits, 20, 1, interlaced, cvtStandard, cvtReduced, discreteFrequency, seamlessTransition);
+SIZE(DispIdRangeLimits, 28);
+
+PIN(AudioFmtCap, 0, 1, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt);
+SIZE(AudioFmtCap, 11);
+
+}  // namespace

@@ -1,6 +1,7 @@
 #!/bin/sh
 # The shared library exports exactly the names of libreedid.exports, which are the names that the headers declare; it needs
-# the C and the maths library only and has no writable data. The typed getters of C++ are complete.
+# the C and the maths library only and has no writable data. No record is without its typed C++ getter, and no field of a
+# public structure without a pinned place.
 # usage: exports_test.sh SOURCE_DIR LIBREEDID_SO LIBREEDID_A SANITIZED
 set -eu
 source_dir=$1 shared=$2 static=$3 sanitized=$4
@@ -27,6 +28,16 @@ cat "$source_dir"/include/reedid/*.h | tr '\n' ' ' | grep -oE 'REEDID_API[^;{]*;
 while read -r getter; do
   grep -q "By($getter," "$source_dir/include/reedid/records.hpp" || fail "include/reedid/records.hpp does not have $getter"
 done <"$work/getters"
+
+# Every field of every public structure has its place pinned.
+awk '/^typedef struct/ { name = $3; print name } /^}/ { name = "" }
+     name && /^  [A-Za-z0-9_]+\*? [A-Za-z0-9_]+(\[[^;]*\])*;/ { field = $2; sub(/[;[].*/, "", field); print name "." field }' \
+  "$source_dir"/include/reedid/*.h | sort >"$work/fields"
+tr '\n' ' ' <"$source_dir/base/public_layout.cpp" | grep -oE '(PIN|SIZE)\([A-Z][^)]*\)' | sed -E 's/^SIZE\(([A-Za-z0-9]+).*/\1/' |
+  awk -F '[(), ]+' '/^PIN/ { for (i = NF - 1; i > 0 && $i ~ /^[A-Za-z_]/ && $i != "kPointer"; --i) if (i > 2) print $2 "." $i }
+                    !/^PIN/' | sort >"$work/pinned"
+[ -s "$work/fields" ] || fail "no structures are declared"
+diff "$work/fields" "$work/pinned" || fail "base/public_layout.cpp (>) does not pin the structures of the headers (<)"
 
 readelf -d "$shared" | grep -q 'SONAME.*libreedid\.so\.' || fail "no SONAME"
 if [ -z "$sanitized" ]; then
