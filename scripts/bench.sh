@@ -3,7 +3,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh bench
-cmake --preset release -B build/bench -DREEDID_TOOL=OFF -DREEDID_TESTS=OFF -DREEDID_BENCH=ON -DREEDID_WERROR=ON >/dev/null
+cmake --preset release -B build/bench -DREEDID_TOOL=OFF -DREEDID_BENCH=ON -DREEDID_WERROR=ON >/dev/null
 cmake --build build/bench >/dev/null
 build/bench/bench/reedid_bench "$@"
 strip -o build/bench/stripped.so build/bench/libreedid.so

@@ -4,7 +4,7 @@ set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh tool
 echo "Building, which takes a minute or two."
-cmake --preset release -DREEDID_TESTS=OFF >/dev/null
+cmake --preset release >/dev/null
 cmake --build --preset release >/dev/null
 bin=build/release/tools/reedid/reedid
 echo '$ reedid limit hdmi20 sample:tv-4k120 -o limited.bin'

@@ -4,7 +4,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh bench
-cmake --preset release -B build/stack -DREEDID_TOOL=OFF -DREEDID_TESTS=OFF -DREEDID_BENCH=ON \
+cmake --preset release -B build/stack -DREEDID_TOOL=OFF -DREEDID_BENCH=ON \
       -DCMAKE_CXX_FLAGS=-fstack-usage >/dev/null
 cmake --build build/stack --target reedid_stack >/dev/null
 echo "Largest frames, bytes:"

@@ -9,6 +9,6 @@ case $preset in
   clang | tsan | fuzz) scripts/install-deps.sh clang ;;
   *) scripts/install-deps.sh tests ;;
 esac
-cmake --preset "$preset" >/dev/null
+cmake --preset "$preset" -DREEDID_TESTS=ON >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset" -j "$(nproc)"
