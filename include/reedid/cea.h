@@ -1,10 +1,12 @@
 /**
  * @file cea.h
- * the CTA-861 extension block: an editable model of its data block collection and detailed timings, and
- * one pair of codecs for each kind of data block. The conventions are those of reedid/image.h, and for codecs:
+ * the CTA-861 extension block: an editable model of its data blocks and detailed timings, and one
+ * pair of codecs for each kind of data block. The conventions are those of reedid/image.h, and for codecs:
  *
  * - A getter takes (entry, record): it needs the entry's bytes and the right tag, extended tag and size, clears the
- * record and fills it. A refused call is "invalid parameters", -1, and leaves the record untouched.
+ * record and fills it. An entry that lacks them is "invalid parameters", -1, and leaves the record untouched; what a
+ * timing codec of DisplayID refuses after that (CEA_GetTimingCode, CEA_Get20ByteDTD, CEA_Get6ByteCVT) leaves it
+ * begun.
  * - A setter takes (record, entry): the caller supplies the entry with `bytes` pointing at 32 bytes or more; tag,
  * extTag, size and bytes are written, unused bytes are 0. Hand the entry to CEA_AddDataBlock or CEA_ReplaceDataBlock,
  * which copy.
@@ -192,19 +194,18 @@ typedef struct Vic420Record {
   uint8_t vics[31]; /**< timing table indexes */
 } Vic420Record;
 
-/** YCbCr 4:2:0 Video Data Block, extended tag 14 (CTA-861, 7.5.10): formats that exist in 4:2:0 only. */
+/** Formats that exist in YCbCr 4:2:0 only, CEA_EXT_TAG_420_VIDEO (CTA-861, 7.5.10). */
 REEDID_API int32_t CEA_Get420VDB(const CeaDataBlock* entry, Vic420Record* record);
-/** Encodes the YCbCr 4:2:0 Video Data Block; at most 30 VICs. 0, or -1 when refused. */
+/** The other way; at most 30 VICs. 0, or -1 when refused. */
 REEDID_API int32_t CEA_Set420VDB(const Vic420Record* record, CeaDataBlock* entry);
 
 /**
- * YCbCr 4:2:0 Capability Map Data Block, extended tag 15 (CTA-861, 7.5.11): which descriptors of the Video Data Block
- * exist in 4:2:0 too. The getter needs the map's size in 3..6 (a map without bitmap is refused). The setter writes a
- * bit for every descriptor of the video block; a record with more VICs than the block has descriptors is refused with a
- * message.
+ * The map of CEA_EXT_TAG_420_MAP (CTA-861, 7.5.11): which descriptors of the Video Data Block exist in YCbCr 4:2:0
+ * too. The getter needs the map's size in 3..6 (a map without bitmap is refused). The setter writes a bit for every
+ * descriptor of the video block; a record with more VICs than the block has descriptors is refused with a message.
  */
 REEDID_API int32_t CEA_Get420CMDB(const CeaDataBlock* videoBlock, const CeaDataBlock* mapBlock, Vic420Record* record);
-/** Encodes the YCbCr 4:2:0 Capability Map Data Block of `videoBlock` into `out`. 0, or -1 when refused. */
+/** Encodes the map of `videoBlock` into `out`. 0, or -1 when refused. */
 REEDID_API int32_t CEA_Set420CMDB(const Vic420Record* record, const CeaDataBlock* videoBlock, CeaDataBlock* out);
 
 /** Kinds of vendor-specific data blocks that matter to HDMI. */
@@ -235,7 +236,7 @@ typedef struct H14bRecord {
   uint16_t audioLatency;    /**< ms */
   uint16_t iVideoLatency;   /**< ms */
   uint16_t iAudioLatency;   /**< ms */
-  uint8_t imageSize;        /**< bits 4..3 of the byte after the latencies */
+  uint8_t imageSize;        /**< what the base block's size means: bits 4..3 behind the latencies */
   uint8_t hdmiVicLen;       /**< 0..7; CEA_SetH14bVSDB refuses more than 8 */
   uint8_t hdmiVics[8];      /**< HDMI VICs: 1 = 2160p30, 2 = 2160p25, 3 = 2160p24, 4 = 4096x2160p24 */
 } H14bRecord;
@@ -284,7 +285,7 @@ REEDID_API int32_t CEA_GetHFVSDB(const CeaDataBlock* entry, HfVsdbRecord* record
 /** Rates, VRR and DSC values that contradict each other are reported and written all the same. */
 REEDID_API int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry);
 
-/** HDR Static Metadata Data Block, extended tag 6 (CTA-861, table 91). */
+/** HDR static metadata, CEA_EXT_TAG_STATIC_HDR (CTA-861, 7.5.13). */
 typedef struct StaticHdrRecord {
   uint8_t eotfSdr;              /**< traditional gamma, SDR luminance range */
   uint8_t eotfHdr;              /**< traditional gamma, HDR luminance range */
@@ -301,8 +302,7 @@ REEDID_API int32_t CEA_GetStaticHDR(const CeaDataBlock* entry, StaticHdrRecord* 
 /** Encodes an HDR Static Metadata Data Block. 0, or -1 when refused. */
 REEDID_API int32_t CEA_SetStaticHDR(const StaticHdrRecord* record, CeaDataBlock* entry);
 
-/** Vendor-Specific Video Data Block, extended tag 1: 1 for Dolby's OUI 00-D0-46, else 0 (also for refused arguments).
- */
+/** Whose CEA_EXT_TAG_VENDOR_VIDEO block it is: 1 for REEDID_OUI_DOLBY, else 0 (also for refused arguments). */
 REEDID_API int32_t CEA_GetVSVDBType(const CeaDataBlock* entry);
 
 /** DisplayID Type VII Video Timing Data Block, extended tag 0x22 (CTA-861, 7.5.17). */

@@ -1,7 +1,7 @@
 /**
  * @file displayid.h
  * DisplayID 1.x and 2.0 sections, standalone or as an EDID extension: an editable model of a
- * section's data blocks and the codecs of its data blocks. DispID_ is DisplayID 1.x, DispID20_ is 2.0; where a form
+ * section's data blocks and the codecs of single blocks. DispID_ is DisplayID 1.x, DispID20_ is 2.0; where a form
  * exists in both, only the tag and the clock unit differ. The conventions are those of reedid/image.h, and for codecs:
  *
  * - A getter needs the entry's bytes, its tag and a size that holds what it reads; it never reads past `size`.
@@ -169,7 +169,7 @@ REEDID_API int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* 
 REEDID_API int32_t DispID_Set11ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry);
 
 /**
- * Type VI detailed timings (tag 0x13), 14 bytes each, or 17 when the aspect code is not 8; at most 248 bytes. The
+ * Type VI detailed timings (tag 0x13), 14 bytes each, or 17 with an aspect code; at most 248 bytes. The
  * 12-bit and the 4-bit value of bytes 15..16 stand in hImageSize and vImageSize. Keeps the entry's headerFlags.
  */
 REEDID_API int32_t DispID_Get17ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested);

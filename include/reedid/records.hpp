@@ -1,11 +1,11 @@
 /**
  * @file records.hpp
- * @brief The records of data blocks and descriptors by their types: Get<ColorimetryRecord>(block), and the first one of a model
- * by Find<ColorimetryRecord>(model). Part of reedid.hpp.
+ * @brief The records of data blocks and descriptors by their types: Get<ColorimetryRecord>(block), and the first one
+ * of a model by Find<ColorimetryRecord>(model). Part of reedid.hpp.
  *
- * A block of another kind is quietly no record; one of the right kind that its getter refuses prints that getter's line. Records
- * that need more than their block have no entry here: those with a buffer of the caller's (ProductIdRecord, TimingCodeRecord),
- * arrays of timings, and the YCbCr 4:2:0 capability map.
+ * A block of another kind is quietly no record; one of the right kind that its getter refuses prints that getter's
+ * line. Records that need more than their block have no entry here: those with a buffer of the caller's
+ * (ProductIdRecord, TimingCodeRecord), arrays of timings, and the YCbCr 4:2:0 capability map.
  */
 #ifndef REEDID_RECORDS_HPP
 #define REEDID_RECORDS_HPP

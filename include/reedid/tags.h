@@ -2,8 +2,8 @@
  * @file tags.h
  * the numbers by which the standards tell blocks apart, and how large the buffers of this interface are.
  *
- * The tags include kinds of block that no codec here reads yet. A tag that the standards reserve has no name. Tag fields of the
- * structures are plain uint8_t, because a display may send any number.
+ * The tags include kinds of block that no codec here reads yet. A tag that the standards reserve has no name. Tag
+ * fields of the structures are plain uint8_t, because a display may send any number.
  */
 #ifndef REEDID_TAGS_H
 #define REEDID_TAGS_H

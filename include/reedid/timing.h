@@ -1,7 +1,7 @@
 /**
  * @file timing.h
  * the decoded timing and what converts to and from it: detailed timing descriptors
- * (EDID 1.4, 3.10.2), CTA video identification codes, VESA DMT identifiers, established and standard timings, the
+ * (EDID 1.4, 3.10.2), the formats of CTA-861 and of VESA DMT, standard and established timings, the
  * CVT 1.2 formula; and the PQ curve. The conventions are those of reedid/image.h. The caller owns every record; nothing
  * here allocates.
  */
@@ -68,7 +68,7 @@ typedef struct CvtTiming {
   uint8_t interlaced;  /**< 1 interlaced */
   uint8_t preferred;   /**< preferred flag of the 3-byte and 7-byte forms */
   uint8_t ycc420;      /**< byte 0 bit 7 of a 6-byte descriptor, YCbCr 4:2:0 */
-  uint8_t flagA;       /**< byte 0 bit 4 when formula is not 3; for formula 2 the rate is scaled by 1000/1001 */
+  uint8_t flagA;       /**< byte 0 bit 4 of all formulas but 3; formula 2: the rate is scaled by 1000/1001 */
   uint8_t flagB;       /**< byte 0 bit 4 when formula is 3 */
   uint16_t vactive;    /**< lines of the frame; 0 = from hactive and aspectRatio */
   uint8_t extraBits42; /**< bits 4..2 of the extra byte of a type X descriptor */
@@ -84,9 +84,9 @@ typedef struct StdTiming {
 } StdTiming;
 
 /**
- * Decodes a detailed timing descriptor. The slot's flag must be 1 ("invalid parameters", -1, record untouched). Clears
- * the record first; polarities are taken from digital separate sync only, `aspectRatio` is 8, `frameRate` is rounded (0
- * where a total is 0). Borders and stereo bits are not read.
+ * Decodes a detailed timing descriptor. Any other slot (a flag other than 1) is refused and leaves the record alone,
+ * else the whole record is written: polarities from digital separate sync only, `aspectRatio` is 8, `frameRate` is
+ * rounded (0 where a total is 0). Borders and stereo bits are not read.
  */
 REEDID_API int32_t VESA_GetDTD(const DtdSlot* slot, DtdTiming* timing);
 
@@ -100,7 +100,7 @@ REEDID_API int32_t VESA_SetDTD(const DtdTiming* timing, DtdSlot* slot);
 
 /*
  * The VIC table has one row for each CTA-861 video format. Its index equals the VIC for 1..127; indexes 129..155 are
- * the VICs 193..219 (index = VIC - 64); index 128 is empty. The DMT table has the VESA DMT identifiers 1..88
+ * VIC 193 to 219, less 64; there is nothing at 128. The DMT table has the VESA DMT identifiers 1..88
  * (0x01..0x58) and 89, 2560x1440 at 60 Hz with reduced blanking. Rates in the tables are whole Hz. None of the lookups
  * prints anything; null pointers give 0 (no identifier) or -1.
  *
@@ -158,10 +158,10 @@ REEDID_API int32_t StdToDtd(const StdTiming* std, DtdTiming* timing);
 REEDID_API int32_t DtdToStd(const DtdTiming* timing, StdTiming* std);
 
 /**
- * Expands a formula timing by CVT 1.2. Clears `out`, fills clock, counts, polarities, interlace, rate and aspect.
- * Refuses
- * ("invalid parameters") a zero width or rate and requests that leave no time for a line; formulas above 2, reduced
- * blanking version 1 at rates that are no multiple of 60 Hz, and flagA for formulas 0 and 1 with messages of their own.
+ * Expands a formula timing by CVT 1.2: clock, counts, polarities, interlace, rate and aspect. Refuses ("invalid
+ * parameters") a zero width or rate and requests that leave no time for a line, and with messages of their own formulas
+ * above 2, reduced blanking version 1 at rates that are no multiple of 60 Hz, and flagA for formulas 0 and 1. `out` is
+ * cleared first, so a refused request leaves it all 0.
  */
 REEDID_API int32_t Cvt2ToDtd(const CvtTiming* request, DtdTiming* out);
 

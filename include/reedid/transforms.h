@@ -1,8 +1,8 @@
 /**
  * @file transforms.h
- * questions about a whole image and edits of a whole image. They open each block with its own
- * parser, work on the model, write it back and close it; a block that does not open is skipped. The conventions are
- * those of reedid/image.h.
+ * questions about a whole image and edits of a whole image. Blocks are taken one after another, each as the
+ * model of its family, which goes back into the image when it was edited; what does not open is passed over. The
+ * conventions are those of reedid/image.h.
  *
  * Nothing is lost on refusal: where a changed block cannot be generated, the block keeps the bytes that it had.
  */
@@ -31,7 +31,7 @@ REEDID_API int32_t isValidEdid(const EdidHandle* handle);
 REEDID_API int32_t isDVIEdid(const EdidHandle* handle);
 
 /**
- * Turns a DVI image into an HDMI one: block 1 is removed (a CTA extension is reused) and a CTA extension with a
+ * Makes an HDMI sink of a DVI one: block 1 is removed (a CTA extension is reused) and a CTA extension with a
  * two-channel L-PCM audio block, a front left/right speaker block and an HDMI VSDB with this physical address is
  * appended. An image that is HDMI already is left alone, 0.
  */
@@ -41,8 +41,8 @@ REEDID_API int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr);
 REEDID_API uint16_t EDID_GetPhyAddr(const EdidHandle* handle);
 
 /**
- * Rewrites the first HDMI 1.4b VSDB with this physical address and its block's checksum. -1, image unchanged, when
- * there is none or when the rewritten block (9 bytes at least) does not fit.
+ * Decodes the first HDMI 1.4b VSDB and encodes it anew with this physical address; what H14bRecord does not carry is
+ * lost. -1, image unchanged, when there is none, silently, or when the new block (9 bytes at least) does not fit.
  */
 REEDID_API int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr);
 
@@ -73,7 +73,7 @@ REEDID_API void SortDTDbyResolution(DtdTiming* list, uint32_t count);
 REEDID_API void SortDTDbyFrameRate(DtdTiming* list, int32_t count);
 
 /**
- * The timing that a source should use: the first Short Video Reference of the CTA Video Format Preference Data Block,
+ * The timing that a source should use: the one that a Video Format Preference Data Block (CTA-861, 7.5.12) names first,
  * else the first detailed timing (a larger one of at least 1920 pixels replaces one narrower than 1920), else the
  * native VIC. `out` is written only when there is an answer.
  */
@@ -100,14 +100,15 @@ REEDID_API int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRat
 REEDID_API void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount);
 
 /**
- * Rewrites an image of three or more blocks into the base block and the first extension, keeping its frame rates and as
- * many high rates as the two blocks can carry, within the HDMI 2.0 limit. 0, or -1 for bad arguments or no memory.
+ * Cuts an image of three or more blocks down to base block and first extension, and moves into them what they can
+ * hold of the whole image's frame rates, high ones first, within the HDMI 2.0 limit. 0, or -1 for bad arguments or no
+ * memory.
  */
 REEDID_API int32_t EDID_HighRefreshRate(EdidHandle* handle);
 
 /**
- * Removes the HDMI Forum EDID Extension Override Data Block (extended tag 120) from every CTA extension and regenerates
- * those that had one. Null is "invalid parameters".
+ * Takes extension override blocks (CEA_EXT_TAG_EXTENSION_OVERRIDE; HDMI 2.1, 10.3.6) out of all CTA extensions; an
+ * extension without one keeps its bytes.
  */
 REEDID_API void DeleteEODB(EdidHandle* handle);
 

@@ -47,7 +47,7 @@ typedef struct VesaBlock {
   uint16_t blueY;               /**< blue, y, units of 1/1024 */
   uint16_t whiteX;              /**< white point, x, units of 1/1024 */
   uint16_t whiteY;              /**< white point, y, units of 1/1024 */
-  uint8_t established[17];      /**< flags; index i is bit i mod 8 of byte 35 + i / 8, index 16 is bit 7 of byte 37 */
+  uint8_t established[17];      /**< flags by Est12ToDmt's index: bytes 35, 36 upwards, byte 37 bit 7 */
   StdTiming standardTimings[8]; /**< bytes 38..53 */
   DtdSlot descriptors[4];       /**< bytes 54..125 */
   uint8_t extensionCount;       /**< byte 126 */
@@ -80,7 +80,7 @@ typedef struct RangeLimits {
   uint16_t minHRate;           /**< kHz */
   uint16_t maxHRate;           /**< kHz */
   uint32_t maxPixelClock;      /**< kHz, multiples of 10000 */
-  uint8_t timingFormula;       /**< 0 default GTF, 1 secondary GTF curve, 2 CVT, 3 range limits only */
+  uint8_t timingFormula;       /**< 0 GTF by default, 1 GTF with a second curve, 2 CVT, 3 none: limits only */
   uint16_t gtfStartFreq;       /**< kHz, start break frequency of the secondary curve */
   uint16_t gtfM;               /**< secondary GTF M */
   uint8_t gtfC;                /**< secondary GTF C */
@@ -113,7 +113,7 @@ typedef struct VesaCvtCode {
   uint8_t rate60rb;      /**< 60 Hz with reduced blanking */
 } VesaCvtCode;
 
-/** CVT 3-byte code descriptor, tag 0xF8. */
+/** CVT 3-byte codes as a descriptor (EDID_DESCRIPTOR_CVT_CODES). */
 typedef struct VesaCvtRecord {
   uint8_t version;      /**< 1 */
   VesaCvtCode codes[4]; /**< in order of preference */
@@ -122,7 +122,7 @@ typedef struct VesaCvtRecord {
 /** Established timings III descriptor, tag 0xF7 (EDID 1.4, 3.10.3.9). */
 typedef struct Est3Record {
   uint8_t version;   /**< 10 */
-  uint8_t flags[48]; /**< flag i stands for established timing III code 128 + i */
+  uint8_t flags[48]; /**< flag i is the timing Est3ToDmt(128 + i) */
 } Est3Record;
 
 /**
