@@ -1,5 +1,5 @@
 #!/bin/sh
-# The documents tell the truth: docs/diagnostics.md has exactly the messages of the sources, the files that
+# The documents tell the truth: docs/diagnostics.md has exactly the messages of the sources, the files and calls that
 # docs/data-blocks.md and the other documents name exist, and the library calls nothing that docs/porting.md does not list.
 # A sanitized library, or one for another machine, calls more: SPECIAL is then not empty.
 # usage: docs_test.sh SOURCE_DIR LIBREEDID_A SPECIAL
@@ -31,6 +31,12 @@ done <"$work/files"
 for source in vesa/*.cpp displayid/*.cpp cea/*.cpp; do
   grep -qx "$source" "$work/files" || fail "docs/data-blocks.md does not say what $source holds"
 done
+
+# Calls that the documents name are there.
+grep -ohE '`(EDID|VESA|CEA|DispID|DispID20)_[A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*`' docs/*.md README.md | tr -d '`' | sort -u >"$work/calls"
+[ -s "$work/calls" ] || fail "no calls in the documents"
+grep -vxFf libreedid.exports "$work/calls" >"$work/missing" || true
+[ ! -s "$work/missing" ] || { cat "$work/missing"; fail "the documents name these calls, which are not there"; }
 
 if [ -z "$special" ]; then
   nm --defined-only "$static" | awk 'NF == 3 { print $3 }' | sort -u >"$work/defined"
