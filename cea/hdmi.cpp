@@ -1,16 +1,24 @@
 // The two vendor-specific data blocks of HDMI. Bytes 1..3 are the OUI, least significant byte first.
 //
 // HDMI 1.4b VSDB (HDMI 1.4b, table 8-16), OUI 00-0C-03:
-//   4-5  physical address, high byte first       8      latency 7, interlaced latency 6, video 5, content types 3..0
-//   6    AI 7, 48 bit 6, 36 bit 5, 30 bit 4,     9-12   latencies: 0 not stated, else ms / 2 + 1
-//        Y444 3, DVI dual 0                      then   image size 4..3; HDMI VIC count 7..5; HDMI VICs
-//   7    max TMDS clock / 5 MHz
+//   4-5   physical address, high byte first
+//   6     AI 7, 48 bit 6, 36 bit 5, 30 bit 4, Y444 3, DVI dual 0
+//   7     max TMDS clock / 5 MHz
+//   8     latency 7, interlaced latency 6, video 5, content types 3..0
+//   9-12  latencies, those that are there: 0 not stated, else ms / 2 + 1
+//   then  image size 4..3; HDMI VIC count 7..5; HDMI VICs
 //
 // HDMI Forum VSDB (HDMI 2.1, table 10-6), OUI C4-5D-D8:
-//   4    version                                 9-10   VRRmin 5..0, VRRmax 9..8 in 7..6; VRRmax 7..0
-//   5    max TMDS character rate / 5 MHz         11     DSC 7, native 4:2:0 6, all bpp 3, 16/12/10 bpc 2..0
-//   6-7  capabilities; max FRL rate 7..4         12     DSC max FRL rate 7..4, max slices 3..0
-//   8    VRR, ALLM, FAPA flags                   13     DSC total chunk KiB - 1 5..0
+//   4     version
+//   5     max TMDS character rate / 5 MHz
+//   6     capabilities
+//   7     max FRL rate 7..4, deep colour in 4:2:0 2..0
+//   8     VRR, ALLM, FAPA flags
+//   9     VRRmax 9..8 7..6, VRRmin 5..0
+//   10    VRRmax 7..0
+//   11    DSC 7, native 4:2:0 6, all bpp 3, 16/12/10 bpc 2..0
+//   12    DSC max FRL rate 7..4, max slices 3..0
+//   13    DSC total chunk KiB - 1 5..0
 
 #include <cstring>
 

@@ -1,11 +1,12 @@
 // The CTA-861 extension block (CTA-861, table 34).
 //
-//  0  tag 0x02
-//  1  revision
-//  2  d, offset of the first DTD; 0 = no DTDs
-//  3  underscan 7, basic audio 6, YCbCr 4:4:4 5, YCbCr 4:2:2 4, number of native DTDs 3..0
-//  4 .. d-1    data blocks: header (tag 7..5, payload length 4..0), then the payload; extended tag 7 has its code in
-//  byte 1 d ..        DTDs of 18 bytes, then padding 127         checksum
+//  0       tag 0x02
+//  1       revision
+//  2       d, offset of the first DTD; 0 = no DTDs
+//  3       underscan 7, basic audio 6, YCbCr 4:4:4 5, YCbCr 4:2:2 4, number of native DTDs 3..0
+//  4..d-1  data blocks: header (tag 7..5, payload length 4..0), then the payload; tag 7 has its extended tag first
+//  d..126  DTDs of 18 bytes, then padding
+//  127     checksum
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,8 +1,9 @@
 // Video Data Block (CTA-861, 7.5.1), YCbCr 4:2:0 Video Data Block (7.5.10) and Capability Map Data Block (7.5.11).
 //
-// Video Data Block: header, then one short video descriptor (SVD) a byte. 4:2:0 Video Data Block: header, extended tag
-// 14, then SVDs. Capability Map: header, extended tag 15, then one bit for each SVD of the Video Data Block, lowest bit
-// first.
+// Video                                  4:2:0 video            4:2:0 capability map
+//  1..  short video descriptors (SVD)     1    extended tag 14   1    extended tag 15
+//                                         2..  SVDs              2..  a bit for each SVD of the Video Data Block, lowest
+//                                                                     bit first
 //
 // SVD: 1..64 and 65..127 VIC; 129..192 VIC 1..64 with the native mark; 193..253 VIC. VICs from 193 up are kept as
 // indexes of the timing table, VIC - 64.

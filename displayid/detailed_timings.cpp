@@ -180,7 +180,7 @@ unsigned TypeViPayload(const DtdTiming* timings, uint32_t count) {
   return payload;
 }
 
-// Both kinds of 20-byte descriptors: of DisplayID 1.x and 2.0. The exported getters check the tag.
+// Types I and VII. The exported getters check the tag.
 int32_t Get20ByteDTD(const DispIdDataBlock& entry, DtdTiming* timings, uint32_t requested) {
   if (entry.bytes == nullptr || entry.size < kDispIdHeaderSize + kTypeISize || timings == nullptr) {
     return REEDID_ERR("invalid parameters");

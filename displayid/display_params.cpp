@@ -4,8 +4,8 @@
 //  3-6    image size, horizontal and vertical       1     bit 7: the image size is in 1 mm, else 0.1 mm
 //  7-10   native pixels, horizontal and vertical    3-6   image size
 //  11     features, see the layout                  7-10  native pixels
-//  12     gamma x 100 - 100, 255 = not stated       11    features, raw
-//  13     aspect ratio x 100 - 100                  12-23 chromaticities: x 11..0, y 11..0 in three bytes each
+//  12     gamma: 100 * (gamma - 1), 255 none        11    features, raw
+//  13     100 * (aspect ratio - 1)                  12-23 chromaticities: x 11..0, y 11..0 in three bytes each
 //  14     colour depth - 1: native 7..4,            24-29 luminances
 //         overall 3..0                              30    technology 6..4, colour depth code 2..0
 //                                                   31    gamma as in 1.x
@@ -64,7 +64,6 @@ constexpr void DisplayParamsLayout(const Io& io, Record& r) {
   Depth(io, r.overallColorDepth, Place{14, 0, 4});
 }
 
-// All but the image size, whose unit the header tells.
 template <class Io, class Record>
 constexpr void DisplayParams20Layout(const Io& io, Record& r) {
   io(r.hPixels, Place{7}, Place{8});
@@ -104,7 +103,7 @@ int32_t DispID_GetDPDB(const DispIdDataBlock* entry, DisplayParamsRecord* record
 int32_t DispID_SetDPDB(const DisplayParamsRecord* record, DispIdDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   DisplayParamsLayout(BeginDataBlock(*entry, {kDisplayParamsTag, 0, 0}, kSize - kDispIdHeaderSize), *record);
-  // Established behaviour that callers count on: the aspect ratio goes to byte 0, over the tag, and byte 13 stays 0.
+  // To byte 0, over the tag, while byte 13 stays 0: odd on purpose, docs/oddities.md.
   if (record->aspectRatioX100 > 100) entry->bytes[0] = Low8(record->aspectRatioX100 - 100);
   return 0;
 }

@@ -50,7 +50,7 @@ int32_t DispID_GetDataString(const DispIdDataBlock* entry, char* text, uint32_t 
   return GetText(entry, kDataStringTag, text, textSize, __func__);
 }
 
-// Established behaviour: a data string is written under the tag of a serial number and reads back only as one.
+// Under the tag of a serial number, and read back only as one: odd on purpose, docs/oddities.md.
 int32_t DispID_SetDataString(const char* text, DispIdDataBlock* entry) {
   return SetText(text, entry, __func__);
 }

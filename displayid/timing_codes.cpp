@@ -18,7 +18,7 @@ constexpr unsigned kMaxCodes = kMaxDispIdPayload;
 constexpr unsigned kVesaBitmapMinSize = 13;
 constexpr unsigned kCtaBitmapMinSize = 11;
 
-// Both kinds of timing codes: of DisplayID 1.x and 2.0. The exported getters check the tag.
+// Types IV and VIII. The exported getters check the tag.
 int32_t GetTimingCode(const DispIdDataBlock& entry, TimingCodeRecord* record, uint32_t requested) {
   if (entry.bytes == nullptr || record == nullptr || record->codes == nullptr) {
     return REEDID_ERR("invalid parameters");

@@ -1,4 +1,4 @@
-// The timing data blocks of a DisplayID section whose descriptors come as arrays of one kind of record, by tag.
+// Getter and setter of a tag, for data blocks that are an array of DtdTiming or of CvtTiming.
 #pragma once
 
 #include <cstddef>

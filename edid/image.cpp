@@ -1,8 +1,8 @@
 // The image: bytes <-> list of blocks.
 //
-// EDID: the base block (header 00 FF FF FF FF FF FF 00, byte 126 = number of extensions), then extensions of 128 bytes
-// whose byte 0 is the tag. DisplayID: sections of byte 1 + 5 bytes; byte 3 of the first is the number of further
-// sections. The last byte of every block and section makes its bytes add up to 0 modulo 256.
+// EDID: the base block (eight header bytes, byte 126 = number of extensions), then extensions of 128 bytes whose byte 0
+// is the tag. DisplayID: sections of byte 1 + 5 bytes; byte 3 of the first is the number of further sections. The last
+// byte of every block and section makes its bytes add up to 0 modulo 256.
 
 #include "edid/image.h"
 
@@ -151,7 +151,7 @@ uint32_t GetChecksum(const uint8_t* bytes, uint32_t length) {
 
 int32_t isEdidHeader(const uint8_t* bytes) {
   if (bytes == nullptr) return 0;
-  // Stops at the first mismatch, as a caller with a shorter buffer may rely on.
+  // A buffer that does not begin like a header may be shorter than one: nothing is read behind the first mismatch.
   for (size_t i = 0; i < sizeof kEdidHeader; ++i) {
     if (bytes[i] != kEdidHeader[i]) return 0;
   }
@@ -207,7 +207,8 @@ int32_t EDID_GenerateEdid(EdidHandle* handle, uint8_t* out, uint32_t capacity) {
     at += blocks[i].size;
   }
   SetCountByte(out, total, Low8(handle->blockCount - 1));
-  // `out` keeps the checksum that block 0 had; after the edits of this file the two agree.
+  // Only the handle's block 0 gets a fresh checksum, `out` has the one from before: odd on purpose, docs/oddities.md.
+  // After EDID_AddBlock and EDID_DeleteBlock the two agree.
   if (blocks[0].bytes != nullptr) SetChecksum(blocks[0]);
   return static_cast<int32_t>(total);
 }

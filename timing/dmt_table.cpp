@@ -1,7 +1,7 @@
 // The VESA DMT identifiers, and as the last row 2560x1440 with reduced blanking, which has no identifier.
-// Some rows are not the published ones. Users match timings against them, so they stay: 15 gives one field of an
-// interlaced format as a progressive picture, 88 has a clock that is too high for its rate (the published one is
-// 556188), 1, 3 and 41 to 43 have no aspect.
+// Some rows are not the published ones (odd on purpose: docs/oddities.md): 15 gives one field of an interlaced format
+// as a progressive picture, 88 has a clock that is too high for its rate (the published one is 556188), 1, 3 and 41 to
+// 43 have no aspect.
 
 #include "timing/tables.h"
 

@@ -1,8 +1,8 @@
 // Established timings (EDID 1.4, 3.8 and 3.10.3.9) and their DMT identifiers.
 //
-// Two tables that do not mirror each other, and are not to be derived from each other: the codes 140..143 expand into
-// other formats than those that yield these codes, code 159 (DMT 44) has no way back, and the DMT row of our own yields
-// established index 0.
+// Two tables that do not mirror each other, and are not to be derived from each other (odd on purpose:
+// docs/oddities.md): the codes 140..143 expand into other formats than those that yield these codes, code 159 (DMT 44)
+// has no way back, and the DMT row of our own yields established index 0.
 
 #include <cstdint>
 #include <iterator>
@@ -17,7 +17,7 @@ constexpr uint8_t kFirstEst3Code = 128;
 constexpr uint8_t kNoEst12 = 17;
 constexpr uint8_t kNoEst3 = 176;
 
-// By index: bit i mod 8 of byte 35 + i / 8, index 16 is bit 7 of byte 37.
+// One entry for each bit of bytes 35 and 36, lowest bit first, then the only one of byte 37, its highest.
 constexpr uint8_t kEst12ToDmt[] = {9, 8, 6, 5, 0, 4, 0, 0, 36, 18, 17, 16, 0, 0, 11, 10, 0};
 static_assert(std::size(kEst12ToDmt) == kNoEst12);
 

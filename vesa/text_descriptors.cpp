@@ -1,6 +1,6 @@
 // Text descriptors (EDID 1.4, 3.10.3.1, 3.10.3.2, 3.10.3.4): serial number, data string, product name.
 //
-// 5-17 up to 13 characters; a shorter text ends with a line feed and is padded with spaces
+//  5-17  the characters; fewer than 13 are followed by a line feed, then spaces
 
 #include "base/log.h"
 #include "vesa/descriptor.h"
