@@ -3,18 +3,24 @@
 // function needs.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 
 namespace reedid {
 
-// What a failed call returns.
+// What a failed call returns: -1 or null. As a bool or an unsigned number -1 would look like success, so that there a
+// message and the result are two statements.
 struct Failure {
-  constexpr operator int32_t() const { return -1; }
+  template <std::same_as<int32_t> Result>
+  constexpr operator Result() const {
+    return -1;
+  }
   template <class T>
   constexpr operator T*() const {
     return nullptr;
   }
 };
+static_assert(!std::convertible_to<Failure, bool> && !std::convertible_to<Failure, uint32_t>);
 
 [[gnu::format(printf, 1, 2)]] Failure Print(const char* format, ...);
 
