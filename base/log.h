@@ -22,7 +22,8 @@ struct Failure {
 };
 static_assert(!std::convertible_to<Failure, bool> && !std::convertible_to<Failure, uint32_t>);
 
-[[gnu::format(printf, 1, 2)]] Failure Print(const char* format, ...);
+// Cold: what complains is no hot path, and is made small rather than fast.
+[[gnu::cold, gnu::format(printf, 1, 2)]] Failure Print(const char* format, ...);
 
 }  // namespace reedid
 
