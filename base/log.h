@@ -22,23 +22,36 @@ struct Failure {
 };
 static_assert(!std::convertible_to<Failure, bool> && !std::convertible_to<Failure, uint32_t>);
 
+// The function whose name a message shows. A step that reports for the function that calls it takes this as its last
+// parameter, `Caller caller = {}`; the compiler fills in the name at each call. (std::source_location would tell the
+// whole signature.)
+class Caller {
+ public:
+  constexpr Caller(const char* name = __builtin_FUNCTION()) : name_(name) {}
+  constexpr const char* name() const { return name_; }
+
+ private:
+  const char* name_;
+};
+
 // Cold: what complains is no hot path, and is made small rather than fast.
 [[gnu::cold, gnu::format(printf, 1, 2)]] Failure Print(const char* format, ...);
 
 }  // namespace reedid
 
-#define REEDID_LOG(level, name, format, ...) \
-  ::reedid::Print("[" level ":%s:%d]: " format "\n", name, __LINE__ __VA_OPT__(, ) __VA_ARGS__)
+#define REEDID_LOG(level, function, format, ...)                                        \
+  ::reedid::Print("[" level ":%s:%d]: " format "\n", ::reedid::Caller(function).name(), \
+                  __LINE__ __VA_OPT__(, ) __VA_ARGS__)
 
 // The beginning of a line that Print continues and ends.
-#define REEDID_LOG_OPEN(level, name, format, ...) \
-  ::reedid::Print("[" level ":%s:%d]: " format, name, __LINE__ __VA_OPT__(, ) __VA_ARGS__)
+#define REEDID_LOG_OPEN(level, function, format, ...) \
+  ::reedid::Print("[" level ":%s:%d]: " format, ::reedid::Caller(function).name(), __LINE__ __VA_OPT__(, ) __VA_ARGS__)
 
 // Under the name of the function that they stand in.
 #define REEDID_ERR(...) REEDID_ERR_AS(__func__, __VA_ARGS__)
 #define REEDID_WARN(...) REEDID_WARN_AS(__func__, __VA_ARGS__)
 
-// Under a given name: of an internal step that the log shows, or of the exported function that a shared body serves.
-#define REEDID_ERR_AS(name, ...) REEDID_LOG("ERR", name, __VA_ARGS__)
-#define REEDID_WARN_AS(name, ...) REEDID_LOG("WARN", name, __VA_ARGS__)
-#define REEDID_INFO_AS(name, ...) REEDID_LOG("INFO", name, __VA_ARGS__)
+// Under a Caller's, or another given name.
+#define REEDID_ERR_AS(function, ...) REEDID_LOG("ERR", function, __VA_ARGS__)
+#define REEDID_WARN_AS(function, ...) REEDID_LOG("WARN", function, __VA_ARGS__)
+#define REEDID_INFO_AS(function, ...) REEDID_LOG("INFO", function, __VA_ARGS__)

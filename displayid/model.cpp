@@ -34,23 +34,23 @@ constexpr uint8_t ProductType(uint8_t version, uint8_t code) {
 }
 
 // The size that the section tells, capped at what its kind may have.
-uint16_t SectionSize(uint8_t type, uint8_t payload, const char* name) {
+uint16_t SectionSize(uint8_t type, uint8_t payload, Caller caller = {}) {
   const unsigned size = payload + unsigned{kSectionOverhead};
   const unsigned limit = type == EDID_BLOCK_DISPID_EXT ? kExtensionSectionSize : kMaxSectionSize;
   if (size <= limit) return Low16(size);
-  REEDID_WARN_AS(name, "invalid bytes in section: %d, force to %d", size, limit - kSectionOverhead);
+  REEDID_WARN_AS(caller, "invalid bytes in section: %d, force to %d", size, limit - kSectionOverhead);
   return Low16(limit);
 }
 
 // Number of data blocks that the section holds whole. `block` reaches to the end of the EdidBlock, behind the section.
-uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, const char* name) {
+uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, Caller caller = {}) {
   int remaining = sectionSize - kSectionOverhead;
   unsigned at = kPayloadStart;
   uint8_t count = 0;
   while (remaining > 0) {
     unsigned payload = block[at + 2];
     if (payload > kMaxDispIdPayload) {
-      REEDID_WARN_AS(name, "invalid number of payload bytes: %d", payload);
+      REEDID_WARN_AS(caller, "invalid number of payload bytes: %d", payload);
       payload = kMaxDispIdPayload;
     }
     const unsigned size = payload + kDispIdHeaderSize;
@@ -63,7 +63,7 @@ uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, const char* name) {
   return count;
 }
 
-bool ReadDataBlocks(Bytes section, uint8_t count, DispIdBlock& model, const char* name) {
+bool ReadDataBlocks(Bytes section, uint8_t count, DispIdBlock& model, Caller caller = {}) {
   if (count == 0) return true;
   model.dataBlocks = AllocateZeroed<DispIdDataBlock>(count);
   if (model.dataBlocks == nullptr) return false;
@@ -77,25 +77,20 @@ bool ReadDataBlocks(Bytes section, uint8_t count, DispIdBlock& model, const char
     entry.size = Low8(section[at + 2] + kDispIdHeaderSize);
     const Bytes part = section.From(at).First(entry.size);
     entry.bytes = CopyBytes(part.data(), part.size(), entry.size);
-    if (entry.bytes == nullptr) REEDID_ERR_AS(name, "malloc fail");  // the entry stays, without bytes
+    if (entry.bytes == nullptr) REEDID_ERR_AS(caller, "malloc fail");  // the entry stays, without bytes
     model.payloadUsed = Low8(at - kPayloadStart + entry.size);
     at += entry.size;
   }
   return true;
 }
 
-bool CheckChecksums(const EdidBlock& block, const uint8_t* section, uint16_t sectionSize, const char* name) {
-  if (!CheckChecksum(section, sectionSize, name)) return false;
-  return block.type != EDID_BLOCK_DISPID_EXT || CheckChecksum(block.bytes, block.size, name);
-}
-
-void WriteDataBlocks(const DispIdBlock& model, uint8_t* section, unsigned sectionSize, const char* name) {
+void WriteDataBlocks(const DispIdBlock& model, uint8_t* section, unsigned sectionSize, Caller caller = {}) {
   unsigned at = kPayloadStart;
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     const DispIdDataBlock& entry = model.dataBlocks[i];
     if (entry.bytes == nullptr) continue;
     if (at + entry.size >= sectionSize) {
-      REEDID_ERR_AS(name, "datablock[%d] outof range, offset=%u, length=%u", i, at, entry.size);
+      REEDID_ERR_AS(caller, "datablock[%d] outof range, offset=%u, length=%u", i, at, entry.size);
       return;
     }
     std::memcpy(section + at, entry.bytes, entry.size);
@@ -130,14 +125,15 @@ DispIdBlock* DispID_Open(const EdidBlock* block) {
   model->version = bytes[0] >> 4;
   model->revision = bytes[0] & 0x0F;
   if (model->version == 0) return REEDID_ERR("error version: %d.%d", model->version, model->revision);
-  model->sectionSize = SectionSize(block->type, bytes[1], __func__);
+  model->sectionSize = SectionSize(block->type, bytes[1]);
   if (model->sectionSize > bytes.size()) return REEDID_ERR("invalid parameters");
   const Bytes section = bytes.First(model->sectionSize);
   model->productType = ProductType(model->version, section[2] & 0x0F);
   model->extensionCount = section[3];
   model->checksum = section[model->sectionSize - 1u];
-  model->checksumValid = CheckChecksums(*block, section.data(), model->sectionSize, __func__);
-  if (!ReadDataBlocks(section, CountDataBlocks(bytes, model->sectionSize, __func__), *model, __func__)) {
+  model->checksumValid =
+      CheckChecksum(section.data(), model->sectionSize) && (!extension || CheckChecksum(block->bytes, block->size));
+  if (!ReadDataBlocks(section, CountDataBlocks(bytes, model->sectionSize), *model)) {
     return REEDID_ERR("malloc fail");
   }
   return model.release();
@@ -177,7 +173,7 @@ int32_t DispID_GenerateBlock(const DispIdBlock* model, EdidBlock* out) {
   } else {
     section[2] = model->productType & 0x0F;
   }
-  WriteDataBlocks(*model, section, sectionSize, __func__);
+  WriteDataBlocks(*model, section, sectionSize);
   section[sectionSize - 1] = Low8(GetChecksum(section, sectionSize));
   if (extension) {
     out->bytes[0] = kExtensionTag;

@@ -52,11 +52,11 @@ int32_t GetBitmap(const DispIdDataBlock& entry, uint8_t* flags, uint32_t request
   return 0;
 }
 
-// Established sizing, which callers allow for: the size counts one payload byte too few. The last eighth of the
-// elements goes into the byte behind the block, over what stands there.
-int32_t SetBitmap(uint8_t tag, const uint8_t* flags, uint32_t count, DispIdDataBlock* entry, const char* name) {
+// The size counts one payload byte too few, and the last eight elements go into the byte behind the block, over what
+// stands there: odd on purpose, docs/oddities.md.
+int32_t SetBitmap(uint8_t tag, const uint8_t* flags, uint32_t count, DispIdDataBlock* entry, Caller caller = {}) {
   if (flags == nullptr || !CanHold(entry) || count == 0 || count % 8 != 0 || (count - 1) / 8 > kMaxDispIdPayload) {
-    return REEDID_ERR_AS(name, "invalid parameters");
+    return REEDID_ERR_AS(caller, "invalid parameters");
   }
   BeginDataBlock(*entry, {tag, 0}, (count - 1) / 8);
   uint8_t* payload = entry->bytes + kDispIdHeaderSize;
@@ -96,7 +96,7 @@ int32_t DispID_GetVESATiming(const DispIdDataBlock* entry, uint8_t* flags, uint3
 }
 
 int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry) {
-  return SetBitmap(kVesaBitmapTag, flags, count, entry, __func__);
+  return SetBitmap(kVesaBitmapTag, flags, count, entry);
 }
 
 int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested) {
@@ -105,5 +105,5 @@ int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32
 }
 
 int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry) {
-  return SetBitmap(kCtaBitmapTag, flags, count, entry, __func__);
+  return SetBitmap(kCtaBitmapTag, flags, count, entry);
 }

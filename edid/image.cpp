@@ -49,7 +49,7 @@ bool FillEntry(EdidBlock& entry, const uint8_t* bytes, uint16_t size, uint16_t c
   return entry.bytes != nullptr;
 }
 
-uint8_t ExtensionType(uint8_t tag, const char* name) {
+uint8_t ExtensionType(uint8_t tag) {
   switch (tag) {
     case 0x70:
       return EDID_BLOCK_DISPID_EXT;
@@ -58,7 +58,6 @@ uint8_t ExtensionType(uint8_t tag, const char* name) {
     case 0x02:
       return EDID_BLOCK_CEA;
     default:
-      REEDID_WARN_AS(name, "unknown extension block(tag=%02x)", tag);
       return EDID_BLOCK_UNKNOWN;
   }
 }
@@ -78,7 +77,8 @@ EdidHandle* ParseEdid(const uint8_t* data, uint32_t length) {
       REEDID_ERR("malloc fail");
       break;
     }
-    entry.type = i == 0 ? uint8_t{EDID_BLOCK_VESA} : ExtensionType(bytes[0], __func__);
+    entry.type = i == 0 ? uint8_t{EDID_BLOCK_VESA} : ExtensionType(bytes[0]);
+    if (entry.type == EDID_BLOCK_UNKNOWN) REEDID_WARN("unknown extension block(tag=%02x)", bytes[0]);
     handle->blockCount = Low8(i + 1);
   }
   return handle.release();
@@ -129,11 +129,11 @@ bool HasEdidHeader(const uint8_t* bytes, uint32_t size) {
   return size >= sizeof kEdidHeader && std::memcmp(bytes, kEdidHeader, sizeof kEdidHeader) == 0;
 }
 
-bool CheckChecksum(const uint8_t* bytes, uint32_t size, const char* name) {
+bool CheckChecksum(const uint8_t* bytes, uint32_t size, Caller caller) {
   const uint8_t stored = bytes[size - 1];
   const uint32_t computed = GetChecksum(bytes, size);
   if (stored == computed) return true;
-  REEDID_WARN_AS(name, "checksum error(%02x,%02x)", stored, computed);
+  REEDID_WARN_AS(caller, "checksum error(%02x,%02x)", stored, computed);
   return false;
 }
 

@@ -15,7 +15,7 @@ inline constexpr uint8_t kSectionOverhead = 5;    // section header (4) and chec
 // Whether a block begins with the EDID header; never looks past its size.
 bool HasEdidHeader(const uint8_t* bytes, uint32_t size);
 
-// Compares the checksum byte at the end of `size` bytes with the right one; warns under `name` when they differ.
-bool CheckChecksum(const uint8_t* bytes, uint32_t size, const char* name);
+// Compares the checksum byte at the end of `size` bytes with the right one; warns when they differ.
+bool CheckChecksum(const uint8_t* bytes, uint32_t size, Caller caller = {});
 
 }  // namespace reedid

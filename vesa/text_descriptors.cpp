@@ -13,11 +13,11 @@ constexpr unsigned kMaxText = kDtdSize - kDescriptorPayload;
 constexpr uint8_t kLineFeed = 0x0A;
 constexpr uint8_t kSpace = 0x20;
 
-int32_t GetText(const DtdSlot* slot, uint8_t tag, char* text, uint32_t textSize, const char* name, const char* kind) {
+int32_t GetText(const DtdSlot* slot, uint8_t tag, char* text, uint32_t textSize, const char* kind, Caller caller = {}) {
   if (slot == nullptr || slot->flag != tag || text == nullptr || textSize < kMaxText + 1) {
-    return REEDID_ERR_AS(name, "invalid parameters");
+    return REEDID_ERR_AS(caller, "invalid parameters");
   }
-  if (!HasPlainHeader(*slot, tag)) return REEDID_ERR_AS(name, "invalid %s descriptor", kind);
+  if (!HasPlainHeader(*slot, tag)) return REEDID_ERR_AS(caller, "invalid %s descriptor", kind);
   unsigned length = 0;
   for (; length < kMaxText && slot->bytes[kDescriptorPayload + length] != kLineFeed; ++length) {
     text[length] = static_cast<char>(slot->bytes[kDescriptorPayload + length]);
@@ -26,8 +26,8 @@ int32_t GetText(const DtdSlot* slot, uint8_t tag, char* text, uint32_t textSize,
   return 0;
 }
 
-int32_t SetText(const char* text, uint8_t tag, DtdSlot* slot, const char* name) {
-  if (text == nullptr || slot == nullptr) return REEDID_ERR_AS(name, "invalid parameters");
+int32_t SetText(const char* text, uint8_t tag, DtdSlot* slot, Caller caller = {}) {
+  if (text == nullptr || slot == nullptr) return REEDID_ERR_AS(caller, "invalid parameters");
   BeginDescriptor(*slot, tag);
   uint8_t* payload = slot->bytes + kDescriptorPayload;
   unsigned length = 0;
@@ -43,25 +43,25 @@ int32_t SetText(const char* text, uint8_t tag, DtdSlot* slot, const char* name) 
 using namespace reedid;
 
 int32_t VESA_GetSerialNumber(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kSerialNumberDescriptor, text, textSize, __func__, "product serail number");
+  return GetText(slot, kSerialNumberDescriptor, text, textSize, "product serail number");
 }
 
 int32_t VESA_SetSerialNumber(const char* text, DtdSlot* slot) {
-  return SetText(text, kSerialNumberDescriptor, slot, __func__);
+  return SetText(text, kSerialNumberDescriptor, slot);
 }
 
 int32_t VESA_GetDataString(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kDataStringDescriptor, text, textSize, __func__, "alphanumeric data string");
+  return GetText(slot, kDataStringDescriptor, text, textSize, "alphanumeric data string");
 }
 
 int32_t VESA_SetDataString(const char* text, DtdSlot* slot) {
-  return SetText(text, kDataStringDescriptor, slot, __func__);
+  return SetText(text, kDataStringDescriptor, slot);
 }
 
 int32_t VESA_GetProductName(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kProductNameDescriptor, text, textSize, __func__, "product name string");
+  return GetText(slot, kProductNameDescriptor, text, textSize, "product name string");
 }
 
 int32_t VESA_SetProductName(const char* text, DtdSlot* slot) {
-  return SetText(text, kProductNameDescriptor, slot, __func__);
+  return SetText(text, kProductNameDescriptor, slot);
 }
