@@ -1,5 +1,5 @@
-// Reading and writing raw bytes: bits, bit ranges, little-endian numbers, a bounded view, and layouts that are written
-// once and serve both directions. All index arithmetic on bytes from outside goes through here.
+// Reading and writing raw bytes: bits, bit ranges, little-endian numbers and a bounded view. All index arithmetic on
+// bytes from outside goes through here and base/layout.h.
 #pragma once
 
 #include <cstddef>
@@ -67,46 +67,5 @@ inline void PutLe32(uint8_t* at, uint32_t value) {
   PutLe24(at, value);
   at[3] = Low8(value >> 24);
 }
-
-// A layout names each field with the places of its bits, least significant first, and is a template over one of the two
-// classes below: `io(timing.hactive, Place{2, 0, 8}, Place{4, 4, 4})` reads or writes 12 bits.
-struct Place {
-  uint8_t byte;
-  uint8_t low = 0;    // lowest bit
-  uint8_t width = 8;  // bits
-};
-
-class LayoutReader {
- public:
-  explicit constexpr LayoutReader(Bytes bytes) : bytes_(bytes) {}
-
-  template <class Field, class... Places>
-  constexpr void operator()(Field& field, Places... places) const {
-    unsigned value = 0;
-    unsigned shift = 0;
-    ((value |= Bits(bytes_[places.byte], places.low, places.width) << shift, shift += places.width), ...);
-    field = static_cast<Field>(value);
-  }
-
- private:
-  Bytes bytes_;
-};
-
-// Ors the low bits of each field into place: the bytes are cleared before a layout is written.
-class LayoutWriter {
- public:
-  explicit constexpr LayoutWriter(uint8_t* bytes) : bytes_(bytes) {}
-
-  template <class Field, class... Places>
-  constexpr void operator()(const Field& field, Places... places) const {
-    unsigned value = field;
-    ((bytes_[places.byte] = Low8(bytes_[places.byte] | Bits(value, 0, places.width) << places.low),
-      value >>= places.width),
-     ...);
-  }
-
- private:
-  uint8_t* bytes_;
-};
 
 }  // namespace reedid

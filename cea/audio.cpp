@@ -1,12 +1,13 @@
 // Audio Data Block (CTA-861, 7.5.2) and Speaker Allocation Data Block (7.5.3).
 //
 // Audio: header, then short audio descriptors of 3 bytes.
-//   1  format 6..3, channels - 1 2..0     (MPEG-H and the like use bit 7 too)
-//   2  sample rates 32, 44.1, 48, 88.2, 96, 176.4, 192 kHz in bits 0..6
-//   3  L-PCM: bit depths 16, 20, 24 in bits 0..2; formats 2..8: maximum bit rate / 8 kbit/s; 9..14: the format's own;
-//      15: extended format 7..3 and the format's own bits 2..0
+//   0  format 6..3, channels - 1 2..0
+//   1  sample rates in bits 0..6: 32, 44.1, 48, 88.2, 96, 176.4, 192 kHz
+//   2  what the format makes of it: L-PCM bit depths 16, 20, 24 in bits 0..2; extended formats their code in bits 7..3
 
-#include "base/bytes.h"
+#include <iterator>
+
+#include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
 
@@ -18,121 +19,66 @@ constexpr CeaForm kSpeaker = {kSpeakerTag, 0, 4, 31};
 constexpr unsigned kMaxSads = 10;
 constexpr unsigned kSadSize = 3;
 
+// What a format makes of the three bytes. Whatever it is, a reader takes the channels and bits 2..0 of the third byte,
+// which only some forms write.
+struct SadForm {
+  uint16_t first, last;     // format codes, kExtended + extended format codes
+  uint8_t rates = 0x7F;     // bits of the sample rates that it can state
+  uint8_t channelBase = 1;  // channels are stored less this
+  uint8_t channelBits = 3;
+  bool wide = false;  // two more bits of channels, in bit 7 of the first and of the second byte
+  bool depths = false;
+  uint8_t bitrateBits = 0, ownBits = 0;  // of the third byte
+};
+
+constexpr uint8_t kExtendedFormat = 15;
+constexpr uint16_t kExtended = 0x100;
+
+// The first row that has the code holds; codes that no format has are written as the rows of all others are.
+constexpr SadForm kSadForms[] = {
+    {.first = 2, .last = 8, .bitrateBits = 8},                                          // AC-3 to ATRAC
+    {.first = 9, .last = 13, .ownBits = 8},                                             // one-bit audio to DST
+    {.first = 14, .last = 14, .ownBits = 3},                                            // WMA Pro
+    {.first = 0, .last = 0xFF, .depths = true},                                         // L-PCM
+    {.first = kExtended + 4, .last = kExtended + 10, .rates = 0x1F, .ownBits = 3},      // MPEG-4 HE AAC and its kin
+    {.first = kExtended + 11, .last = kExtended + 11, .channelBase = 0, .ownBits = 2},  // MPEG-H 3D audio: a level
+    {.first = kExtended + 12, .last = kExtended + 12, .rates = 0x56, .channelBits = 0, .ownBits = 3},  // AC-4
+    {.first = kExtended + 13, .last = kExtended + 13, .wide = true, .depths = true},                   // L-PCM 3D audio
+    {.first = kExtended, .last = kExtended + 0xFF},
+};
+
+constexpr const SadForm& FormOf(uint8_t format, uint8_t extFormat) {
+  const unsigned code = format == kExtendedFormat ? kExtended + extFormat : format;
+  const SadForm* form = kSadForms;
+  while (code < form->first || code > form->last) ++form;
+  return *form;
+}
+
+constexpr uint8_t SadRecord::*kRates[] = {&SadRecord::rate32k,  &SadRecord::rate44k1, &SadRecord::rate48k,
+                                          &SadRecord::rate88k2, &SadRecord::rate96k,  &SadRecord::rate176k4,
+                                          &SadRecord::rate192k};
+
 template <class Io, class Sad>
-constexpr void RatesLayout(const Io& io, Sad& sad) {
-  io(sad.rate32k, Place{1, 0, 1});
-  io(sad.rate44k1, Place{1, 1, 1});
-  io(sad.rate48k, Place{1, 2, 1});
-  io(sad.rate88k2, Place{1, 3, 1});
-  io(sad.rate96k, Place{1, 4, 1});
-  io(sad.rate176k4, Place{1, 5, 1});
-  io(sad.rate192k, Place{1, 6, 1});
+constexpr void FormatLayout(const Io& io, Sad& sad) {
+  io(sad.formatCode, Place{0, 3, 4});
+  if (sad.formatCode == kExtendedFormat) io(sad.extFormatCode, Place{2, 3, 5});
 }
 
 template <class Io, class Sad>
-constexpr void DepthsLayout(const Io& io, Sad& sad) {
-  io(sad.bits16, Place{2, 0, 1});
-  io(sad.bits20, Place{2, 1, 1});
-  io(sad.bits24, Place{2, 2, 1});
-}
-
-// How a format uses byte 3, and an extended format the other two.
-enum class SadForm { kPlain, kBitrate, kByte, kLow3, kExtLow3, kExtAmbisonic, kExtAc4, kExtPcm3d, kExtPlain };
-
-SadForm FormOf(uint8_t format, uint8_t extFormat) {
-  if (format >= 2 && format <= 8) return SadForm::kBitrate;
-  if (format >= 9 && format <= 13) return SadForm::kByte;
-  if (format == 14) return SadForm::kLow3;
-  if (format != 15) return SadForm::kPlain;
-  if (extFormat >= 4 && extFormat <= 10) return SadForm::kExtLow3;  // MPEG-4 HE AAC and its kin
-  if (extFormat == 11) return SadForm::kExtAmbisonic;               // MPEG-H 3D audio: a level in place of channels
-  if (extFormat == 12) return SadForm::kExtAc4;
-  if (extFormat == 13) return SadForm::kExtPcm3d;  // L-PCM 3D: five bits of channels
-  return SadForm::kExtPlain;
-}
-
-SadRecord DecodeSad(Bytes b) {
-  SadRecord sad = {};
-  const LayoutReader reader(b);
-  sad.formatCode = Low8(Bits(b[0], 3, 4));
-  sad.channels = Low8((b[0] & 7) + 1);
-  RatesLayout(reader, sad);
-  DepthsLayout(reader, sad);
-  const uint8_t extFormat = sad.formatCode == 15 ? b[2] >> 3 : 0;
-  sad.extFormatCode = extFormat;
-  switch (FormOf(sad.formatCode, extFormat)) {
-    case SadForm::kBitrate:
-      sad.maxBitrate = b[2];
-      break;
-    case SadForm::kByte:
-      sad.formatDependent = b[2];
-      break;
-    case SadForm::kLow3:
-      sad.formatDependent = b[2] & 7;
-      break;
-    case SadForm::kExtLow3:
-      sad.rate176k4 = sad.rate192k = 0;
-      sad.formatDependent = b[2] & 7;
-      break;
-    case SadForm::kExtAmbisonic:
-      sad.channels = b[0] & 7;
-      sad.formatDependent = b[2] & 3;
-      break;
-    case SadForm::kExtAc4:
-      sad.rate32k = sad.rate88k2 = sad.rate176k4 = 0;
-      sad.formatDependent = b[2] & 7;
-      break;
-    case SadForm::kExtPcm3d:
-      sad.channels = Low8((b[0] & 7) + 1 + 8 * Bit(b[0], 7) + 16 * Bit(b[1], 7));
-      break;
-    case SadForm::kPlain:
-    case SadForm::kExtPlain:
-      break;
+constexpr void SadLayout(const Io& io, Sad& sad) {
+  FormatLayout(io, sad);
+  const SadForm& form = FormOf(sad.formatCode, sad.extFormatCode);
+  const uint8_t channelBits = Io::kReads ? uint8_t{3} : form.channelBits;
+  Above(io, sad.channels, form.channelBase, Place{0, 0, channelBits}, Place{0, 7, form.wide}, Place{1, 7, form.wide});
+  for (uint8_t i = 0; i < std::size(kRates); ++i) {
+    io(sad.*kRates[i], Place{1, i, Bit(form.rates, i)});
   }
-  return sad;
-}
-
-void EncodeSad(const SadRecord& sad, uint8_t* b) {
-  const LayoutWriter writer(b);
-  const unsigned channels = sad.channels - 1u;
-  b[0] = Low8(Bits(sad.formatCode, 0, 4) << 3 | (channels & 7));
-  RatesLayout(writer, sad);
-  const SadForm form = FormOf(sad.formatCode, sad.extFormatCode);
-  if (sad.formatCode == 15) b[2] = Low8(sad.extFormatCode << 3);
-  switch (form) {
-    case SadForm::kPlain:
-      DepthsLayout(writer, sad);
-      break;
-    case SadForm::kBitrate:
-      b[2] = sad.maxBitrate;
-      break;
-    case SadForm::kByte:
-      b[2] = sad.formatDependent;
-      break;
-    case SadForm::kLow3:
-      b[2] = sad.formatDependent & 7;
-      break;
-    case SadForm::kExtLow3:
-      b[1] &= 0x9F;
-      b[2] = Low8(b[2] | (sad.formatDependent & 7));
-      break;
-    case SadForm::kExtAmbisonic:
-      b[0] = Low8((b[0] & ~7) | (sad.channels & 7));
-      b[2] = Low8(b[2] | (sad.formatDependent & 3));
-      break;
-    case SadForm::kExtAc4:
-      b[0] &= 0xF8;
-      b[1] &= 0xD6;  // 32, 88.2 and 176.4 kHz
-      b[2] = Low8(b[2] | (sad.formatDependent & 7));
-      break;
-    case SadForm::kExtPcm3d:
-      b[0] = Low8(b[0] | Bit(channels, 3) << 7);
-      b[1] = Low8(b[1] | Bit(channels, 4) << 7);
-      DepthsLayout(writer, sad);
-      break;
-    case SadForm::kExtPlain:
-      break;
-  }
+  const uint8_t depthBits = Io::kReads || form.depths;
+  io(sad.bits16, Place{2, 0, depthBits});
+  io(sad.bits20, Place{2, 1, depthBits});
+  io(sad.bits24, Place{2, 2, depthBits});
+  io(sad.maxBitrate, Place{2, 0, form.bitrateBits});
+  io(sad.formatDependent, Place{2, 0, form.ownBits});
 }
 
 // Three bytes of flags (CTA-861, table 59).
@@ -170,7 +116,7 @@ int32_t CEA_GetADB(const CeaDataBlock* entry, AdbRecord* record) {
   *record = {};
   record->sadCount = Low8((entry->size - 1u) / kSadSize);
   for (unsigned i = 0; i < record->sadCount; ++i) {
-    record->sads[i] = DecodeSad(BytesOf(*entry).From(1 + kSadSize * i));
+    SadLayout(LayoutReader(BytesOf(*entry).From(1 + kSadSize * i)), record->sads[i]);
   }
   return 0;
 }
@@ -178,7 +124,8 @@ int32_t CEA_GetADB(const CeaDataBlock* entry, AdbRecord* record) {
 int32_t CEA_SetADB(const AdbRecord* record, CeaDataBlock* entry) {
   if (record == nullptr || !CanHold(entry) || record->sadCount > kMaxSads) return REEDID_ERR("invalid parameters");
   BeginDataBlock(*entry, kAudio, kSadSize * record->sadCount + 1);
-  for (unsigned i = 0; i < record->sadCount; ++i) EncodeSad(record->sads[i], entry->bytes + 1 + kSadSize * i);
+  for (unsigned i = 0; i < record->sadCount; ++i)
+    SadLayout(LayoutWriter(entry->bytes + 1 + kSadSize * i), record->sads[i]);
   return 0;
 }
 

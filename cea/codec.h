@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "reedid/cea.h"
 

@@ -3,7 +3,7 @@
 // Colorimetry:      1 extended tag 5, 2 eight flags, 3 metadata profiles 3..0, ICtCp 6, DCI-P3 7
 // Video capability: 1 extended tag 0, 2 QY 7, QS 6, S_PT 5..4, S_IT 3..2, S_CE 1..0
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
 

@@ -22,7 +22,7 @@
 
 #include <cstring>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
 
@@ -40,13 +40,13 @@ bool HasOui(const CeaDataBlock& entry, const uint8_t* oui) {
   return std::memcmp(entry.bytes + 1, oui, 3) == 0;
 }
 
-Failure BadOui(const CeaDataBlock& entry, const char* name) {
-  return REEDID_ERR_AS(name, "invalid OUI(%02X%02X%02x)", entry.bytes[3], entry.bytes[2], entry.bytes[1]);
+Failure BadOui(const CeaDataBlock& entry, Caller caller = {}) {
+  return REEDID_ERR_AS(caller, "invalid OUI(%02X%02X%02x)", entry.bytes[3], entry.bytes[2], entry.bytes[1]);
 }
 
-// Bytes 6 and 8 of the 1.4b block; a reader of a shorter block gets zeroes.
+// Bytes 4..8 of the 1.4b block; a reader of a shorter block gets zeroes.
 template <class Io, class Record>
-constexpr void H14bLayout(const Io& io, Record& r) {
+constexpr void H14bFixedLayout(const Io& io, Record& r) {
   io(r.physAddr, Place{5}, Place{4});
   io(r.supportsAI, Place{6, 7, 1});
   io(r.DC_48bit, Place{6, 6, 1});
@@ -54,54 +54,45 @@ constexpr void H14bLayout(const Io& io, Record& r) {
   io(r.DC_30bit, Place{6, 4, 1});
   io(r.DC_Y444, Place{6, 3, 1});
   io(r.DVI_Dual, Place{6, 0, 1});
+  Scaled(io, r.max_TMDS_Clock, 5, Place{7});
   io(r.latencyPresent, Place{8, 7, 1});
   io(r.iLatencyPresent, Place{8, 6, 1});
   io(r.hdmiVideoPresent, Place{8, 5, 1});
   for (uint8_t i = 0; i < 4; ++i) io(r.cnc[i], Place{8, i, 1});
 }
 
-constexpr uint16_t LatencyOf(uint8_t code) {
-  return Low16(code == 0 ? 0 : (code - 1) * 2);
+template <class Io, class Field>
+constexpr void Latency(const Io& io, Field& milliseconds, unsigned at) {
+  Coded(
+      io, milliseconds, [](uint32_t code) { return code == 0 ? 0 : (code - 1) * 2; },
+      [](uint32_t value) { return value == 0 ? 0 : value / 2 + 1; }, Place{Low8(at)});
 }
 
-constexpr uint8_t LatencyCode(uint16_t milliseconds) {
-  return milliseconds == 0 ? uint8_t{0} : Low8(milliseconds / 2 + 1);
-}
-
-// Reads the latencies and returns where the video part begins. The interlaced pair is taken whenever the block is long
-// enough for it, without asking its flag; writing follows the same rule.
-unsigned ReadLatencies(Bytes b, H14bRecord& r) {
-  if (!r.latencyPresent || b.size() < 11) return kLatencyByte;
-  r.videoLatency = LatencyOf(b[9]);
-  r.audioLatency = LatencyOf(b[10]);
-  if (b.size() < 13) return kLatencyByte + 2;
-  r.iVideoLatency = LatencyOf(b[11]);
-  r.iAudioLatency = LatencyOf(b[12]);
+// Gives back where the video part begins. The interlaced pair is read whenever the block is long enough for it, without
+// asking its flag, and written with the other one.
+template <class Io, class Record>
+constexpr unsigned LatencyLayout(const Io& io, Record& r, unsigned size) {
+  if (!Bit(r.latencyPresent, 0) || size < 11) return kLatencyByte;
+  Latency(io, r.videoLatency, kLatencyByte);
+  Latency(io, r.audioLatency, kLatencyByte + 1);
+  if (size < 13) return kLatencyByte + 2;
+  Latency(io, r.iVideoLatency, kLatencyByte + 2);
+  Latency(io, r.iAudioLatency, kLatencyByte + 3);
   return kLatencyByte + 4;
 }
 
-unsigned WriteLatencies(const H14bRecord& r, uint8_t* b) {
-  if (!Bit(r.latencyPresent, 0)) return kLatencyByte;
-  b[9] = LatencyCode(r.videoLatency);
-  b[10] = LatencyCode(r.audioLatency);
-  b[11] = LatencyCode(r.iVideoLatency);
-  b[12] = LatencyCode(r.iAudioLatency);
-  return kLatencyByte + 4;
+template <class Io, class Record>
+constexpr void HdmiVideoLayout(const Io& io, Record& r, unsigned at, unsigned size) {
+  if (!Bit(r.hdmiVideoPresent, 0) || at + 1 >= size) return;
+  io(r.imageSize, Place{Low8(at), 3, 2});
+  io(r.hdmiVicLen, Place{Low8(at + 1), 5, 3});
+  for (unsigned i = 0; i < r.hdmiVicLen; ++i) io(r.hdmiVics[i], Place{Low8(at + 2 + i)});
 }
 
-void ReadHdmiVideo(Bytes b, unsigned at, H14bRecord& r) {
-  if (!r.hdmiVideoPresent || at + 1 >= b.size()) return;
-  r.imageSize = Low8(Bits(b[at], 3, 2));
-  r.hdmiVicLen = Low8(Bits(b[at + 1], 5, 3));
-  const Bytes vics = b.From(at + 2).First(r.hdmiVicLen);
-  if (vics.size() > 0) std::memcpy(r.hdmiVics, vics.data(), vics.size());
-}
-
-void WriteHdmiVideo(const H14bRecord& r, uint8_t* b) {
-  if (!Bit(r.hdmiVideoPresent, 0)) return;
-  b[0] = Low8(Bits(r.imageSize, 0, 2) << 3);
-  b[1] = Low8(r.hdmiVicLen << 5);
-  std::memcpy(b + 2, r.hdmiVics, r.hdmiVicLen);
+template <class Io, class Record>
+constexpr void H14bLayout(const Io& io, Record& r, unsigned size) {
+  H14bFixedLayout(io, r);
+  HdmiVideoLayout(io, r, LatencyLayout(io, r, size), size);
 }
 
 unsigned H14bSize(const H14bRecord& r) {
@@ -112,6 +103,7 @@ unsigned H14bSize(const H14bRecord& r) {
 template <class Io, class Record>
 constexpr void HfBaseLayout(const Io& io, Record& r) {
   io(r.version, Place{4});
+  Scaled(io, r.TMDS_Character_Rate, 5, Place{5});
   io(r.scdcPresent, Place{6, 7, 1});
   io(r.rrCapable, Place{6, 6, 1});
   io(r.ccbpci, Place{6, 4, 1});
@@ -154,24 +146,24 @@ constexpr void HfDscLayout(const Io& io, Record& r) {
 }
 
 // Values that contradict each other are the caller's to mend; they are reported and written all the same.
-void ReportHfRates(const HfVsdbRecord& r, const char* name) {
+void ReportHfRates(const HfVsdbRecord& r, Caller caller = {}) {
   const unsigned needed = r.Max_FRL_Rate == 0 ? 0 : r.Max_FRL_Rate == 1 ? 300 : 600;
   if (r.TMDS_Character_Rate < needed) {
-    REEDID_ERR_AS(name, "invalid FRL_Rate %d or TMDS_Character_Rate %d", r.Max_FRL_Rate, r.TMDS_Character_Rate);
+    REEDID_ERR_AS(caller, "invalid FRL_Rate %d or TMDS_Character_Rate %d", r.Max_FRL_Rate, r.TMDS_Character_Rate);
   }
 }
 
-void ReportVrr(const HfVsdbRecord& r, const char* name) {
-  if (r.VRRmin > 48) REEDID_ERR_AS(name, "invalid VRRmin %d", r.VRRmin);
-  if (r.VRRmax < 100) REEDID_ERR_AS(name, "invalid VRRmax %d", r.VRRmax);
+void ReportVrr(const HfVsdbRecord& r, Caller caller = {}) {
+  if (r.VRRmin > 48) REEDID_ERR_AS(caller, "invalid VRRmin %d", r.VRRmin);
+  if (r.VRRmax < 100) REEDID_ERR_AS(caller, "invalid VRRmax %d", r.VRRmax);
 }
 
-void ReportDsc(const HfVsdbRecord& r, const char* name) {
+void ReportDsc(const HfVsdbRecord& r, Caller caller = {}) {
   if (r.Max_FRL_Rate == 0 || r.DSC_Max_FRL_Rate == 0) {
-    REEDID_ERR_AS(name, "should set Max_FRL_Rate > 0 and DSC_Max_FRL_Rate > 0 when DSC_1p2=1");
+    REEDID_ERR_AS(caller, "should set Max_FRL_Rate > 0 and DSC_Max_FRL_Rate > 0 when DSC_1p2=1");
   }
-  if (r.DSC_MaxSlices == 0) REEDID_ERR_AS(name, "should set DSC_MaxSlices > 0 when DSC_1p2=1");
-  if (r.DSC_TotalChunkKBytes == 0) REEDID_ERR_AS(name, "should set DSC_TotalChunkKBytes > 0 when DSC_1p2=1");
+  if (r.DSC_MaxSlices == 0) REEDID_ERR_AS(caller, "should set DSC_MaxSlices > 0 when DSC_1p2=1");
+  if (r.DSC_TotalChunkKBytes == 0) REEDID_ERR_AS(caller, "should set DSC_TotalChunkKBytes > 0 when DSC_1p2=1");
 }
 
 }  // namespace
@@ -190,12 +182,9 @@ int32_t CEA_GetVSDBType(const CeaDataBlock* entry) {
 
 int32_t CEA_GetH14bVSDB(const CeaDataBlock* entry, H14bRecord* record) {
   if (!Matches(entry, kHdmi14b) || record == nullptr) return REEDID_ERR("invalid parameters");
-  if (!HasOui(*entry, kHdmi14bOui)) return BadOui(*entry, __func__);
+  if (!HasOui(*entry, kHdmi14bOui)) return BadOui(*entry);
   *record = {};
-  const Bytes bytes = BytesOf(*entry);
-  H14bLayout(LayoutReader(bytes), *record);
-  record->max_TMDS_Clock = Low16(bytes[7] * 5);
-  ReadHdmiVideo(bytes, ReadLatencies(bytes, *record), *record);
+  H14bLayout(LayoutReader(BytesOf(*entry)), *record, entry->size);
   return 0;
 }
 
@@ -204,24 +193,20 @@ int32_t CEA_SetH14bVSDB(const H14bRecord* record, CeaDataBlock* entry) {
     return REEDID_ERR("invalid parameters");
   }
   const LayoutWriter writer = BeginDataBlock(*entry, kHdmi14b, H14bSize(*record));
-  uint8_t* bytes = entry->bytes;
-  std::memcpy(bytes + 1, kHdmi14bOui, sizeof kHdmi14bOui);
+  std::memcpy(entry->bytes + 1, kHdmi14bOui, sizeof kHdmi14bOui);
   if (record->physAddr == 0x0000 || record->physAddr == 0xFFFF) REEDID_WARN("invalid phyaddr: %04X", record->physAddr);
   if (record->max_TMDS_Clock < 25) REEDID_ERR("invalid max_TMDS_Clock: %dMHz", record->max_TMDS_Clock);
-  H14bLayout(writer, *record);
-  bytes[7] = Low8(record->max_TMDS_Clock / 5);
-  WriteHdmiVideo(*record, bytes + WriteLatencies(*record, bytes));
+  H14bLayout(writer, *record, kCeaDataBlockRoom);
   return 0;
 }
 
 int32_t CEA_GetHFVSDB(const CeaDataBlock* entry, HfVsdbRecord* record) {
   if (!Matches(entry, kHdmiForum) || record == nullptr) return REEDID_ERR("invalid parameters");
-  if (!HasOui(*entry, kHdmiForumOui)) return BadOui(*entry, __func__);
+  if (!HasOui(*entry, kHdmiForumOui)) return BadOui(*entry);
   *record = {};
   const Bytes bytes = BytesOf(*entry);
   const LayoutReader reader(bytes);
   HfBaseLayout(reader, *record);
-  record->TMDS_Character_Rate = Low16(bytes[5] * 5);
   HfVrrFlagsLayout(reader, *record);
   if (bytes.size() >= 11) HfVrrLayout(reader, *record);
   if (bytes.size() >= 14) {
@@ -236,20 +221,20 @@ int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry) {
   const LayoutWriter writer = BeginDataBlock(*entry, kHdmiForum, 8);
   uint8_t* bytes = entry->bytes;
   std::memcpy(bytes + 1, kHdmiForumOui, sizeof kHdmiForumOui);
-  ReportHfRates(*record, __func__);
+  ReportHfRates(*record);
   HfBaseLayout(writer, *record);
-  bytes[5] = Low8(record->TMDS_Character_Rate / 5);
   HfVrrFlagsLayout(writer, *record);
   unsigned size = bytes[8] != 0 ? 9 : 8;
   if (record->VRRmax != 0) {
-    ReportVrr(*record, __func__);
+    ReportVrr(*record);
     HfVrrLayout(writer, *record);
     size = 11;
   }
   if (Bit(record->DSC_1p2, 0)) {
-    ReportDsc(*record, __func__);
+    ReportDsc(*record);
     HfDscLayout(writer, *record);
-    bytes[13] = Low8((record->DSC_TotalChunkKBytes & 0x3F) - 1);  // 64 KiB wraps to 0xFF, as readers of it expect
+    // 64 KiB wraps to 0xFF: odd on purpose, docs/oddities.md.
+    bytes[13] = Low8((record->DSC_TotalChunkKBytes & 0x3F) - 1);
     size = 14;
   }
   entry->size = Low8(size);

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
 

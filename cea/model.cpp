@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/list.h"
 #include "base/log.h"
 #include "base/memory.h"
@@ -80,7 +80,7 @@ uint8_t CountDtds(Bytes bytes, uint8_t dtdOffset) {
   return count;
 }
 
-bool ReadCollection(Bytes bytes, CeaBlock& model, const char* name) {
+bool ReadCollection(Bytes bytes, CeaBlock& model, Caller caller = {}) {
   const uint8_t count = WalkCollection(bytes, model.dtdOffset, [](unsigned, uint8_t) {});
   if (count == 0) return true;
   model.dataBlocks = AllocateZeroed<CeaDataBlock>(count);
@@ -92,28 +92,28 @@ bool ReadCollection(Bytes bytes, CeaBlock& model, const char* name) {
     entry->extTag = entry->tag == kExtendedTag ? bytes[at + 1] : uint8_t{0};
     entry->size = size;
     entry->bytes = CopyBytes(bytes.data() + at, size);
-    if (entry->bytes == nullptr) REEDID_ERR_AS(name, "malloc fail");  // the entry stays, without bytes
+    if (entry->bytes == nullptr) REEDID_ERR_AS(caller, "malloc fail");  // the entry stays, without bytes
     ++entry;
   });
   return true;
 }
 
-void ReadDtds(Bytes bytes, CeaBlock& model, const char* name) {
+void ReadDtds(Bytes bytes, CeaBlock& model, Caller caller = {}) {
   model.dtdCount = CountDtds(bytes, model.dtdOffset);
   if (model.dtdCount == 0) return;
   model.dtds = AllocateZeroed<DtdSlot>(model.dtdCount);
   if (model.dtds == nullptr) {
-    REEDID_ERR_AS(name, "malloc fail");  // the count stays; every walk over dtds asks for the array first
+    REEDID_ERR_AS(caller, "malloc fail");  // the count stays; every walk over dtds asks for the array first
     return;
   }
   for (unsigned i = 0; i < model.dtdCount; ++i) model.dtds[i] = SlotAt(bytes, model.dtdOffset + kDtdSize * i);
 }
 
 // Writes the collection and returns where the DTDs begin.
-uint8_t WriteCollection(const CeaBlock& model, uint8_t* bytes, const char* name) {
+uint8_t WriteCollection(const CeaBlock& model, uint8_t* bytes, Caller caller = {}) {
   unsigned offset = kCollectionStart;  // where the block at hand begins
   unsigned last = kCollectionStart;    // where the last written, or the refused, block began
-  uint8_t lastSize = 0;                // size of the collection's last entry, whichever was refused
+  uint8_t lastSize = 0;                // of the last entry that has bytes, written or not
   bool full = false;
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     const CeaDataBlock& entry = model.dataBlocks[i];
@@ -122,7 +122,7 @@ uint8_t WriteCollection(const CeaBlock& model, uint8_t* bytes, const char* name)
     if (full) continue;
     last = offset;
     if (offset + entry.size > kLastBlockEnd) {
-      REEDID_ERR_AS(name, "datablock[%d] outof range, offset=%u, length=%u", i, offset, entry.size);
+      REEDID_ERR_AS(caller, "datablock[%d] outof range, offset=%u, length=%u", i, offset, entry.size);
       full = true;
       continue;
     }
@@ -132,11 +132,11 @@ uint8_t WriteCollection(const CeaBlock& model, uint8_t* bytes, const char* name)
   return Low8(last + lastSize);
 }
 
-void WriteDtds(const CeaBlock& model, unsigned at, uint8_t* bytes, const char* name) {
+void WriteDtds(const CeaBlock& model, unsigned at, uint8_t* bytes, Caller caller = {}) {
   if (model.dtds == nullptr) return;
   for (unsigned i = 0; i < model.dtdCount; ++i, at += kDtdSize) {
     if (at + kDtdSize > kDataEnd) {
-      REEDID_ERR_AS(name, "DTD[%d] outof range", i);
+      REEDID_ERR_AS(caller, "DTD[%d] outof range", i);
       return;
     }
     std::memcpy(bytes + at, model.dtds[i].bytes, kDtdSize);
@@ -145,11 +145,11 @@ void WriteDtds(const CeaBlock& model, unsigned at, uint8_t* bytes, const char* n
 
 // Inserts into one of the model's two lists and pays for it from the free space.
 template <class T>
-int32_t Insert(CeaBlock& model, List<T> list, const T& entry, uint8_t size, uint32_t index, const char* name) {
+int32_t Insert(CeaBlock& model, List<T> list, const T& entry, uint8_t size, uint32_t index, Caller caller = {}) {
   ListResult result = list.Insert(entry, index);
   // A count that wraps to 0 starts the list anew.
   if (result == ListResult::kFull && !list.StartOver()) result = ListResult::kNoMemory;
-  if (result == ListResult::kNoMemory) return REEDID_ERR_AS(name, "malloc fail");
+  if (result == ListResult::kNoMemory) return REEDID_ERR_AS(caller, "malloc fail");
   model.freeSpace = Low8(model.freeSpace - size);
   return 0;
 }
@@ -169,16 +169,16 @@ CeaBlock* CEA_Open(const EdidBlock* block) {
   if (model == nullptr) return REEDID_ERR("malloc fail");
 
   model->checksum = bytes[127];
-  model->checksumValid = CheckChecksum(bytes.data(), kEdidBlockSize, __func__);
+  model->checksumValid = CheckChecksum(bytes.data(), kEdidBlockSize);
   model->revision = bytes[1];
   model->dtdOffset = bytes[2];
   FlagsLayout(LayoutReader(bytes), *model);
   model->nativeDtdCount = bytes[3] & 0x0F;
-  if (!ReadCollection(bytes, *model, __func__)) {
+  if (!ReadCollection(bytes, *model)) {
     CEA_Close(model);
     return REEDID_ERR("malloc fail");
   }
-  ReadDtds(bytes, *model, __func__);
+  ReadDtds(bytes, *model);
   // Bytes between the last data block and the first DTD are padding of the block's author, not free space.
   if (HasDtdOffset(model->dtdOffset)) model->freeSpace = Low8(kDataEnd - model->dtdOffset - kDtdSize * model->dtdCount);
   return model;
@@ -204,8 +204,8 @@ int32_t CEA_GenerateBlock(const CeaBlock* model, EdidBlock* out) {
   bytes[1] = model->revision;
   bytes[3] = model->nativeDtdCount;  // unmasked: a count above 15 spills into the flags
   FlagsLayout(LayoutWriter(bytes), *model);
-  const uint8_t dtdStart = WriteCollection(*model, bytes, __func__);
-  WriteDtds(*model, dtdStart, bytes, __func__);
+  const uint8_t dtdStart = WriteCollection(*model, bytes);
+  WriteDtds(*model, dtdStart, bytes);
   bytes[2] = std::min<uint8_t>(dtdStart, 126);
   bytes[127] = Low8(GetChecksum(bytes, kEdidBlockSize));
   return 0;
@@ -218,7 +218,7 @@ int32_t CEA_AddDataBlock(CeaBlock* model, const CeaDataBlock* block, uint32_t in
   if (block->size > model->freeSpace) {
     return REEDID_ERR("not enough space, free %d, need %d", model->freeSpace, block->size);
   }
-  return Insert(*model, List(model->dataBlocks, model->dataBlockCount), *block, block->size, index, __func__);
+  return Insert(*model, List(model->dataBlocks, model->dataBlockCount), *block, block->size, index);
 }
 
 int32_t CEA_DeleteDataBlock(CeaBlock* model, const CeaDataBlock* entry) {
@@ -256,7 +256,7 @@ CeaDataBlock* CEA_FindDataBlock(const CeaBlock* model, uint32_t tag, uint32_t ex
 int32_t CEA_AddDTD(CeaBlock* model, const DtdSlot* slot, uint32_t index) {
   if (model == nullptr || slot == nullptr || slot->flag != kDtdSlotFlag) return REEDID_ERR("invalid parameters");
   if (model->freeSpace < kDtdSize) return REEDID_ERR("not enough space, free %d, need 18", model->freeSpace);
-  return Insert(*model, List(model->dtds, model->dtdCount), *slot, kDtdSize, index, __func__);
+  return Insert(*model, List(model->dtds, model->dtdCount), *slot, kDtdSize, index);
 }
 
 int32_t CEA_DeleteDTD(CeaBlock* model, const DtdSlot* slot) {

@@ -1,12 +1,11 @@
-// What every data block codec of a DisplayID section starts with: the check of a getter, the header of a
-// setter, and the ways in which these blocks store numbers.
+// What every data block codec of a DisplayID section starts with: the check of a getter and the header of a setter.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 #include <optional>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "reedid/displayid.h"
 
@@ -82,40 +81,6 @@ inline LayoutWriter BeginDataBlock(DispIdDataBlock& entry, const DispIdHeader& h
   entry.bytes[1] = HeaderByte(entry);
   entry.bytes[2] = Low8(payload);
   return LayoutWriter(entry.bytes);
-}
-
-// A field whose bytes hold a code for it: `decode` and `encode` are each other's reverse, whichever the layout needs.
-template <class Field, class Decode, class Encode, class... Places>
-constexpr void Coded(const LayoutReader& io, Field& field, Decode decode, Encode, Places... places) {
-  uint32_t code = 0;
-  io(code, places...);
-  field = static_cast<Field>(decode(code));
-}
-
-template <class Field, class Decode, class Encode, class... Places>
-constexpr void Coded(const LayoutWriter& io, const Field& field, Decode, Encode encode, Places... places) {
-  io(static_cast<uint32_t>(encode(uint32_t{field})), places...);
-}
-
-// Stored as field / unit - 1, as DisplayID stores whatever cannot be 0.
-template <class Io, class Field, class... Places>
-constexpr void Scaled(const Io& io, Field& field, uint32_t unit, Places... places) {
-  Coded(
-      io, field, [unit](uint32_t code) { return (code + 1) * unit; },
-      [unit](uint32_t value) { return value / unit - 1; }, places...);
-}
-
-template <class Io, class Field, class... Places>
-constexpr void LessOne(const Io& io, Field& field, Places... places) {
-  Scaled(io, field, 1, places...);
-}
-
-// Stored as the distance from `base`.
-template <class Io, class Field, class... Places>
-constexpr void Above(const Io& io, Field& field, uint32_t base, Places... places) {
-  Coded(
-      io, field, [base](uint32_t code) { return code + base; }, [base](uint32_t value) { return value - base; },
-      places...);
 }
 
 }  // namespace reedid

@@ -1,15 +1,14 @@
 // Descriptors that follow one another in the payload of a timing data block. A form describes one kind: `kBlank` is a
 // record before it is read, Layout() the places of its fields (for a reader and a writer), SizeOf() the bytes of a
-// record, SizeAt() those of the descriptor that `payload` begins with, and Check() reports a record that it cannot
-// hold.
+// record, SizeAt() those of the descriptor that `payload` begins with, and FitOf() whether it can hold a record.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "base/bytes.h"
 #include "base/log.h"
 #include "displayid/codec.h"
+#include "timing/dtd.h"
 
 namespace reedid {
 
@@ -31,6 +30,16 @@ constexpr unsigned FormulaTimingSize(const DispIdDataBlock& entry) {
   return kTypeIxSize + (entry.tag == kTypeXTag ? Bits(entry.headerFlags, 1, 3) : 0);
 }
 
+// Only a bad image size is written all the same.
+enum class Fit { kGood, kBadImageSize, kBadFormula, kBadTiming };
+
+constexpr Fit GoodIf(bool fits) {
+  return fits ? Fit::kGood : Fit::kBadTiming;
+}
+
+// Reports a timing that a descriptor cannot hold; for a DtdTiming there is one in timing/dtd.h.
+Failure RefuseTiming(const CvtTiming& timing, Caller caller);
+
 template <class Form, class Record>
 int32_t ReadDescriptors(const Form& form, const DispIdDataBlock& entry, Record* records, uint32_t requested) {
   const int32_t count = DispID_GetTimingCnt(&entry);
@@ -48,10 +57,13 @@ int32_t ReadDescriptors(const Form& form, const DispIdDataBlock& entry, Record* 
 // Ends at the first record that does not fit; the header and the descriptors before it stay.
 template <class Form, class Record>
 int32_t WriteDescriptors(const Form& form, const Record* records, uint32_t count, DispIdDataBlock& entry,
-                         const char* name) {
+                         Caller caller = {}) {
   uint8_t* at = entry.bytes + kDispIdHeaderSize;
   for (uint32_t i = 0; i < count; ++i) {
-    if (!form.Check(records[i], name)) return -1;
+    const Fit fit = form.FitOf(records[i]);
+    if (fit == Fit::kBadTiming) return RefuseTiming(records[i], caller);
+    if (fit != Fit::kGood) REEDID_ERR_AS(caller, "invalid parameters");
+    if (fit == Fit::kBadFormula) return -1;
     form.Layout(LayoutWriter(at), records[i]);
     at += form.SizeOf(records[i]);
   }

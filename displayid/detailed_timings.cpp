@@ -18,7 +18,6 @@
 #include "base/log.h"
 #include "displayid/codec.h"
 #include "displayid/descriptors.h"
-#include "timing/dtd.h"
 
 namespace reedid {
 namespace {
@@ -38,11 +37,6 @@ constexpr bool Within(uint32_t value, uint32_t max) {
   return value >= 1 && value <= max;
 }
 
-bool Report(const DtdTiming& t, const char* name) {
-  REEDID_ERR_AS(name, "invalid timing: %ux%u@%u %uKHz", t.hactive, t.vactive, RateForMessage(t), t.pixelClock);
-  return false;
-}
-
 struct TypeI : FixedSize<kTypeISize> {
   static constexpr DtdTiming kBlank = {};
   uint32_t clockUnit;  // kHz
@@ -51,7 +45,7 @@ struct TypeI : FixedSize<kTypeISize> {
 
   template <class Io, class Timing>
   constexpr void Layout(const Io& io, Timing& t) const {
-    Scaled(io, t.pixelClock, clockUnit, Place{0}, Place{1}, Place{2});
+    ScaledLessOne(io, t.pixelClock, clockUnit, Place{0}, Place{1}, Place{2});
     io(t.preferred, Place{3, 7, 1});
     io(t.interlaced, Place{3, 4, 1});
     io(t.aspectRatio, Place{3, 0, 4});
@@ -67,11 +61,11 @@ struct TypeI : FixedSize<kTypeISize> {
     LessOne(io, t.vsyncWidth, Place{18}, Place{19});
   }
 
-  bool Check(const DtdTiming& t, const char* name) const {
+  constexpr Fit FitOf(const DtdTiming& t) const {
     const bool fits = Within(t.pixelClock / clockUnit, kClocks24) && t.hactive != 0 && t.hblank != 0 &&
                       t.hsyncWidth != 0 && t.vactive != 0 && t.vblank != 0 && t.vsyncWidth != 0 &&
                       Within(t.hfrontPorch, 0x8000) && Within(t.vfrontPorch, 0x8000);
-    return fits || Report(t, name);
+    return GoodIf(fits);
   }
 };
 
@@ -80,27 +74,27 @@ struct TypeIi : FixedSize<kTypeIiSize> {
 
   template <class Io, class Timing>
   constexpr void Layout(const Io& io, Timing& t) const {
-    Scaled(io, t.pixelClock, 10, Place{0}, Place{1}, Place{2});
+    ScaledLessOne(io, t.pixelClock, 10, Place{0}, Place{1}, Place{2});
     io(t.preferred, Place{3, 7, 1});
     io(t.interlaced, Place{3, 4, 1});
     io(t.hsyncPositive, Place{3, 3, 1});
     io(t.vsyncPositive, Place{3, 2, 1});
-    Scaled(io, t.hactive, 8, Place{4}, Place{5, 0, 1});
-    Scaled(io, t.hblank, 8, Place{5, 1, 7});
-    Scaled(io, t.hfrontPorch, 8, Place{6, 4, 4});
-    Scaled(io, t.hsyncWidth, 8, Place{6, 0, 4});
+    ScaledLessOne(io, t.hactive, 8, Place{4}, Place{5, 0, 1});
+    ScaledLessOne(io, t.hblank, 8, Place{5, 1, 7});
+    ScaledLessOne(io, t.hfrontPorch, 8, Place{6, 4, 4});
+    ScaledLessOne(io, t.hsyncWidth, 8, Place{6, 0, 4});
     LessOne(io, t.vactive, Place{7}, Place{8, 0, 4});
     LessOne(io, t.vblank, Place{9});
     LessOne(io, t.vfrontPorch, Place{10, 4, 4});
     LessOne(io, t.vsyncWidth, Place{10, 0, 4});
   }
 
-  bool Check(const DtdTiming& t, const char* name) const {
+  static constexpr Fit FitOf(const DtdTiming& t) {
     const bool fits = Within(t.pixelClock / 10, kClocks24) && Within(t.hactive / 8u, 512) &&
                       Within(t.hblank / 8u, 128) && Within(t.hfrontPorch / 8u, 16) && Within(t.hsyncWidth / 8u, 16) &&
                       Within(t.vactive, 4096) && Within(t.vblank, 256) && Within(t.vfrontPorch, 16) &&
                       Within(t.vsyncWidth, 16);
-    return fits || Report(t, name);
+    return GoodIf(fits);
   }
 };
 
@@ -160,16 +154,12 @@ struct TypeVi {
     LessOne(io, t.vImageSize, Place{16, 4, 4});
   }
 
-  // An image size out of range is reported and written all the same.
-  bool Check(const DtdTiming& t, const char* name) const {
+  static constexpr Fit FitOf(const DtdTiming& t) {
     const bool fits = Within(t.pixelClock, kClocks22) && Within(t.hactive, 16384) && Within(t.vactive, 16384) &&
                       Within(t.hblank, 4096) && Within(t.hfrontPorch, 4096) && Within(t.hsyncWidth, 256) &&
                       Within(t.vblank, 256) && Within(t.vfrontPorch, 256);
-    if (!fits) return Report(t, name);
-    if (IsLong(t) && (!Within(t.hImageSize, 4096) || !Within(t.vImageSize, 16))) {
-      REEDID_ERR_AS(name, "invalid parameters");
-    }
-    return true;
+    const bool sizeFits = !IsLong(t) || (Within(t.hImageSize, 4096) && Within(t.vImageSize, 16));
+    return fits && !sizeFits ? Fit::kBadImageSize : GoodIf(fits);
   }
 };
 
@@ -191,7 +181,7 @@ int32_t Get20ByteDTD(const DispIdDataBlock& entry, DtdTiming* timings, uint32_t 
 int32_t Set20ByteDTD(const DispIdHeader& header, const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry) {
   if (timings == nullptr || !CanHold(entry) || !Within(count, kMaxTypeI)) return REEDID_ERR("invalid parameters");
   BeginDataBlock(*entry, header, count * kTypeISize);
-  return WriteDescriptors(TypeI(header.tag), timings, count, *entry, __func__);
+  return WriteDescriptors(TypeI(header.tag), timings, count, *entry);
 }
 
 }  // namespace
@@ -227,7 +217,7 @@ int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, ui
 int32_t DispID_Set11ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry) {
   if (timings == nullptr || !CanHold(entry) || !Within(count, kMaxTypeIi)) return REEDID_ERR("invalid parameters");
   BeginDataBlock(*entry, {kTypeIiTag, 0, 0}, count * kTypeIiSize);
-  return WriteDescriptors(TypeIi(), timings, count, *entry, __func__);
+  return WriteDescriptors(TypeIi(), timings, count, *entry);
 }
 
 int32_t DispID_Get17ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested) {
@@ -240,5 +230,5 @@ int32_t DispID_Set17ByteDTD(const DtdTiming* timings, uint32_t count, DispIdData
   const unsigned payload = TypeViPayload(timings, count);
   if (payload > kMaxDispIdPayload) return REEDID_ERR("invalid parameters");
   BeginDataBlock(*entry, {kTypeViTag, 0}, payload);
-  return WriteDescriptors(TypeVi(), timings, count, *entry, __func__);
+  return WriteDescriptors(TypeVi(), timings, count, *entry);
 }

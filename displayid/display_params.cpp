@@ -10,9 +10,10 @@
 //         overall 3..0                              30    technology 6..4, colour depth code 2..0
 //                                                   31    gamma as in 1.x
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "displayid/codec.h"
+#include "edid/fields.h"
 
 namespace reedid {
 namespace {
@@ -20,14 +21,6 @@ namespace {
 constexpr unsigned kSize = 15;
 constexpr unsigned k20Size = 32;
 constexpr uint8_t kSizeIn1mm = 0x10;  // of headerFlags
-constexpr uint32_t kNoGamma = 255;
-
-template <class Io, class Field>
-constexpr void Gamma(const Io& io, Field& field, Place place) {
-  Coded(
-      io, field, [](uint32_t code) { return code == kNoGamma ? 0 : code + 100; },
-      [](uint32_t value) { return value > 99 ? value - 100 : kNoGamma; }, place);
-}
 
 // Bits per colour - 1; a depth of 0 leaves the code 0.
 template <class Io, class Field>
@@ -35,14 +28,6 @@ constexpr void Depth(const Io& io, Field& field, Place place) {
   Coded(
       io, field, [](uint32_t code) { return code + 1; }, [](uint32_t value) { return value == 0 ? 0 : value - 1; },
       place);
-}
-
-// Code 1 is 6 bits per colour, and so on by twos.
-template <class Io, class Field>
-constexpr void Depth20(const Io& io, Field& field, Place place) {
-  Coded(
-      io, field, [](uint32_t code) { return code == 0 ? 0 : (code + 2) * 2; },
-      [](uint32_t value) { return value == 0 ? 0 : (value - 4) >> 1; }, place);
 }
 
 template <class Io, class Record>
@@ -66,6 +51,9 @@ constexpr void DisplayParamsLayout(const Io& io, Record& r) {
 
 template <class Io, class Record>
 constexpr void DisplayParams20Layout(const Io& io, Record& r) {
+  const uint32_t unit = r.sizeIn1mm != 0 ? 10 : 1;
+  Scaled(io, r.hImageSize, unit, Place{3}, Place{4});
+  Scaled(io, r.vImageSize, unit, Place{5}, Place{6});
   io(r.hPixels, Place{7}, Place{8});
   io(r.vPixels, Place{9}, Place{10});
   io(r.features, Place{11});
@@ -80,7 +68,7 @@ constexpr void DisplayParams20Layout(const Io& io, Record& r) {
   io(r.maxLuminanceFull, Place{24}, Place{25});
   io(r.maxLuminance10, Place{26}, Place{27});
   io(r.minLuminance, Place{28}, Place{29});
-  Depth20(io, r.colorDepth, Place{30, 0, 3});
+  BitsPerColor(io, r.colorDepth, Place{30, 0, 3});
   io(r.technology, Place{30, 4, 3});
   Gamma(io, r.gammaX100, Place{31});
 }
@@ -113,22 +101,14 @@ int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams20Record* re
     return REEDID_ERR("invalid parameters");
   }
   *record = {};
-  const Bytes bytes = BytesOf(*entry);
   record->sizeIn1mm = (entry->headerFlags & kSizeIn1mm) != 0;
-  const uint32_t unit = record->sizeIn1mm ? 10 : 1;
-  record->hImageSize = bytes.Le16(3) * unit;
-  record->vImageSize = bytes.Le16(5) * unit;
-  DisplayParams20Layout(LayoutReader(bytes), *record);
+  DisplayParams20Layout(LayoutReader(BytesOf(*entry)), *record);
   return 0;
 }
 
 int32_t DispID20_SetDPDB(const DisplayParams20Record* record, DispIdDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   const uint8_t flags = record->sizeIn1mm ? kSizeIn1mm : uint8_t{0};
-  const uint32_t unit = record->sizeIn1mm ? 10 : 1;
-  const LayoutWriter writer = BeginDataBlock(*entry, {kDisplayParams20Tag, 0, flags}, k20Size - kDispIdHeaderSize);
-  PutLe16(entry->bytes + 3, record->hImageSize / unit);
-  PutLe16(entry->bytes + 5, record->vImageSize / unit);
-  DisplayParams20Layout(writer, *record);
+  DisplayParams20Layout(BeginDataBlock(*entry, {kDisplayParams20Tag, 0, flags}, k20Size - kDispIdHeaderSize), *record);
   return 0;
 }

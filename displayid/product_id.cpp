@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "displayid/codec.h"
 
@@ -31,8 +31,8 @@ constexpr void ProductIdLayout(const Io& io, Record& r) {
   io(r.nameLength, Place{14});
 }
 
-int32_t GetProductId(const DispIdDataBlock* entry, uint8_t tag, ProductIdRecord* record, const char* name) {
-  if (!Matches(entry, tag, kNameStart) || record == nullptr) return REEDID_ERR_AS(name, "invalid parameters");
+int32_t GetProductId(const DispIdDataBlock* entry, uint8_t tag, ProductIdRecord* record, Caller caller = {}) {
+  if (!Matches(entry, tag, kNameStart) || record == nullptr) return REEDID_ERR_AS(caller, "invalid parameters");
   const Bytes bytes = BytesOf(*entry);
   ProductIdLayout(LayoutReader(bytes), *record);
   const unsigned length = std::min({unsigned{record->nameLength}, kMaxName, entry->size - kNameStart});
@@ -44,16 +44,16 @@ int32_t GetProductId(const DispIdDataBlock* entry, uint8_t tag, ProductIdRecord*
 }
 
 // A date that cannot be is the caller's to mend; it is reported and written all the same.
-int32_t SetProductId(const ProductIdRecord* record, uint8_t tag, DispIdDataBlock* entry, const char* name) {
+int32_t SetProductId(const ProductIdRecord* record, uint8_t tag, DispIdDataBlock* entry, Caller caller = {}) {
   if (record == nullptr || !CanHold(entry) || record->nameLength > kMaxName) {
-    return REEDID_ERR_AS(name, "invalid parameters");
+    return REEDID_ERR_AS(caller, "invalid parameters");
   }
   const unsigned length = record->nameLength;
   const LayoutWriter writer = BeginDataBlock(*entry, {tag, 0, 0}, kNameStart - kDispIdHeaderSize + length);
   if (record->week > kMaxWeek && record->week != kModelYear) {
-    REEDID_ERR_AS(name, "invalid week:%d", record->week);
+    REEDID_ERR_AS(caller, "invalid week:%d", record->week);
   }
-  if (record->year < kFirstYear) REEDID_ERR_AS(name, "invalid year:%d", record->year);
+  if (record->year < kFirstYear) REEDID_ERR_AS(caller, "invalid year:%d", record->year);
   ProductIdLayout(writer, *record);
   if (record->name != nullptr && length > 0) std::memcpy(entry->bytes + kNameStart, record->name, length);
   return 0;
@@ -65,17 +65,17 @@ int32_t SetProductId(const ProductIdRecord* record, uint8_t tag, DispIdDataBlock
 using namespace reedid;
 
 int32_t DispID_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record) {
-  return GetProductId(entry, kProductIdTag, record, __func__);
+  return GetProductId(entry, kProductIdTag, record);
 }
 
 int32_t DispID_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry) {
-  return SetProductId(record, kProductIdTag, entry, __func__);
+  return SetProductId(record, kProductIdTag, entry);
 }
 
 int32_t DispID20_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record) {
-  return GetProductId(entry, kProductId20Tag, record, __func__);
+  return GetProductId(entry, kProductId20Tag, record);
 }
 
 int32_t DispID20_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry) {
-  return SetProductId(record, kProductId20Tag, entry, __func__);
+  return SetProductId(record, kProductId20Tag, entry);
 }

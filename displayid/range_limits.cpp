@@ -9,7 +9,7 @@
 //  15-16      min vertical blanking
 //  17         interlaced 7, CVT 6, CVT reduced 5, discrete frequencies 4
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "displayid/codec.h"
 
@@ -22,8 +22,8 @@ constexpr uint32_t kClocks = 0x1000000;  // that 24 bits can tell
 
 template <class Io, class Record>
 constexpr void ClocksLayout(const Io& io, Record& r, uint32_t unit) {
-  Scaled(io, r.minPixelClock, unit, Place{3}, Place{4}, Place{5});
-  Scaled(io, r.maxPixelClock, unit, Place{6}, Place{7}, Place{8});
+  ScaledLessOne(io, r.minPixelClock, unit, Place{3}, Place{4}, Place{5});
+  ScaledLessOne(io, r.maxPixelClock, unit, Place{6}, Place{7}, Place{8});
 }
 
 template <class Io, class Record>
@@ -50,9 +50,9 @@ constexpr void RangeLimits20Layout(const Io& io, Record& r) {
 }
 
 // Clocks out of range are the caller's to mend; they are reported and written all the same.
-void ReportClocks(const DispIdRangeLimits& limits, uint32_t unit, const char* name) {
+void ReportClocks(const DispIdRangeLimits& limits, uint32_t unit, Caller caller = {}) {
   for (const uint32_t clock : {limits.minPixelClock, limits.maxPixelClock}) {
-    if (clock / unit - 1 >= kClocks) REEDID_ERR_AS(name, "invalid pclk");
+    if (clock / unit - 1 >= kClocks) REEDID_ERR_AS(caller, "invalid pclk");
   }
 }
 
@@ -72,7 +72,7 @@ int32_t DispID_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* l
 
 int32_t DispID_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry) {
   if (limits == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  ReportClocks(*limits, 10, __func__);
+  ReportClocks(*limits, 10);
   RangeLimitsLayout(BeginDataBlock(*entry, {kRangeLimitsTag, 0, 0}, kSize - kDispIdHeaderSize), *limits);
   return 0;
 }
@@ -88,7 +88,7 @@ int32_t DispID20_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits*
 
 int32_t DispID20_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry) {
   if (limits == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  ReportClocks(*limits, 1, __func__);
+  ReportClocks(*limits, 1);
   RangeLimits20Layout(BeginDataBlock(*entry, {kRangeLimits20Tag}, k20Size - kDispIdHeaderSize), *limits);
   return 0;
 }

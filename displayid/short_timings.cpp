@@ -26,12 +26,7 @@ constexpr CvtTiming WithoutAspect() {
   return timing;
 }
 
-bool Report(bool fits, const char* name) {
-  if (!fits) REEDID_ERR_AS(name, "invalid timing");
-  return fits;
-}
-
-bool HasRateUpTo(const CvtTiming& t, unsigned max) {
+constexpr bool HasRateUpTo(const CvtTiming& t, unsigned max) {
   return t.frameRate >= 1 && t.frameRate <= max;
 }
 
@@ -43,13 +38,13 @@ struct TypeIii : FixedSize<kTypeIiiSize> {
     io(t.preferred, Place{0, 7, 1});
     io(t.formula, Place{0, 4, 3});
     io(t.aspectRatio, Place{0, 0, 4});
-    Scaled(io, t.hactive, 8, Place{1});
+    ScaledLessOne(io, t.hactive, 8, Place{1});
     io(t.interlaced, Place{2, 7, 1});
     LessOne(io, t.frameRate, Place{2, 0, 7});
   }
 
-  bool Check(const CvtTiming& t, const char* name) const {
-    return Report(t.hactive / 8 >= 1 && t.hactive / 8 <= 256 && HasRateUpTo(t, 128), name);
+  static constexpr Fit FitOf(const CvtTiming& t) {
+    return GoodIf(t.hactive / 8 >= 1 && t.hactive / 8 <= 256 && HasRateUpTo(t, 128));
   }
 };
 
@@ -66,12 +61,9 @@ struct TypeV : FixedSize<kTypeVSize> {
     LessOne(io, t.frameRate, Place{6});
   }
 
-  bool Check(const CvtTiming& t, const char* name) const {
-    if (t.formula < kFirstTypeVFormula) {
-      REEDID_ERR_AS(name, "invalid parameters");
-      return false;
-    }
-    return Report(t.hactive != 0 && t.vactive != 0 && HasRateUpTo(t, 256), name);
+  static constexpr Fit FitOf(const CvtTiming& t) {
+    if (t.formula < kFirstTypeVFormula) return Fit::kBadFormula;
+    return GoodIf(t.hactive != 0 && t.vactive != 0 && HasRateUpTo(t, 256));
   }
 };
 
@@ -101,12 +93,9 @@ struct TypeIx {
   constexpr unsigned SizeOf(const CvtTiming&) const { return size; }
   constexpr unsigned SizeAt(Bytes) const { return size; }
 
-  bool Check(const CvtTiming& t, const char* name) const {
-    if (t.formula > kLastFormula) {
-      REEDID_ERR_AS(name, "invalid parameters");
-      return false;
-    }
-    return Report(t.hactive != 0 && t.vactive != 0 && HasRateUpTo(t, 1024), name);
+  static constexpr Fit FitOf(const CvtTiming& t) {
+    if (t.formula > kLastFormula) return Fit::kBadFormula;
+    return GoodIf(t.hactive != 0 && t.vactive != 0 && HasRateUpTo(t, 1024));
   }
 };
 
@@ -115,6 +104,11 @@ bool IsFormulaTiming(const DispIdDataBlock* entry) {
 }
 
 }  // namespace
+
+Failure RefuseTiming(const CvtTiming&, Caller caller) {
+  return REEDID_ERR_AS(caller, "invalid timing");
+}
+
 }  // namespace reedid
 
 using namespace reedid;
@@ -131,7 +125,7 @@ int32_t DispID_Set3ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataB
     return REEDID_ERR("invalid parameters");
   }
   BeginDataBlock(*entry, {kTypeIiiTag, 1, 0}, count * kTypeIiiSize);
-  return WriteDescriptors(TypeIii(), timings, count, *entry, __func__);
+  return WriteDescriptors(TypeIii(), timings, count, *entry);
 }
 
 int32_t DispID_Get7ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested) {
@@ -146,7 +140,7 @@ int32_t DispID_Set7ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataB
     return REEDID_ERR("invalid parameters");
   }
   BeginDataBlock(*entry, {kTypeVTag, 0, 0}, count * kTypeVSize);
-  return WriteDescriptors(TypeV(), timings, count, *entry, __func__);
+  return WriteDescriptors(TypeV(), timings, count, *entry);
 }
 
 int32_t DispID20_Get6ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested) {
@@ -159,5 +153,5 @@ int32_t DispID20_Set6ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDat
   const unsigned size = FormulaTimingSize(*entry);
   if (count > kMaxDispIdPayload / size) return REEDID_ERR("invalid parameters");
   BeginDataBlock(*entry, {entry->tag}, count * size);
-  return WriteDescriptors(TypeIx{size}, timings, count, *entry, __func__);
+  return WriteDescriptors(TypeIx{size}, timings, count, *entry);
 }

@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 
 namespace reedid {
@@ -24,9 +25,10 @@ namespace {
 constexpr unsigned kFlagsByte = 17;
 constexpr uint8_t kDigitalSeparateSync = 0x18;
 
-// All fields but clock and sync, which differ between reading and writing.
+// All fields but sync, which differs between reading and writing.
 template <class Io, class Timing>
-constexpr void CountsLayout(const Io& io, Timing& timing) {
+constexpr void NumbersLayout(const Io& io, Timing& timing) {
+  Scaled(io, timing.pixelClock, 10, Place{0}, Place{1});
   io(timing.hactive, Place{2}, Place{4, 4, 4});
   io(timing.hblank, Place{3}, Place{4, 0, 4});
   io(timing.vactive, Place{5}, Place{7, 4, 4});
@@ -58,6 +60,11 @@ uint16_t RateForMessage(const DtdTiming& timing) {
   return timing.frameRate != 0 ? timing.frameRate : Low16(std::llround(FormulaRate<double>(timing)));
 }
 
+Failure RefuseTiming(const DtdTiming& timing, Caller caller) {
+  return REEDID_ERR_AS(caller, "invalid timing: %ux%u@%u %uKHz", timing.hactive, timing.vactive, RateForMessage(timing),
+                       timing.pixelClock);
+}
+
 }  // namespace reedid
 
 using namespace reedid;
@@ -67,8 +74,7 @@ int32_t VESA_GetDTD(const DtdSlot* slot, DtdTiming* timing) {
   const Bytes bytes(slot->bytes, kDtdSize);
   const LayoutReader reader(bytes);
   *timing = {};
-  timing->pixelClock = bytes.Le16(0) * 10u;
-  CountsLayout(reader, *timing);
+  NumbersLayout(reader, *timing);
   // Composite sync uses the polarity bits for serration and the line that carries it.
   if ((bytes[kFlagsByte] & kDigitalSeparateSync) == kDigitalSeparateSync) PolarityLayout(reader, *timing);
   timing->aspectRatio = ASPECT_UNKNOWN;  // a descriptor carries none
@@ -78,15 +84,11 @@ int32_t VESA_GetDTD(const DtdSlot* slot, DtdTiming* timing) {
 
 int32_t VESA_SetDTD(const DtdTiming* timing, DtdSlot* slot) {
   if (timing == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  *slot = {};  // before the checks: callers go by the result, a refused slot claims a DTD of zeroes
+  *slot = {};  // before the checks, so that a refused slot claims a DTD of zeroes: docs/oddities.md
   slot->flag = kDtdSlotFlag;
-  if (!FitsDtd(*timing)) {
-    return REEDID_ERR("invalid timing: %ux%u@%u %uKHz", timing->hactive, timing->vactive, RateForMessage(*timing),
-                      timing->pixelClock);
-  }
+  if (!FitsDtd(*timing)) return RefuseTiming(*timing);
   const LayoutWriter writer(slot->bytes);
-  PutLe16(slot->bytes, timing->pixelClock / 10);
-  CountsLayout(writer, *timing);
+  NumbersLayout(writer, *timing);
   slot->bytes[kFlagsByte] |= kDigitalSeparateSync;
   PolarityLayout(writer, *timing);
   return 0;

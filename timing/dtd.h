@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "base/log.h"
 #include "reedid/timing.h"
 
 namespace reedid {
@@ -34,5 +35,8 @@ Float FormulaRate(const DtdTiming& timing) {
 
 // The rate that an "invalid timing" message shows: the record's own, else the formula's, rounded, in 16 bits.
 uint16_t RateForMessage(const DtdTiming& timing);
+
+// Reports a timing that a descriptor cannot hold.
+Failure RefuseTiming(const DtdTiming& timing, Caller caller = {});
 
 }  // namespace reedid

@@ -105,7 +105,7 @@ uint32_t DtdToDmt(const DtdTiming* timing) {
 }
 
 int32_t VicToDtd(uint32_t index, DtdTiming* timing) {
-  const uint8_t row = Low8(index);  // a VIC is a byte: callers may leave rubbish above it
+  const uint8_t row = Low8(index);  // a VIC is a byte, whatever stands above it
   return row == kEmptyVicRow ? -1 : GetTiming(kVicTable, row, timing);
 }
 

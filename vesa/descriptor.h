@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "base/bytes.h"
+#include "base/layout.h"
 #include "reedid/timing.h"
 #include "timing/dtd.h"
 
@@ -23,7 +23,7 @@ enum DescriptorTag : uint8_t {
 };
 
 inline constexpr unsigned kDescriptorTagByte = 3;
-inline constexpr unsigned kDescriptorFlagsByte = 4;
+inline constexpr uint8_t kDescriptorFlagsByte = 4;
 inline constexpr unsigned kDescriptorPayload = 5;
 
 inline Bytes BytesOf(const DtdSlot& slot) {

@@ -15,8 +15,10 @@
 #include <cstring>
 
 #include "base/bytes.h"
+#include "base/layout.h"
 #include "base/log.h"
 #include "base/memory.h"
+#include "edid/fields.h"
 #include "edid/image.h"
 #include "timing/dtd.h"
 #include "vesa/std_timing.h"
@@ -26,22 +28,22 @@ namespace {
 
 constexpr unsigned kInputByte = 20;
 constexpr unsigned kScreenSizeByte = 21;
-constexpr unsigned kGammaByte = 23;
 constexpr unsigned kEstablishedByte = 35;
 constexpr unsigned kStdTimingsByte = 38;
 constexpr unsigned kDescriptorsByte = 54;
-constexpr uint8_t kNoGamma = 0xFF;
 constexpr uint8_t kColorTypeBefore14 = 1;  // bits 4..3 of byte 24 written for any other version: RGB colour
 
-// The fields whose bits are read and written alike.
+// The fields that every version reads and writes alike.
 template <class Io, class Model>
 constexpr void PlainLayout(const Io& io, Model& model) {
   io(model.productCode, Place{10}, Place{11});
   io(model.serialNumber, Place{12}, Place{13}, Place{14}, Place{15});
   io(model.week, Place{16});
+  Above(io, model.year, 1990, Place{17});
   io(model.version, Place{18});
   io(model.revision, Place{19});
   io(model.digitalInput, Place{kInputByte, 7, 1});
+  Gamma(io, model.gammaX100, Place{23});
   io(model.standby, Place{24, 7, 1});
   io(model.suspend, Place{24, 6, 1});
   io(model.activeOff, Place{24, 5, 1});
@@ -60,6 +62,13 @@ constexpr void PlainLayout(const Io& io, Model& model) {
   for (uint8_t i = 0; i < 16; ++i) {
     io(model.established[i], Place{Low8(kEstablishedByte + i / 8u), Low8(i % 8u), 1});
   }
+}
+
+// What the input byte tells since EDID 1.4.
+template <class Io, class Model>
+constexpr void Input14Layout(const Io& io, Model& model) {
+  BitsPerColor(io, model.bitDepth, Place{kInputByte, 4, 3});
+  io(model.interfaceType, Place{kInputByte, 0, 4});
 }
 
 // Feature support bits that are fixed before EDID 1.4.
@@ -83,18 +92,6 @@ bool EncodeManufacturer(const char* letters, uint8_t* bytes) {
   bytes[8] = Low8(code >> 8);
   bytes[9] = Low8(code);
   return true;
-}
-
-void DecodeInput14(Bytes bytes, VesaBlock& model) {
-  const unsigned depth = Bits(bytes[kInputByte], 4, 3);
-  model.bitDepth = Low8(depth == 0 ? 0 : depth * 2 + 4);
-  model.interfaceType = Low8(Bits(bytes[kInputByte], 0, 4));
-}
-
-void EncodeInput14(const VesaBlock& model, uint8_t* bytes) {
-  unsigned bits = model.interfaceType & 0x0Fu;
-  if (model.bitDepth != 0) bits |= static_cast<unsigned>((model.bitDepth - 4) * 8) & 0x70u;
-  bytes[kInputByte] = Low8(bytes[kInputByte] | bits);
 }
 
 // In 1.4, one zero byte makes the other an aspect ratio: landscape in the first, portrait in the second.
@@ -139,19 +136,17 @@ VesaBlock* VESA_Open(const EdidBlock* block) {
   const Bytes bytes(block->bytes, kEdidBlockSize);
   const LayoutReader reader(bytes);
   model->checksum = bytes[127];
-  model->checksumValid = CheckChecksum(block->bytes, kEdidBlockSize, __func__);
+  model->checksumValid = CheckChecksum(block->bytes, kEdidBlockSize);
   std::memcpy(model->header, bytes.data(), sizeof model->header);
   DecodeManufacturer(bytes, model->manufacturer);
   PlainLayout(reader, *model);
-  model->year = Low16(bytes[17] + 1990);
-  model->gammaX100 = Low16(bytes[kGammaByte] == kNoGamma ? 0 : bytes[kGammaByte] + 100);
   model->established[16] = Bit(bytes[37], 7);
   DecodeScreenSize(bytes, *model);
   if (IsEdid14(*model)) {
-    DecodeInput14(bytes, *model);
+    Input14Layout(reader, *model);
     ColorTypeLayout(reader, model->colorType);
   }
-  for (unsigned i = 0; i < 8; ++i) model->standardTimings[i] = DecodeStdTiming(bytes.From(kStdTimingsByte + 2 * i));
+  for (unsigned i = 0; i < 8; ++i) DecodeStdTiming(bytes.From(kStdTimingsByte + 2 * i), model->standardTimings[i]);
   for (unsigned i = 0; i < kDescriptorSlots; ++i) {
     DtdSlot& slot = model->descriptors[i];
     std::memcpy(slot.bytes, bytes.data() + kDescriptorsByte + kDtdSize * i, kDtdSize);
@@ -171,7 +166,7 @@ int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out) {
   uint8_t* bytes = out->bytes;
   out->type = EDID_BLOCK_VESA;
   out->size = kEdidBlockSize;
-  std::memset(bytes, 0, out->capacity);  // before the checks: a refused model leaves a cleared block
+  std::memset(bytes, 0, out->capacity);  // before the checks, so that nothing of a former block stays behind a refusal
 
   if (!isEdidHeader(model->header)) return REEDID_ERR("invalid edid header");
   std::memcpy(bytes, model->header, sizeof model->header);
@@ -184,14 +179,12 @@ int32_t VESA_GenerateBlock(const VesaBlock* model, EdidBlock* out) {
 
   const LayoutWriter writer(bytes);
   PlainLayout(writer, *model);
-  bytes[17] = Low8(model->year - 1990);
-  bytes[kGammaByte] = model->gammaX100 >= 100 ? Low8(model->gammaX100 - 100) : kNoGamma;
   bytes[37] = model->established[16] != 0 ? 0x80 : 0;
   EncodeScreenSize(*model, bytes);
-  if (IsEdid14(*model)) EncodeInput14(*model, bytes);
+  if (IsEdid14(*model)) Input14Layout(writer, *model);
   ColorTypeLayout(writer, IsEdid14(*model) ? model->colorType : kColorTypeBefore14);
   for (unsigned i = 0; i < 8; ++i) {
-    EncodeStdTiming(model->standardTimings[i], kStdRateMask, __func__, bytes + kStdTimingsByte + 2 * i);
+    EncodeStdTiming(model->standardTimings[i], kStdRateBits, bytes + kStdTimingsByte + 2 * i);
   }
   for (unsigned i = 0; i < kDescriptorSlots; ++i) {
     std::memcpy(bytes + kDescriptorsByte + kDtdSize * i, model->descriptors[i].bytes, kDtdSize);

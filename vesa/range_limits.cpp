@@ -10,7 +10,9 @@
 //                12-13 maximum hactive / 8, 10 bits     17 preferred vertical rate
 //                14 aspects: 4:3 7, 16:9 6, 16:10 5, 5:4 4, 15:9 3
 
-#include "base/bytes.h"
+#include <algorithm>
+
+#include "base/layout.h"
 #include "base/log.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
@@ -20,56 +22,54 @@ namespace {
 
 enum Formula : uint8_t { kDefaultGtf = 0, kSecondaryGtf = 1, kCvt = 2, kLimitsOnly = 3 };
 
-constexpr unsigned kKindByte = 10;
-constexpr uint8_t kKindOfFormula[] = {0, 2, 4, 1};
+constexpr uint8_t kKinds[] = {0, 2, 4, 1};  // by formula
+constexpr uint8_t kAspects[] = {ASPECT_4_3, ASPECT_16_9, ASPECT_16_10, ASPECT_5_4, ASPECT_5_3};
 constexpr uint16_t kRateOffset = 255;
-constexpr unsigned kClockStep = 10000;         // kHz
-constexpr unsigned kClockPrecisionStep = 250;  // kHz
 
-// The preferred aspect is read by two bits, so that 15:9 comes back as 4:3, but written by three.
-constexpr uint8_t kAspectOfCode[] = {ASPECT_4_3, ASPECT_16_9, ASPECT_16_10, ASPECT_5_4};
-constexpr unsigned kCodeOf15To9 = 4;
-
-// A pair of rates and where they stand. The minimum has an offset only together with the maximum.
+// Where a pair of rates and the flags of their offsets stand.
 struct RatePair {
-  unsigned minByte, maxByte;
-  unsigned minBit, maxBit;  // of the flags byte
+  uint8_t minByte, maxByte;
+  uint8_t minBit, maxBit;  // of the flags byte
 };
 constexpr RatePair kVertical = {5, 6, 0, 1};
 constexpr RatePair kHorizontal = {7, 8, 2, 3};
 
-void ReadRates(Bytes bytes, const RatePair& at, bool offsets, uint16_t& min, uint16_t& max) {
-  const bool maxOffset = offsets && Bit(bytes[kDescriptorFlagsByte], at.maxBit);
-  const bool minOffset = maxOffset && Bit(bytes[kDescriptorFlagsByte], at.minBit);
-  min = Low16(bytes[at.minByte] + (minOffset ? kRateOffset : 0));
-  max = Low16(bytes[at.maxByte] + (maxOffset ? kRateOffset : 0));
-}
-
-void WriteRates(uint8_t* bytes, const RatePair& at, bool offsets, uint16_t min, uint16_t max) {
-  const bool maxOffset = offsets && max > kRateOffset;
-  const bool minOffset = maxOffset && min > kRateOffset;
-  bytes[at.minByte] = Low8(min - (minOffset ? kRateOffset : 0));
-  bytes[at.maxByte] = Low8(max - (maxOffset ? kRateOffset : 0));
-  bytes[kDescriptorFlagsByte] =
-      Low8(bytes[kDescriptorFlagsByte] | unsigned{maxOffset} << at.maxBit | unsigned{minOffset} << at.minBit);
-}
-
-uint8_t FormulaOfKind(uint8_t kind) {
-  for (unsigned formula = 0; formula < sizeof kKindOfFormula; ++formula) {
-    if (kKindOfFormula[formula] == kind) return Low8(formula);
+// The minimum has an offset only together with the maximum.
+template <class Io, class Rate>
+constexpr void RatesLayout(const Io& io, const RatePair& at, bool is14, Rate& min, Rate& max) {
+  bool maxOffset = max > kRateOffset;  // a reader takes both from the bytes
+  bool minOffset = maxOffset && min > kRateOffset;
+  if (is14) {
+    io(maxOffset, Place{kDescriptorFlagsByte, at.maxBit, 1});
+    io(minOffset, Place{kDescriptorFlagsByte, at.minBit, 1});
   }
-  return kDefaultGtf;
+  Above(io, min, is14 && maxOffset && minOffset ? kRateOffset : 0, Place{at.minByte});
+  Above(io, max, is14 && maxOffset ? kRateOffset : 0, Place{at.maxByte});
+}
+
+template <class Io, class Limits>
+constexpr void LimitsLayout(const Io& io, Limits& limits, bool is14) {
+  RatesLayout(io, kVertical, is14, limits.minVRate, limits.maxVRate);
+  RatesLayout(io, kHorizontal, is14, limits.minHRate, limits.maxHRate);
+  Scaled(io, limits.maxPixelClock, 10000, Place{9});
+  Coded(
+      io, limits.timingFormula, [](uint32_t kind) { return IndexOf(kKinds, kind, kDefaultGtf); },
+      [](uint32_t formula) { return kKinds[std::min<uint32_t>(formula, kLimitsOnly)]; }, Place{10});
 }
 
 template <class Io, class Limits>
 constexpr void CvtLayout(const Io& io, Limits& limits) {
   io(limits.cvtVersionMajor, Place{11, 4, 4});
   io(limits.cvtVersionMinor, Place{11, 0, 4});
+  Scaled(io, limits.cvtClockPrecision, 250, Place{12, 2, 6});
+  Scaled(io, limits.cvtMaxHactive, 8, Place{13}, Place{12, 0, 2});
   io(limits.cvtAspect[ASPECT_4_3], Place{14, 7, 1});
   io(limits.cvtAspect[ASPECT_16_9], Place{14, 6, 1});
   io(limits.cvtAspect[ASPECT_16_10], Place{14, 5, 1});
   io(limits.cvtAspect[ASPECT_5_4], Place{14, 4, 1});
   io(limits.cvtAspect[ASPECT_5_3], Place{14, 3, 1});
+  // Read by one bit less than written, so that 15:9 comes back as 4:3: odd on purpose, docs/oddities.md.
+  Listed(io, limits.cvtPreferredAspect, kAspects, 0, Place{15, 5, Io::kReads ? 2 : 3});
   io(limits.cvtReducedBlanking, Place{15, 4, 1});
   io(limits.cvtStandardBlanking, Place{15, 3, 1});
   io(limits.hShrink, Place{16, 7, 1});
@@ -79,42 +79,24 @@ constexpr void CvtLayout(const Io& io, Limits& limits) {
   io(limits.preferredRefresh, Place{17});
 }
 
-void ReadCvt(Bytes bytes, RangeLimits& limits) {
-  CvtLayout(LayoutReader(bytes), limits);
-  limits.cvtClockPrecision = Low16(Bits(bytes[12], 2, 6) * kClockPrecisionStep);
-  limits.cvtMaxHactive = Low16((Bits(bytes[12], 0, 2) << 8 | bytes[13]) * 8);
-  limits.cvtPreferredAspect = kAspectOfCode[Bits(bytes[15], 5, 2)];
+template <class Io, class Limits>
+constexpr void SecondaryGtfLayout(const Io& io, Limits& limits) {
+  const auto halves = [&io](auto& field, Place place) {
+    Coded(
+        io, field, [](uint32_t code) { return code / 2; }, [](uint32_t value) { return value * 2; }, place);
+  };
+  Scaled(io, limits.gtfStartFreq, 2, Place{12});
+  halves(limits.gtfC, Place{13});
+  io(limits.gtfM, Place{14}, Place{15});
+  io(limits.gtfK, Place{16});
+  halves(limits.gtfJ, Place{17});
 }
 
-unsigned CodeOfPreferredAspect(uint8_t aspect) {
-  if (aspect == ASPECT_5_3) return kCodeOf15To9;
-  for (unsigned code = 0; code < sizeof kAspectOfCode; ++code) {
-    if (kAspectOfCode[code] == aspect) return code;
-  }
-  return 0;
-}
-
-void WriteCvt(const LayoutWriter& writer, const RangeLimits& limits) {
-  CvtLayout(writer, limits);
-  writer(limits.cvtClockPrecision / kClockPrecisionStep, Place{12, 2, 6});
-  writer(limits.cvtMaxHactive / 8u, Place{13}, Place{12, 0, 2});
-  writer(CodeOfPreferredAspect(limits.cvtPreferredAspect), Place{15, 5, 3});
-}
-
-void ReadSecondaryGtf(Bytes bytes, RangeLimits& limits) {
-  limits.gtfStartFreq = Low16(bytes[12] * 2);
-  limits.gtfC = bytes[13] / 2;
-  limits.gtfM = bytes.Le16(14);
-  limits.gtfK = bytes[16];
-  limits.gtfJ = bytes[17] / 2;
-}
-
-void WriteSecondaryGtf(uint8_t* bytes, const RangeLimits& limits) {
-  bytes[12] = Low8(limits.gtfStartFreq / 2);
-  bytes[13] = Low8(limits.gtfC * 2);
-  PutLe16(bytes + 14, limits.gtfM);
-  bytes[16] = limits.gtfK;
-  bytes[17] = Low8(limits.gtfJ * 2);
+template <class Io, class Limits>
+constexpr void RangeLimitsLayout(const Io& io, Limits& limits, bool is14) {
+  LimitsLayout(io, limits, is14);
+  if (limits.timingFormula == kSecondaryGtf) SecondaryGtfLayout(io, limits);
+  if (limits.timingFormula == kCvt && is14) CvtLayout(io, limits);
 }
 
 }  // namespace
@@ -127,32 +109,16 @@ int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLi
     return REEDID_ERR("invalid parameters");
   }
   if (!HasTag(*slot, kRangeLimitsDescriptor)) return REEDID_ERR("invalid range limits descriptor");
-  const Bytes bytes = BytesOf(*slot);
-  const bool is14 = IsEdid14(*model);
   *limits = {};
-  ReadRates(bytes, kVertical, is14, limits->minVRate, limits->maxVRate);
-  ReadRates(bytes, kHorizontal, is14, limits->minHRate, limits->maxHRate);
-  limits->maxPixelClock = bytes[9] * kClockStep;
-  limits->timingFormula = FormulaOfKind(bytes[kKindByte]);
-  if (limits->timingFormula == kSecondaryGtf) ReadSecondaryGtf(bytes, *limits);
-  if (limits->timingFormula == kCvt && is14) ReadCvt(bytes, *limits);
+  RangeLimitsLayout(LayoutReader(BytesOf(*slot)), *limits, IsEdid14(*model));
   return 0;
 }
 
 int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits* limits, DtdSlot* slot) {
   if (model == nullptr || limits == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  const LayoutWriter writer = BeginDescriptor(*slot, kRangeLimitsDescriptor);
-  uint8_t* bytes = slot->bytes;
-  const bool is14 = IsEdid14(*model);
-  WriteRates(bytes, kVertical, is14, limits->minVRate, limits->maxVRate);
-  WriteRates(bytes, kHorizontal, is14, limits->minHRate, limits->maxHRate);
-  bytes[9] = Low8(limits->maxPixelClock / kClockStep);
-
   const uint8_t formula = limits->timingFormula;
   if (formula < kLimitsOnly && model->continuousFreq == 0) REEDID_WARN("please set supportGTF");
-  bytes[kKindByte] = kKindOfFormula[formula <= kLimitsOnly ? formula : uint8_t{kLimitsOnly}];
   if (formula > kLimitsOnly) REEDID_ERR("invalid timing formula: %d", formula);
-  if (formula == kSecondaryGtf) WriteSecondaryGtf(bytes, *limits);
-  if (formula == kCvt && is14) WriteCvt(writer, *limits);
+  RangeLimitsLayout(BeginDescriptor(*slot, kRangeLimitsDescriptor), *limits, IsEdid14(*model));
   return 0;
 }

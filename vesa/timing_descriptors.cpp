@@ -1,14 +1,18 @@
 // Descriptors that list timings: standard timings (EDID 1.4, 3.10.3.6), CVT 3-byte codes (3.10.3.8) and established
 // timings III (3.10.3.9).
 //
-// Standard timings: 5-16 six of two bytes
-// CVT codes:        5 version, 6-17 four of three bytes:
-//                   0 lines 7..0    1 lines 11..8 7..4, aspect 3..2    2 preferred rate 6..5, 50 Hz 4, 60 3, 75 2, 85
-//                   1,
-//                                                                        60 with reduced blanking 0
-//                   where lines is half their number less 1
-// Established III:  5 version, 6-11 a flag for each code, bit 0 of byte 6 first
+// Standard timings         CVT codes                          Established timings III
+//  5-16  six of two bytes   5     version                      5     version
+//                           6-17  four of three bytes          6-11  a flag for each code, bit 0 of byte 6 first
+//
+// CVT code; lines is half their number less 1
+//  0   lines 7..0
+//  1   lines 11..8 7..4, aspect 3..2
+//  2   preferred rate 6..5, 50 Hz 4, 60 Hz 3, 75 Hz 2, 85 Hz 1, 60 Hz with reduced blanking 0
 
+#include <iterator>
+
+#include "base/layout.h"
 #include "base/log.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
@@ -23,19 +27,19 @@ constexpr unsigned kEst3Flags = 48;
 constexpr unsigned kVersionByte = 5;
 constexpr unsigned kListByte = 6;  // of CVT codes and established timings III
 
-constexpr uint8_t kAspectOfCode[] = {ASPECT_4_3, ASPECT_16_9, ASPECT_16_10, ASPECT_5_3};
+constexpr uint8_t kAspects[] = {ASPECT_4_3, ASPECT_16_9, ASPECT_16_10, ASPECT_5_3};
 constexpr unsigned kCodeOf16To9 = 1;
-constexpr uint8_t kRateOfCode[] = {50, 60, 75, 85};
+constexpr uint8_t kRates[] = {50, 60, 75, 85};
 
-// The index of a value in one of the lists above, their size when it is not there.
-unsigned CodeOf(const uint8_t (&list)[4], uint8_t value) {
-  unsigned code = 0;
-  while (code < 4 && list[code] != value) ++code;
-  return code;
+template <class Io, class Code>
+constexpr void FormatLayout(const Io& io, Code& code) {
+  ScaledLessOne(io, code.lines, 2, Place{0}, Place{1, 4, 4});
+  Listed(io, code.aspectRatio, kAspects, kCodeOf16To9, Place{1, 2, 2});
 }
 
 template <class Io, class Code>
 constexpr void RatesLayout(const Io& io, Code& code) {
+  Listed(io, code.preferredRate, kRates, 0, Place{2, 5, 2});
   io(code.rate50, Place{2, 4, 1});
   io(code.rate60, Place{2, 3, 1});
   io(code.rate75, Place{2, 2, 1});
@@ -47,26 +51,22 @@ constexpr void RatesLayout(const Io& io, Code& code) {
 VesaCvtCode DecodeCvtCode(Bytes bytes) {
   VesaCvtCode code = {};
   if (bytes.Le24(0) == 0) return code;
-  RatesLayout(LayoutReader(bytes), code);
-  code.lines = Low16((Bits(bytes[1], 4, 4) << 8 | bytes[0]) * 2 + 2);
-  code.aspectRatio = kAspectOfCode[Bits(bytes[1], 2, 2)];
-  code.preferredRate = kRateOfCode[Bits(bytes[2], 5, 2)];
+  const LayoutReader reader(bytes);
+  FormatLayout(reader, code);
+  RatesLayout(reader, code);
   return code;
 }
 
-int32_t EncodeCvtCode(const VesaCvtCode& code, uint8_t* bytes, const char* name) {
+int32_t EncodeCvtCode(const VesaCvtCode& code, uint8_t* bytes, Caller caller = {}) {
   if (code.lines == 0) return 0;
   const LayoutWriter writer(bytes);
-  unsigned aspect = CodeOf(kAspectOfCode, code.aspectRatio);
-  if (aspect == 4) {
-    REEDID_ERR_AS(name, "invalid aspect ratio: %d", code.aspectRatio);
-    aspect = kCodeOf16To9;
+  if (IndexOf(kAspects, code.aspectRatio) == std::size(kAspects)) {
+    REEDID_ERR_AS(caller, "invalid aspect ratio: %d", code.aspectRatio);
   }
-  writer(code.lines / 2u - 1u, Place{0}, Place{1, 4, 4});
-  writer(aspect, Place{1, 2, 2});
-  const unsigned preferred = CodeOf(kRateOfCode, code.preferredRate);
-  if (preferred == 4) return REEDID_ERR_AS(name, "invalid preferred frame rate: %d", code.preferredRate);
-  writer(preferred, Place{2, 5, 2});
+  FormatLayout(writer, code);
+  if (IndexOf(kRates, code.preferredRate) == std::size(kRates)) {
+    return REEDID_ERR_AS(caller, "invalid preferred frame rate: %d", code.preferredRate);
+  }
   RatesLayout(writer, code);
   return 0;
 }
@@ -90,7 +90,7 @@ int32_t VESA_GetStandardTimings(const DtdSlot* slot, StdTiming* timings) {
     return REEDID_ERR("invalid standard timings indentifier descriptor");
   }
   const Bytes list = BytesOf(*slot).From(kDescriptorPayload);
-  for (unsigned i = 0; i < kStdTimings; ++i) timings[i] = DecodeStdTiming(list.From(2 * i));
+  for (unsigned i = 0; i < kStdTimings; ++i) DecodeStdTiming(list.From(2 * i), timings[i]);
   return 0;
 }
 
@@ -98,7 +98,7 @@ int32_t VESA_SetStandardTimings(const StdTiming* timings, DtdSlot* slot) {
   if (timings == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
   BeginDescriptor(*slot, kStandardTimingsDescriptor);
   for (unsigned i = 0; i < kStdTimings; ++i) {
-    EncodeStdTiming(timings[i], kStdDescriptorRateMask, __func__, slot->bytes + kDescriptorPayload + 2 * i);
+    EncodeStdTiming(timings[i], kStdDescriptorRateBits, slot->bytes + kDescriptorPayload + 2 * i);
   }
   return 0;
 }
@@ -118,7 +118,7 @@ int32_t VESA_SetCvtTiming(const VesaCvtRecord* record, DtdSlot* slot) {
   BeginDescriptor(*slot, kCvtCodesDescriptor);
   slot->bytes[kVersionByte] = record->version;
   for (unsigned i = 0; i < kCvtCodes; ++i) {
-    const int32_t result = EncodeCvtCode(record->codes[i], slot->bytes + kListByte + 3 * i, __func__);
+    const int32_t result = EncodeCvtCode(record->codes[i], slot->bytes + kListByte + 3 * i);
     if (result != 0) return result;
   }
   return 0;
