@@ -66,6 +66,13 @@ PIN(StdTiming, 2, 2, hactive);
 PIN(StdTiming, 4, 1, aspectRatio);
 SIZE(StdTiming, 6);
 
+PIN(OfferedTiming, 0, 36, timing);
+PIN(OfferedTiming, 36, 4, rate, vTotalHalfLines);
+PIN(OfferedTiming, 44, 2, offset, index);
+PIN(OfferedTiming, 48, 1, block, container, dataBlock, variant, source, vic, dmt, hdmiVic, hBorder, vBorder, ycc420,
+    native);
+SIZE(OfferedTiming, 60);
+
 PIN(VesaBlock, 0, 8, header);
 PIN(VesaBlock, 8, 4, manufacturer);
 PIN(VesaBlock, 12, 2, productCode);

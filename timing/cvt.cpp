@@ -17,6 +17,7 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
+#include "timing/modes.h"
 #include "timing/tables.h"
 
 namespace reedid {
@@ -157,32 +158,36 @@ void Fill(const CvtTiming& request, const Work& work, const Result& result, DtdT
 }
 
 }  // namespace
+
+const char* ExpandCvt(const CvtTiming& request, DtdTiming& out) {
+  constexpr const char* kInvalid = "invalid parameters";
+  out = {};
+  if (request.hactive == 0 || request.frameRate == 0 ||
+      (request.vactive == 0 && request.aspectRatio >= ASPECT_UNKNOWN)) {
+    return kInvalid;
+  }
+  if (request.formula > kReduced2) return "Not support CVT 1.3 now.";
+  if (request.formula == kReduced1 && request.frameRate % 60 != 0) {
+    return "Refresh rate must be multiple of 60hz according to CVT 1.1 specifications for reduced blanking.";
+  }
+  if (request.formula != kReduced2 && request.flagA != 0) return "Only CVT 1.2 support 1000/1001.";
+
+  const bool standard = request.formula == kStandard;
+  const Work work = Plan(request);
+  const double minBlankTime = standard ? kMinVSyncAndBackPorch : kMinReducedVBlank;
+  if (work.lines == 0 || request.frameRate * minBlankTime >= 1000000) return kInvalid;
+  const Result result = standard ? StandardBlanking(request, work) : ReducedBlanking(request, work);
+  if (!FitsRecord(result)) return kInvalid;
+  Fill(request, work, result, out);
+  return nullptr;
+}
+
 }  // namespace reedid
 
 using namespace reedid;
 
 int32_t Cvt2ToDtd(const CvtTiming* request, DtdTiming* out) {
   if (request == nullptr || out == nullptr) return REEDID_ERR("invalid parameters");
-  *out = {};
-  if (request->hactive == 0 || request->frameRate == 0 ||
-      (request->vactive == 0 && request->aspectRatio >= ASPECT_UNKNOWN)) {
-    return REEDID_ERR("invalid parameters");
-  }
-  if (request->formula > kReduced2) return REEDID_ERR("Not support CVT 1.3 now.");
-  if (request->formula == kReduced1 && request->frameRate % 60 != 0) {
-    return REEDID_ERR(
-        "Refresh rate must be multiple of 60hz according to CVT 1.1 specifications for reduced blanking.");
-  }
-  if (request->formula != kReduced2 && request->flagA != 0) return REEDID_ERR("Only CVT 1.2 support 1000/1001.");
-
-  const bool standard = request->formula == kStandard;
-  const Work work = Plan(*request);
-  const double minBlankTime = standard ? kMinVSyncAndBackPorch : kMinReducedVBlank;
-  if (work.lines == 0 || request->frameRate * minBlankTime >= 1000000) {
-    return REEDID_ERR("invalid parameters");
-  }
-  const Result result = standard ? StandardBlanking(*request, work) : ReducedBlanking(*request, work);
-  if (!FitsRecord(result)) return REEDID_ERR("invalid parameters");
-  Fill(*request, work, result, *out);
-  return 0;
+  const char* refusal = ExpandCvt(*request, *out);
+  return refusal == nullptr ? 0 : REEDID_ERR("%s", refusal);
 }

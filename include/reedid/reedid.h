@@ -7,6 +7,7 @@
 #include "reedid/cea.h"
 #include "reedid/displayid.h"
 #include "reedid/image.h"
+#include "reedid/offers.h"
 #include "reedid/tags.h"
 #include "reedid/timing.h"
 #include "reedid/transforms.h"

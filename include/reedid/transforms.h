@@ -49,6 +49,10 @@ REEDID_API int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr);
 /**
  * All whole-number frame rates (Hz) that the image offers anywhere, highest first without repeats, into an array of
  * `maxCount` (at most 255). Returns their number. Stops taking rates when the array is full.
+ *
+ * The rates are those of the tables and of whole numbers: established 640x480 comes out as 63 and 77 Hz, because the DMT
+ * table leaves its borders out of the totals, and 59.94 as 60. For the rates that the display has, take EDID_GetRates
+ * (reedid/offers.h).
  */
 REEDID_API uint32_t EDID_GetAllFrameRate(const EdidHandle* handle, uint16_t* frameRates, uint32_t maxCount);
 

@@ -56,6 +56,14 @@ void FindDtds(EdidHandle& handle) {
   SortDTDbyFrameRate(list.data(), static_cast<int32_t>(count));
 }
 
+// Exactly as much room as was told.
+void GetOffers(EdidHandle& handle) {
+  std::vector<OfferedTiming> timings(EDID_GetTimings(&handle, nullptr, 0));
+  EDID_GetTimings(&handle, timings.data(), static_cast<uint32_t>(timings.size()));
+  std::vector<uint32_t> rates(EDID_GetRates(&handle, nullptr, 0));
+  EDID_GetRates(&handle, rates.data(), static_cast<uint32_t>(rates.size()));
+}
+
 constexpr Operation kOperations[] = {
     {"EDID_Open", [](EdidHandle& handle) { OpenImage(Generate(&handle)); }, true},
     {"EDID_AddBlock", [](EdidHandle& handle) { EDID_AddBlock(&handle, Last(handle), 1); }, true},
@@ -75,6 +83,7 @@ constexpr Operation kOperations[] = {
     {"EDID_GetPhyAddr", [](EdidHandle& handle) { EDID_GetPhyAddr(&handle); }, true},
     {"EDID_SetPhyAddr", [](EdidHandle& handle) { EDID_SetPhyAddr(&handle, 0x2100); }, true},
     {"EDID_GetAllFrameRate", LimitTo<[](EdidHandle*, const uint16_t*, uint32_t) {}>, true},
+    {"EDID_GetTimings", GetOffers, true},
     {"EDID_LimitToHDMI20", LimitTo<EDID_LimitToHDMI20>},
     {"EDID_LimitToHDMI14", LimitTo<EDID_LimitToHDMI14>},
     {"EDID_FindOutAllDTD", FindDtds, true},

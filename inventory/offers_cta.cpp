@@ -1,0 +1,142 @@
+// The timings of a CTA-861 extension, and of CTA-861 data blocks inside a DisplayID block.
+
+#include "cea/codec.h"
+#include "displayid/codec.h"
+#include "inventory/offers.h"
+#include "timing/dtd.h"
+
+namespace reedid {
+namespace {
+
+constexpr unsigned kCollectionStart = 4;
+constexpr unsigned kDataEnd = 127;
+constexpr uint8_t kFirstWithDataBlocks = 3;  // version of the extension
+constexpr unsigned kExtendedPayload = 2;     // behind header and extended tag
+constexpr uint32_t kHdmiOui = 0x000C03;
+
+// Short video descriptors (CTA-861, table 58): 129..192 are VIC 1..64 with the native mark; 193..253 are VICs of their
+// own, which the timing table has 64 rows below their number.
+constexpr bool IsNativeSvd(uint8_t svd) {
+  return svd > 128 && svd <= 192;
+}
+constexpr unsigned TableIndex(uint8_t svd) {
+  return IsNativeSvd(svd) ? svd & 0x7Fu : svd > 192 ? svd - 64u : svd;
+}
+
+struct DataBlock {
+  uint8_t tag, extTag;
+  Part part;
+};
+
+// Calls visit(DataBlock, index) for each. The reserved tag 0 is mostly a stray padding byte: it is passed over.
+template <class Visit>
+void WalkDataBlocks(Part collection, Visit visit) {
+  unsigned index = 0;
+  while (collection.size() > 0) {
+    const CeaHeader header(collection[0]);
+    if (header.size > collection.size()) return;
+    if (header.tag != 0) {
+      visit(
+          DataBlock{header.tag, header.tag == kExtendedTag ? collection[1] : uint8_t{0}, collection.First(header.size)},
+          index++);
+    }
+    collection = collection.From(header.size);
+  }
+}
+
+// Which short video descriptors of a collection can be had in 4:2:0 too (CTA-861, 7.5.11).
+class CapabilityMap {
+ public:
+  explicit CapabilityMap(Part collection) {
+    WalkDataBlocks(collection, [this](const DataBlock& block, unsigned) {
+      if (block.tag != kExtendedTag || block.extTag != k420MapExtTag || block.part.size() < kExtendedPayload) return;
+      map_ = block.part.bytes.From(kExtendedPayload);
+      all_ = map_.size() == 0;  // a map without bits holds for all
+    });
+  }
+
+  bool operator[](unsigned svd) const { return all_ || Bit(map_[svd / 8], svd % 8); }
+
+ private:
+  Bytes map_;
+  bool all_ = false;
+};
+
+void OfferSvds(Part svds, uint8_t source, const CapabilityMap* map, unsigned firstSvd, Offers& offers) {
+  offers.place.source = source;
+  for (unsigned i = 0; i < svds.size(); ++i) {
+    offers.place.offset = Low16(svds.offset + i);
+    offers.place.index = Low16(i);
+    offers.place.native = IsNativeSvd(svds[i]) ? 1 : 0;
+    offers.place.ycc420 = map == nullptr ? YCC420_ONLY : (*map)[firstSvd + i] ? YCC420_ALSO : YCC420_NO;
+    offers.AddVic(TableIndex(svds[i]));
+  }
+  offers.place.native = offers.place.ycc420 = 0;
+}
+
+// HDMI 1.4b, table 8-16: the video part follows the latencies that byte 8 tells of.
+void OfferHdmiVics(Part block, Offers& offers) {
+  if (block.bytes.Le24(1) != kHdmiOui || !Bit(block[8], 5)) return;
+  const bool latency = Bit(block[8], 7), interlacedLatency = latency && Bit(block[8], 6);
+  const unsigned at = 9 + (latency ? 2 : 0) + (interlacedLatency ? 2 : 0);
+  const Part vics = block.From(at + 2).First(Bits(block[at + 1], 5, 3));
+  offers.place.source = TIMING_HDMI_VIC;
+  for (unsigned i = 0; i < vics.size(); ++i) {
+    offers.place.offset = Low16(vics.offset + i);
+    offers.place.index = Low16(i);
+    offers.AddHdmiVic(vics[i]);
+  }
+}
+
+void OfferExtended(const DataBlock& block, Offers& offers) {
+  const uint8_t flags = block.part[kExtendedPayload];
+  const Part payload = block.part.From(kExtendedPayload + 1);
+  switch (block.extTag) {
+    case k420VideoExtTag:
+      return OfferSvds(block.part.From(kExtendedPayload), TIMING_VIC_420, nullptr, 0, offers);
+    case kTypeViiExtTag:
+      return OfferTypeVii(payload, flags, true, offers);
+    case kTypeViiiExtTag:
+      return OfferTimingCodes(kTypeViiiTag, payload, flags, offers);
+    case kTypeXExtTag:
+      return OfferFormulaTimings(kTypeXTag, payload, flags, offers);
+    default:
+      return;
+  }
+}
+
+}  // namespace
+
+void OfferCtaDataBlocks(Part collection, Offers& offers) {
+  const CapabilityMap map(collection);
+  unsigned svds = 0;
+  WalkDataBlocks(collection, [&](const DataBlock& block, unsigned index) {
+    offers.place.dataBlock = Low8(index);
+    if (block.tag == kVideoTag) {
+      OfferSvds(block.part.From(1), TIMING_VIC, &map, svds, offers);
+      svds += block.part.size() - 1;
+    } else if (block.tag == kVendorTag) {
+      OfferHdmiVics(block.part, offers);
+    } else if (block.tag == kExtendedTag) {
+      OfferExtended(block, offers);
+    }
+  });
+  offers.place.dataBlock = TIMING_NO_BLOCK;
+}
+
+// CTA-861, table 34: byte 2 is where the detailed timings begin; 0 where there are none.
+void OfferCtaExtension(Part block, Offers& offers) {
+  const unsigned dtdStart = block[2];
+  const bool hasDtds = dtdStart >= kCollectionStart && dtdStart < kDataEnd;
+  if (block[1] >= kFirstWithDataBlocks && (hasDtds || dtdStart == 0)) {
+    OfferCtaDataBlocks(block.First(hasDtds ? dtdStart : kDataEnd).From(kCollectionStart), offers);
+  }
+  if (!hasDtds) return;
+  Part slots = block.First(kDataEnd).From(dtdStart);
+  for (unsigned i = 0; slots.size() >= kDtdSize; ++i, slots = slots.From(kDtdSize)) {
+    offers.place.index = Low16(i);
+    offers.AddDtd(slots.First(kDtdSize));
+  }
+}
+
+}  // namespace reedid
