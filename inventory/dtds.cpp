@@ -175,7 +175,7 @@ void SortDTDbyFrameRate(DtdTiming* list, int32_t count) {
   }
   const int end = EndOf(static_cast<uint32_t>(count));
   for (int i = 0; i < end - 1; ++i) {
-    const float pivot = SortingRate(list[i]);  // of the record that starts the row, wherever an exchange moves it
+    const float pivot = SortingRate(list[i]);  // of the record that started the row: docs/oddities.md
     for (int j = i + 1; j < end; ++j) {
       if (pivot < SortingRate(list[j])) std::swap(list[i], list[j]);
     }

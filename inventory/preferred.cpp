@@ -30,7 +30,8 @@ bool FromDtdNumber(const EdidHandle& handle, unsigned index, DtdTiming& out) {
   return true;
 }
 
-// Type X record number n - count + 3, where count takes in the block's own: the wanted one when the block holds four.
+// Type X record number n - count + 3, where count takes in the block's own: the wanted one when the block holds four
+// (odd on purpose: docs/oddities.md).
 bool FromTypeX(const CeaDataBlock& entry, unsigned index, DtdTiming& out) {
   const TypeXRecords read = ReadTypeX(entry);
   DtdTiming timing;
@@ -58,7 +59,8 @@ bool FromTimingNumber(const CeaBlock& model, unsigned n, DtdTiming& out) {
   return false;
 }
 
-// Looks among the type X blocks, whose extended tag the timing code reader refuses: this reference has no answer.
+// Looks among the type X blocks, whose extended tag the timing code reader refuses: this reference has no answer
+// (odd on purpose: docs/oddities.md).
 bool FromTimingCode(const CeaBlock& model, DtdTiming& out) {
   const CeaDataBlock* entry = CEA_FindDataBlock(&model, kExtendedTag, kTypeXExtTag);
   uint8_t codes[kCeaDataBlockRoom];

@@ -55,7 +55,7 @@ bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
 }
 
 // The record that replaces an audio block. It lives as long as the edit of the whole image: what an L-PCM descriptor of
-// one block gave it stays for a later block that has none.
+// one block gave it stays for a later block that has none (odd on purpose: docs/oddities.md).
 class TwoChannelAudio {
  public:
   void Apply(CeaBlock& model, CeaDataBlock& entry) {
@@ -117,7 +117,7 @@ using namespace reedid;
 int32_t EDID_GetAudioFmtCap(const EdidHandle* handle, AudioFmtCap* cap) {
   if (!HasBlockArray(handle) || cap == nullptr) return REEDID_ERR("invalid parameters");
   *cap = {};
-  // Blocks and audio descriptors are counted with one counter, which only moves forward.
+  // Blocks and audio descriptors are counted with one counter, which only moves forward: docs/oddities.md.
   for (unsigned i = 0; i < handle->blockCount;) {
     unsigned next = i + 1;
     if (handle->blocks[i].type == EDID_BLOCK_CEA) {

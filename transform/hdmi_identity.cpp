@@ -56,7 +56,7 @@ CeaDataBlock* FindHdmi14b(CeaBlock& model) {
 
 // The first HDMI 1.4b VSDB of the image. Blocks and data blocks are counted with one counter, so that a CTA extension
 // without the VSDB is followed by the block whose index is one more than the number of its data blocks. The search only
-// moves forward.
+// moves forward. Odd on purpose: docs/oddities.md.
 std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle) {
   for (unsigned i = 0; i < handle.blockCount;) {
     unsigned next = i + 1;

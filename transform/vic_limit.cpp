@@ -11,7 +11,7 @@ constexpr unsigned kMaxVics = 31;
 constexpr unsigned kMax420Vics = 30;
 
 // A 4:2:0 format has half the TMDS clock of its pixel clock (kHz). One more than twice the limit, as sinks round their
-// clocks.
+// clocks: docs/oddities.md.
 constexpr uint32_t kMax420Clock = 1200001;
 
 // What the table does not know is not known to be too fast.

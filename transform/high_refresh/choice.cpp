@@ -67,7 +67,7 @@ void DeleteUnspportDTD(DtdList& list) {
   }));
 }
 
-// The line shows the dropped rate beside the clock of the record that stays.
+// The line shows the dropped rate beside the clock of the record that stays: docs/oddities.md.
 void DeleteRepeatDTD(DtdList& list) {
   const char* const name = __func__;
   for (uint32_t i = 0; i < list.count(); ++i) {

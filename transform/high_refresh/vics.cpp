@@ -18,7 +18,8 @@ bool FitsRate(uint32_t vic, uint16_t rate, DtdTiming& timing) {
          !timing.interlaced;
 }
 
-// Appends VICs to the model's Video Data Block within the free space; false when the block stays as it was.
+// Appends VICs to the model's Video Data Block within the free space, though the last bytes of an extension are none
+// that a data block may reach (docs/oddities.md); false when the block stays as it was.
 // `findVic(rate)` gives the VIC for a rate and logs it, or 0.
 template <class FindVicForRate>
 bool Fill(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
