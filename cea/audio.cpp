@@ -14,8 +14,8 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kAudio = {kAudioTag, 0, 4, 31};
-constexpr CeaForm kSpeaker = {kSpeakerTag, 0, 4, 31};
+constexpr CeaForm kAudio = {CEA_TAG_AUDIO, 0, 4, 31};
+constexpr CeaForm kSpeaker = {CEA_TAG_SPEAKERS, 0, 4, 31};
 constexpr unsigned kMaxSads = 10;
 constexpr unsigned kSadSize = 3;
 

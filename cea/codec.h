@@ -11,31 +11,6 @@
 
 namespace reedid {
 
-enum CeaTag : uint8_t {
-  kAudioTag = 1,
-  kVideoTag = 2,
-  kVendorTag = 3,
-  kSpeakerTag = 4,
-  kExtendedTag = 7,
-};
-
-enum CeaExtTag : uint8_t {
-  kVideoCapabilityExtTag = 0,
-  kVendorVideoExtTag = 1,
-  kColorimetryExtTag = 5,
-  kStaticHdrExtTag = 6,
-  kDynamicHdrExtTag = 7,
-  kFormatPreferenceExtTag = 13,
-  k420VideoExtTag = 14,
-  k420MapExtTag = 15,
-  kTypeViiExtTag = 0x22,
-  kTypeViiiExtTag = 0x23,
-  kTypeXExtTag = 0x2A,
-  kExtensionOverrideExtTag = 120,
-};
-
-inline constexpr unsigned kCeaDataBlockRoom = 32;  // the largest data block; what a setter's buffer holds
-
 // The header byte: tag in bits 7..5, number of bytes that follow in bits 4..0.
 struct CeaHeader {
   explicit constexpr CeaHeader(uint8_t byte) : tag(byte >> 5), size(Low8((byte & 0x1F) + 1)) {}
@@ -52,7 +27,7 @@ struct CeaForm {
 };
 
 constexpr bool IsKind(const CeaDataBlock& entry, uint8_t tag, uint8_t extTag = 0) {
-  return entry.tag == tag && (tag != kExtendedTag || entry.extTag == extTag);
+  return entry.tag == tag && (tag != CEA_TAG_EXTENDED || entry.extTag == extTag);
 }
 
 constexpr bool Matches(const CeaDataBlock* entry, const CeaForm& form) {
@@ -71,11 +46,11 @@ constexpr bool CanHold(const CeaDataBlock* entry) {
 // Gives an entry its tag, size and header bytes over a cleared buffer, for the payload to be written behind.
 inline LayoutWriter BeginDataBlock(CeaDataBlock& entry, const CeaForm& form, unsigned size) {
   entry.tag = form.tag;
-  entry.extTag = form.tag == kExtendedTag ? form.extTag : uint8_t{0};
+  entry.extTag = form.tag == CEA_TAG_EXTENDED ? form.extTag : uint8_t{0};
   entry.size = Low8(size);
-  std::memset(entry.bytes, 0, kCeaDataBlockRoom);
+  std::memset(entry.bytes, 0, REEDID_CEA_DATA_BLOCK_SIZE);
   entry.bytes[0] = Low8(static_cast<unsigned>(form.tag) << 5 | (size - 1));
-  if (form.tag == kExtendedTag) entry.bytes[1] = form.extTag;
+  if (form.tag == CEA_TAG_EXTENDED) entry.bytes[1] = form.extTag;
   return LayoutWriter(entry.bytes);
 }
 
@@ -84,7 +59,7 @@ struct ScratchDataBlock : CeaDataBlock {
   ScratchDataBlock() : CeaDataBlock{0, 0, 0, buffer} {}
   ScratchDataBlock(const ScratchDataBlock&) = delete;
   ScratchDataBlock& operator=(const ScratchDataBlock&) = delete;
-  uint8_t buffer[kCeaDataBlockRoom] = {};
+  uint8_t buffer[REEDID_CEA_DATA_BLOCK_SIZE] = {};
 };
 
 }  // namespace reedid

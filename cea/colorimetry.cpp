@@ -10,8 +10,8 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kColorimetry = {kExtendedTag, kColorimetryExtTag, 4, 31};
-constexpr CeaForm kVideoCapability = {kExtendedTag, kVideoCapabilityExtTag, 3, 31};
+constexpr CeaForm kColorimetry = {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, 4, 31};
+constexpr CeaForm kVideoCapability = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY, 3, 31};
 
 template <class Io, class Record>
 constexpr void ColorimetryLayout(const Io& io, Record& r) {

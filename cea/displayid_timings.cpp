@@ -16,9 +16,9 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kTypeVii = {kExtendedTag, kTypeViiExtTag, 23, 32};
-constexpr CeaForm kTypeViii = {kExtendedTag, kTypeViiiExtTag, 4, 32};
-constexpr CeaForm kTypeX = {kExtendedTag, kTypeXExtTag, 9, 32};
+constexpr CeaForm kTypeVii = {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII, 23, 32};
+constexpr CeaForm kTypeViii = {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII, 4, 32};
+constexpr CeaForm kTypeX = {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X, 9, 32};
 constexpr unsigned kFlagsByte = 2;
 constexpr unsigned kPayloadStart = 3;
 constexpr unsigned kTypeViiSize = 23;          // with one descriptor
@@ -44,7 +44,7 @@ struct WrappedBlock : DispIdDataBlock {
   WrappedBlock(const WrappedBlock&) = delete;
   WrappedBlock& operator=(const WrappedBlock&) = delete;
 
-  uint8_t buffer[kMaxDispIdDataBlock];
+  uint8_t buffer[REEDID_DISPID_DATA_BLOCK_SIZE];
 };
 
 // Writes the CTA form of a DisplayID block, with `extra` zero bytes behind it.
@@ -67,7 +67,7 @@ int32_t CEA_Get20ByteDTD(const CeaDataBlock* entry, Cea20ByteDtdRecord* record) 
   if (!Matches(entry, kTypeVii) || record == nullptr) return REEDID_ERR("invalid parameters");
   *record = {};
   const Bytes bytes = BytesOf(*entry).First(kTypeViiSize);
-  const WrappedBlock block(kTypeViiTag, bytes, 0);
+  const WrappedBlock block(DISPID20_TAG_TYPE_VII, bytes, 0);
   const int32_t result = DispID20_Get20ByteDTD(&block, &record->timing, 1);
   record->flagBit3 = Bit(bytes[kFlagsByte], 3);
   record->extraBytes = Low8(Bits(bytes[kFlagsByte], 4, 3));
@@ -78,7 +78,7 @@ int32_t CEA_Get20ByteDTD(const CeaDataBlock* entry, Cea20ByteDtdRecord* record) 
 
 int32_t CEA_Set20ByteDTD(const Cea20ByteDtdRecord* record, CeaDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  WrappedBlock block(kTypeViiTag, kTypeViiRevision, 0);
+  WrappedBlock block(DISPID20_TAG_TYPE_VII, kTypeViiRevision, 0);
   const int32_t result = DispID20_Set20ByteDTD(&record->timing, 1, &block);
   if (result != 0) return result;
   const unsigned extra = Bits(record->extraBytes, 0, 3);
@@ -92,7 +92,7 @@ int32_t CEA_Set20ByteDTD(const Cea20ByteDtdRecord* record, CeaDataBlock* entry) 
 int32_t CEA_GetTimingCode(const CeaDataBlock* entry, TimingCodeRecord* record) {
   if (!Matches(entry, kTypeViii) || record == nullptr) return REEDID_ERR("invalid parameters");
   const Bytes bytes = BytesOf(*entry);
-  const WrappedBlock block(kTypeViiiTag, bytes, kTypeViiiFlags);
+  const WrappedBlock block(DISPID20_TAG_TYPE_VIII, bytes, kTypeViiiFlags);
   const int32_t result = DispID20_GetTimingCode(&block, record, static_cast<uint32_t>(DispID_GetTimingCnt(&block)));
   record->reserved = Bit(bytes[kFlagsByte], 5);
   return result;
@@ -100,10 +100,10 @@ int32_t CEA_GetTimingCode(const CeaDataBlock* entry, TimingCodeRecord* record) {
 
 int32_t CEA_SetTimingCode(const TimingCodeRecord* record, CeaDataBlock* entry) {
   if (record == nullptr || record->codeCount == 0 || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  WrappedBlock block(kTypeViiiTag, kTypeViiiRevision, 0);
+  WrappedBlock block(DISPID20_TAG_TYPE_VIII, kTypeViiiRevision, 0);
   const int32_t result = DispID20_SetTimingCode(record, &block);
   if (result != 0) return result;
-  if (block.size > kCeaDataBlockRoom) return REEDID_ERR("invalid parameters");
+  if (block.size > REEDID_CEA_DATA_BLOCK_SIZE) return REEDID_ERR("invalid parameters");
   Unwrap(block, kTypeViii, *entry);
   OrBits(entry->bytes[kFlagsByte], unsigned{record->reserved} << 5);
   return 0;
@@ -111,7 +111,7 @@ int32_t CEA_SetTimingCode(const TimingCodeRecord* record, CeaDataBlock* entry) {
 
 int32_t CEA_Get6ByteCVT(const CeaDataBlock* entry, CvtTiming* timings) {
   if (!Matches(entry, kTypeX) || timings == nullptr) return REEDID_ERR("invalid parameters");
-  const WrappedBlock block(kTypeXTag, BytesOf(*entry), 0x1F);
+  const WrappedBlock block(DISPID20_TAG_TYPE_X, BytesOf(*entry), 0x1F);
   return DispID20_Get6ByteCVT(&block, timings, static_cast<uint32_t>(DispID_GetTimingCnt(&block)));
 }
 
@@ -119,10 +119,10 @@ int32_t CEA_Set6ByteCVT(const CvtTiming* timings, uint32_t count, CeaDataBlock* 
   if (timings == nullptr || count == 0 || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   // All descriptors have the size of the first: a later rate above 256 does not make room for itself.
   const bool fastRate = Bits(timings[0].frameRate - 1u, 8, 2) != 0;
-  WrappedBlock block(kTypeXTag, 0, fastRate ? kOneExtraByte : uint8_t{0});
+  WrappedBlock block(DISPID20_TAG_TYPE_X, 0, fastRate ? kOneExtraByte : uint8_t{0});
   const int32_t result = DispID20_Set6ByteCVT(timings, count, &block);
   if (result != 0) return result;
-  if (block.size > kCeaDataBlockRoom) return REEDID_ERR("invalid parameters");
+  if (block.size > REEDID_CEA_DATA_BLOCK_SIZE) return REEDID_ERR("invalid parameters");
   Unwrap(block, kTypeX, *entry);
   return 0;
 }

@@ -29,9 +29,9 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kAnyVsdb = {kVendorTag, 0, 4, 31};
-constexpr CeaForm kHdmi14b = {kVendorTag, 0, 6, 31};
-constexpr CeaForm kHdmiForum = {kVendorTag, 0, 8, 31};
+constexpr CeaForm kAnyVsdb = {CEA_TAG_VENDOR, 0, 4, 31};
+constexpr CeaForm kHdmi14b = {CEA_TAG_VENDOR, 0, 6, 31};
+constexpr CeaForm kHdmiForum = {CEA_TAG_VENDOR, 0, 8, 31};
 constexpr uint8_t kHdmi14bOui[3] = {0x03, 0x0C, 0x00};
 constexpr uint8_t kHdmiForumOui[3] = {0xD8, 0x5D, 0xC4};
 constexpr unsigned kLatencyByte = 9;
@@ -196,7 +196,7 @@ int32_t CEA_SetH14bVSDB(const H14bRecord* record, CeaDataBlock* entry) {
   std::memcpy(entry->bytes + 1, kHdmi14bOui, sizeof kHdmi14bOui);
   if (record->physAddr == 0x0000 || record->physAddr == 0xFFFF) REEDID_WARN("invalid phyaddr: %04X", record->physAddr);
   if (record->max_TMDS_Clock < 25) REEDID_ERR("invalid max_TMDS_Clock: %dMHz", record->max_TMDS_Clock);
-  H14bLayout(writer, *record, kCeaDataBlockRoom);
+  H14bLayout(writer, *record, REEDID_CEA_DATA_BLOCK_SIZE);
   return 0;
 }
 
@@ -238,6 +238,6 @@ int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry) {
     size = 14;
   }
   entry->size = Low8(size);
-  bytes[0] = Low8(unsigned{kVendorTag} << 5 | (size - 1));
+  bytes[0] = Low8(unsigned{CEA_TAG_VENDOR} << 5 | (size - 1));
   return 0;
 }

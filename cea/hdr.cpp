@@ -13,8 +13,8 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kStaticHdr = {kExtendedTag, kStaticHdrExtTag, 4, 31};
-constexpr CeaForm kVendorVideo = {kExtendedTag, kVendorVideoExtTag, 5, 31};
+constexpr CeaForm kStaticHdr = {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, 4, 31};
+constexpr CeaForm kVendorVideo = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, 5, 31};
 constexpr uint8_t kDolbyOui[3] = {0x46, 0xD0, 0x00};
 
 // Luminances beyond `size` are neither read nor written.

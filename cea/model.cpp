@@ -89,7 +89,7 @@ bool ReadCollection(Bytes bytes, CeaBlock& model, Caller caller = {}) {
   CeaDataBlock* entry = model.dataBlocks;
   WalkCollection(bytes, model.dtdOffset, [&](unsigned at, uint8_t size) {
     entry->tag = CeaHeader(bytes[at]).tag;
-    entry->extTag = entry->tag == kExtendedTag ? bytes[at + 1] : uint8_t{0};
+    entry->extTag = entry->tag == CEA_TAG_EXTENDED ? bytes[at + 1] : uint8_t{0};
     entry->size = size;
     entry->bytes = CopyBytes(bytes.data() + at, size);
     if (entry->bytes == nullptr) REEDID_ERR_AS(caller, "malloc fail");  // the entry stays, without bytes
@@ -248,7 +248,7 @@ CeaDataBlock* CEA_FindDataBlock(const CeaBlock* model, uint32_t tag, uint32_t ex
   for (unsigned i = 0; i < model->dataBlockCount; ++i) {
     CeaDataBlock& entry = model->dataBlocks[i];
     if (entry.bytes == nullptr) continue;
-    if (entry.tag == tag && (tag != kExtendedTag || entry.extTag == extTag)) return &entry;
+    if (entry.tag == tag && (tag != CEA_TAG_EXTENDED || entry.extTag == extTag)) return &entry;
   }
   return nullptr;
 }

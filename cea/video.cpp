@@ -17,9 +17,9 @@
 namespace reedid {
 namespace {
 
-constexpr CeaForm kVideo = {kVideoTag, 0, 2, 32};
-constexpr CeaForm k420Video = {kExtendedTag, k420VideoExtTag, 3, 32};
-constexpr CeaForm k420Map = {kExtendedTag, k420MapExtTag, 3, 6};
+constexpr CeaForm kVideo = {CEA_TAG_VIDEO, 0, 2, 32};
+constexpr CeaForm k420Video = {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO, 3, 32};
+constexpr CeaForm k420Map = {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP, 3, 6};
 constexpr uint8_t kNativeMark = 0x80;
 constexpr uint8_t kMaxNativeVic = 64;
 constexpr unsigned kMapByte = 2;

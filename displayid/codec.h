@@ -11,32 +11,8 @@
 
 namespace reedid {
 
-inline constexpr unsigned kDispIdHeaderSize = 3;    // tag, revision and flags, number of payload bytes
-inline constexpr unsigned kMaxDispIdPayload = 248;  // as many as a section of 256 bytes holds
-inline constexpr unsigned kMaxDispIdDataBlock = kDispIdHeaderSize + kMaxDispIdPayload;
-
-enum DispIdTag : uint8_t {
-  kProductIdTag = 0x00,
-  kDisplayParamsTag = 0x01,
-  kTypeITag = 0x03,
-  kTypeIiTag = 0x04,
-  kTypeIiiTag = 0x05,
-  kTypeIvTag = 0x06,
-  kVesaBitmapTag = 0x07,
-  kCtaBitmapTag = 0x08,
-  kRangeLimitsTag = 0x09,
-  kSerialNumberTag = 0x0A,
-  kDataStringTag = 0x0B,
-  kTypeVTag = 0x11,
-  kTypeViTag = 0x13,
-  kProductId20Tag = 0x20,
-  kDisplayParams20Tag = 0x21,
-  kTypeViiTag = 0x22,
-  kTypeViiiTag = 0x23,
-  kTypeIxTag = 0x24,
-  kRangeLimits20Tag = 0x25,
-  kTypeXTag = 0x2A,
-};
+inline constexpr unsigned kDispIdHeaderSize = 3;  // tag, revision and flags, number of payload bytes
+inline constexpr unsigned kMaxDispIdPayload = REEDID_DISPID_DATA_BLOCK_SIZE - kDispIdHeaderSize;
 
 constexpr uint8_t HeaderByte(const DispIdDataBlock& entry) {
   return Low8(entry.revision | entry.headerFlags << 3);

@@ -27,7 +27,7 @@ constexpr unsigned TypeViSizeAt(Bytes payload) {
 
 // Bytes of a type IX or X descriptor; only type X has extra ones.
 constexpr unsigned FormulaTimingSize(const DispIdDataBlock& entry) {
-  return kTypeIxSize + (entry.tag == kTypeXTag ? Bits(entry.headerFlags, 1, 3) : 0);
+  return kTypeIxSize + (entry.tag == DISPID20_TAG_TYPE_X ? Bits(entry.headerFlags, 1, 3) : 0);
 }
 
 // Only a bad image size is written all the same.

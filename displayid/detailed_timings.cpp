@@ -41,7 +41,7 @@ struct TypeI : FixedSize<kTypeISize> {
   static constexpr DtdTiming kBlank = {};
   uint32_t clockUnit;  // kHz
 
-  explicit constexpr TypeI(uint8_t tag) : clockUnit(tag == kTypeITag ? 10 : 1) {}
+  explicit constexpr TypeI(uint8_t tag) : clockUnit(tag == DISPID_TAG_TYPE_I ? 10 : 1) {}
 
   template <class Io, class Timing>
   constexpr void Layout(const Io& io, Timing& t) const {
@@ -190,25 +190,25 @@ int32_t Set20ByteDTD(const DispIdHeader& header, const DtdTiming* timings, uint3
 using namespace reedid;
 
 int32_t DispID_Get20ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested) {
-  if (!HasTag(entry, kTypeITag)) return REEDID_ERR("invalid parameters");
+  if (!HasTag(entry, DISPID_TAG_TYPE_I)) return REEDID_ERR("invalid parameters");
   return Get20ByteDTD(*entry, timings, requested);
 }
 
 int32_t DispID_Set20ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry) {
-  return Set20ByteDTD({kTypeITag, 1, 0}, timings, count, entry);
+  return Set20ByteDTD({DISPID_TAG_TYPE_I, 1, 0}, timings, count, entry);
 }
 
 int32_t DispID20_Get20ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested) {
-  if (!HasTag(entry, kTypeViiTag)) return REEDID_ERR("invalid parameters");
+  if (!HasTag(entry, DISPID20_TAG_TYPE_VII)) return REEDID_ERR("invalid parameters");
   return Get20ByteDTD(*entry, timings, requested);
 }
 
 int32_t DispID20_Set20ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry) {
-  return Set20ByteDTD({kTypeViiTag}, timings, count, entry);
+  return Set20ByteDTD({DISPID20_TAG_TYPE_VII}, timings, count, entry);
 }
 
 int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested) {
-  if (!Matches(entry, kTypeIiTag, kDispIdHeaderSize + kTypeIiSize) || timings == nullptr) {
+  if (!Matches(entry, DISPID_TAG_TYPE_II, kDispIdHeaderSize + kTypeIiSize) || timings == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   return ReadDescriptors(TypeIi(), *entry, timings, requested);
@@ -216,12 +216,12 @@ int32_t DispID_Get11ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, ui
 
 int32_t DispID_Set11ByteDTD(const DtdTiming* timings, uint32_t count, DispIdDataBlock* entry) {
   if (timings == nullptr || !CanHold(entry) || !Within(count, kMaxTypeIi)) return REEDID_ERR("invalid parameters");
-  BeginDataBlock(*entry, {kTypeIiTag, 0, 0}, count * kTypeIiSize);
+  BeginDataBlock(*entry, {DISPID_TAG_TYPE_II, 0, 0}, count * kTypeIiSize);
   return WriteDescriptors(TypeIi(), timings, count, *entry);
 }
 
 int32_t DispID_Get17ByteDTD(const DispIdDataBlock* entry, DtdTiming* timings, uint32_t requested) {
-  if (!Matches(entry, kTypeViTag, 0) || timings == nullptr) return REEDID_ERR("invalid parameters");
+  if (!Matches(entry, DISPID_TAG_TYPE_VI, 0) || timings == nullptr) return REEDID_ERR("invalid parameters");
   return ReadDescriptors(TypeVi(), *entry, timings, requested);
 }
 
@@ -229,6 +229,6 @@ int32_t DispID_Set17ByteDTD(const DtdTiming* timings, uint32_t count, DispIdData
   if (timings == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   const unsigned payload = TypeViPayload(timings, count);
   if (payload > kMaxDispIdPayload) return REEDID_ERR("invalid parameters");
-  BeginDataBlock(*entry, {kTypeViTag, 0}, payload);
+  BeginDataBlock(*entry, {DISPID_TAG_TYPE_VI, 0}, payload);
   return WriteDescriptors(TypeVi(), timings, count, *entry);
 }

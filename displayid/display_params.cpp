@@ -79,7 +79,7 @@ constexpr void DisplayParams20Layout(const Io& io, Record& r) {
 using namespace reedid;
 
 int32_t DispID_GetDPDB(const DispIdDataBlock* entry, DisplayParamsRecord* record) {
-  if (!Matches(entry, kDisplayParamsTag, kSize) || entry->size != kSize || record == nullptr) {
+  if (!Matches(entry, DISPID_TAG_DISPLAY_PARAMS, kSize) || entry->size != kSize || record == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   *record = {};
@@ -90,14 +90,14 @@ int32_t DispID_GetDPDB(const DispIdDataBlock* entry, DisplayParamsRecord* record
 
 int32_t DispID_SetDPDB(const DisplayParamsRecord* record, DispIdDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  DisplayParamsLayout(BeginDataBlock(*entry, {kDisplayParamsTag, 0, 0}, kSize - kDispIdHeaderSize), *record);
+  DisplayParamsLayout(BeginDataBlock(*entry, {DISPID_TAG_DISPLAY_PARAMS, 0, 0}, kSize - kDispIdHeaderSize), *record);
   // To byte 0, over the tag, while byte 13 stays 0: odd on purpose, docs/oddities.md.
   if (record->aspectRatioX100 > 100) entry->bytes[0] = Low8(record->aspectRatioX100 - 100);
   return 0;
 }
 
 int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams20Record* record) {
-  if (!Matches(entry, kDisplayParams20Tag, k20Size) || entry->size != k20Size || record == nullptr) {
+  if (!Matches(entry, DISPID20_TAG_DISPLAY_PARAMS, k20Size) || entry->size != k20Size || record == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   *record = {};
@@ -109,6 +109,7 @@ int32_t DispID20_GetDPDB(const DispIdDataBlock* entry, DisplayParams20Record* re
 int32_t DispID20_SetDPDB(const DisplayParams20Record* record, DispIdDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   const uint8_t flags = record->sizeIn1mm ? kSizeIn1mm : uint8_t{0};
-  DisplayParams20Layout(BeginDataBlock(*entry, {kDisplayParams20Tag, 0, flags}, k20Size - kDispIdHeaderSize), *record);
+  DisplayParams20Layout(BeginDataBlock(*entry, {DISPID20_TAG_DISPLAY_PARAMS, 0, flags}, k20Size - kDispIdHeaderSize),
+                        *record);
   return 0;
 }

@@ -65,17 +65,17 @@ int32_t SetProductId(const ProductIdRecord* record, uint8_t tag, DispIdDataBlock
 using namespace reedid;
 
 int32_t DispID_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record) {
-  return GetProductId(entry, kProductIdTag, record);
+  return GetProductId(entry, DISPID_TAG_PRODUCT_ID, record);
 }
 
 int32_t DispID_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry) {
-  return SetProductId(record, kProductIdTag, entry);
+  return SetProductId(record, DISPID_TAG_PRODUCT_ID, entry);
 }
 
 int32_t DispID20_GetPIDB(const DispIdDataBlock* entry, ProductIdRecord* record) {
-  return GetProductId(entry, kProductId20Tag, record);
+  return GetProductId(entry, DISPID20_TAG_PRODUCT_ID, record);
 }
 
 int32_t DispID20_SetPIDB(const ProductIdRecord* record, DispIdDataBlock* entry) {
-  return SetProductId(record, kProductId20Tag, entry);
+  return SetProductId(record, DISPID20_TAG_PRODUCT_ID, entry);
 }

@@ -62,7 +62,7 @@ void ReportClocks(const DispIdRangeLimits& limits, uint32_t unit, Caller caller 
 using namespace reedid;
 
 int32_t DispID_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* limits) {
-  if (!Matches(entry, kRangeLimitsTag, kSize) || entry->size != kSize || limits == nullptr) {
+  if (!Matches(entry, DISPID_TAG_RANGE_LIMITS, kSize) || entry->size != kSize || limits == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   *limits = {};
@@ -73,12 +73,12 @@ int32_t DispID_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* l
 int32_t DispID_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry) {
   if (limits == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   ReportClocks(*limits, 10);
-  RangeLimitsLayout(BeginDataBlock(*entry, {kRangeLimitsTag, 0, 0}, kSize - kDispIdHeaderSize), *limits);
+  RangeLimitsLayout(BeginDataBlock(*entry, {DISPID_TAG_RANGE_LIMITS, 0, 0}, kSize - kDispIdHeaderSize), *limits);
   return 0;
 }
 
 int32_t DispID20_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits* limits) {
-  if (!Matches(entry, kRangeLimits20Tag, k20Size) || entry->size != k20Size || limits == nullptr) {
+  if (!Matches(entry, DISPID20_TAG_RANGE_LIMITS, k20Size) || entry->size != k20Size || limits == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   *limits = {};
@@ -89,6 +89,6 @@ int32_t DispID20_GetRangeLimits(const DispIdDataBlock* entry, DispIdRangeLimits*
 int32_t DispID20_SetRangeLimits(const DispIdRangeLimits* limits, DispIdDataBlock* entry) {
   if (limits == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   ReportClocks(*limits, 1);
-  RangeLimits20Layout(BeginDataBlock(*entry, {kRangeLimits20Tag}, k20Size - kDispIdHeaderSize), *limits);
+  RangeLimits20Layout(BeginDataBlock(*entry, {DISPID20_TAG_RANGE_LIMITS}, k20Size - kDispIdHeaderSize), *limits);
   return 0;
 }

@@ -100,7 +100,7 @@ struct TypeIx {
 };
 
 bool IsFormulaTiming(const DispIdDataBlock* entry) {
-  return HasTag(entry, kTypeIxTag) || HasTag(entry, kTypeXTag);
+  return HasTag(entry, DISPID20_TAG_TYPE_IX) || HasTag(entry, DISPID20_TAG_TYPE_X);
 }
 
 }  // namespace
@@ -114,7 +114,7 @@ Failure RefuseTiming(const CvtTiming&, Caller caller) {
 using namespace reedid;
 
 int32_t DispID_Get3ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested) {
-  if (!Matches(entry, kTypeIiiTag, kDispIdHeaderSize + kTypeIiiSize) || timings == nullptr) {
+  if (!Matches(entry, DISPID_TAG_TYPE_III, kDispIdHeaderSize + kTypeIiiSize) || timings == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   return ReadDescriptors(TypeIii(), *entry, timings, requested);
@@ -124,12 +124,12 @@ int32_t DispID_Set3ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataB
   if (timings == nullptr || !CanHold(entry) || count > kMaxDispIdPayload / kTypeIiiSize) {
     return REEDID_ERR("invalid parameters");
   }
-  BeginDataBlock(*entry, {kTypeIiiTag, 1, 0}, count * kTypeIiiSize);
+  BeginDataBlock(*entry, {DISPID_TAG_TYPE_III, 1, 0}, count * kTypeIiiSize);
   return WriteDescriptors(TypeIii(), timings, count, *entry);
 }
 
 int32_t DispID_Get7ByteCVT(const DispIdDataBlock* entry, CvtTiming* timings, uint32_t requested) {
-  if (!Matches(entry, kTypeVTag, kDispIdHeaderSize + kTypeVSize) || timings == nullptr) {
+  if (!Matches(entry, DISPID_TAG_TYPE_V, kDispIdHeaderSize + kTypeVSize) || timings == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
   return ReadDescriptors(TypeV(), *entry, timings, requested);
@@ -139,7 +139,7 @@ int32_t DispID_Set7ByteCVT(const CvtTiming* timings, uint32_t count, DispIdDataB
   if (timings == nullptr || !CanHold(entry) || count == 0 || count > kMaxTypeV) {
     return REEDID_ERR("invalid parameters");
   }
-  BeginDataBlock(*entry, {kTypeVTag, 0, 0}, count * kTypeVSize);
+  BeginDataBlock(*entry, {DISPID_TAG_TYPE_V, 0, 0}, count * kTypeVSize);
   return WriteDescriptors(TypeV(), timings, count, *entry);
 }
 

@@ -28,7 +28,7 @@ int32_t SetText(const char* text, DispIdDataBlock* entry, Caller caller = {}) {
   const auto* end = static_cast<const char*>(std::memchr(text, '\0', kMaxDispIdPayload + 1));
   if (end == nullptr) REEDID_ERR_AS(caller, "invalid parameters");
   const size_t length = end == nullptr ? kMaxDispIdPayload : static_cast<size_t>(end - text);
-  BeginDataBlock(*entry, {kSerialNumberTag, 0, 0}, static_cast<unsigned>(length));
+  BeginDataBlock(*entry, {DISPID_TAG_SERIAL_NUMBER, 0, 0}, static_cast<unsigned>(length));
   if (length > 0) std::memcpy(entry->bytes + kDispIdHeaderSize, text, length);
   return 0;
 }
@@ -39,7 +39,7 @@ int32_t SetText(const char* text, DispIdDataBlock* entry, Caller caller = {}) {
 using namespace reedid;
 
 int32_t DispID_GetSerialNumber(const DispIdDataBlock* entry, char* text, uint32_t textSize) {
-  return GetText(entry, kSerialNumberTag, text, textSize);
+  return GetText(entry, DISPID_TAG_SERIAL_NUMBER, text, textSize);
 }
 
 int32_t DispID_SetSerialNumber(const char* text, DispIdDataBlock* entry) {
@@ -47,7 +47,7 @@ int32_t DispID_SetSerialNumber(const char* text, DispIdDataBlock* entry) {
 }
 
 int32_t DispID_GetDataString(const DispIdDataBlock* entry, char* text, uint32_t textSize) {
-  return GetText(entry, kDataStringTag, text, textSize);
+  return GetText(entry, DISPID_TAG_DATA_STRING, text, textSize);
 }
 
 // Under the tag of a serial number, and read back only as one: odd on purpose, docs/oddities.md.

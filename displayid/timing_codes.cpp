@@ -73,37 +73,39 @@ int32_t SetBitmap(uint8_t tag, const uint8_t* flags, uint32_t count, DispIdDataB
 using namespace reedid;
 
 int32_t DispID_GetTimingCode(const DispIdDataBlock* entry, TimingCodeRecord* record, uint32_t requested) {
-  if (!HasTag(entry, kTypeIvTag)) return REEDID_ERR("invalid parameters");
+  if (!HasTag(entry, DISPID_TAG_TYPE_IV)) return REEDID_ERR("invalid parameters");
   return GetTimingCode(*entry, record, requested);
 }
 
 int32_t DispID_SetTimingCode(const TimingCodeRecord* record, DispIdDataBlock* entry) {
-  return SetTimingCode({kTypeIvTag, 1}, record, entry);
+  return SetTimingCode({DISPID_TAG_TYPE_IV, 1}, record, entry);
 }
 
 int32_t DispID20_GetTimingCode(const DispIdDataBlock* entry, TimingCodeRecord* record, uint32_t requested) {
-  if (!HasTag(entry, kTypeViiiTag)) return REEDID_ERR("invalid parameters");
+  if (!HasTag(entry, DISPID20_TAG_TYPE_VIII)) return REEDID_ERR("invalid parameters");
   return GetTimingCode(*entry, record, requested);
 }
 
 int32_t DispID20_SetTimingCode(const TimingCodeRecord* record, DispIdDataBlock* entry) {
-  return SetTimingCode({kTypeViiiTag}, record, entry);
+  return SetTimingCode({DISPID20_TAG_TYPE_VIII}, record, entry);
 }
 
 int32_t DispID_GetVESATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested) {
-  if (!Matches(entry, kVesaBitmapTag, kVesaBitmapMinSize) || flags == nullptr) return REEDID_ERR("invalid parameters");
+  if (!Matches(entry, DISPID_TAG_VESA_TIMINGS, kVesaBitmapMinSize) || flags == nullptr)
+    return REEDID_ERR("invalid parameters");
   return GetBitmap(*entry, flags, requested);
 }
 
 int32_t DispID_SetVESATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry) {
-  return SetBitmap(kVesaBitmapTag, flags, count, entry);
+  return SetBitmap(DISPID_TAG_VESA_TIMINGS, flags, count, entry);
 }
 
 int32_t DispID_GetCEATiming(const DispIdDataBlock* entry, uint8_t* flags, uint32_t requested) {
-  if (!Matches(entry, kCtaBitmapTag, kCtaBitmapMinSize) || flags == nullptr) return REEDID_ERR("invalid parameters");
+  if (!Matches(entry, DISPID_TAG_CTA_TIMINGS, kCtaBitmapMinSize) || flags == nullptr)
+    return REEDID_ERR("invalid parameters");
   return GetBitmap(*entry, flags, requested);
 }
 
 int32_t DispID_SetCEATiming(const uint8_t* flags, uint32_t count, DispIdDataBlock* entry) {
-  return SetBitmap(kCtaBitmapTag, flags, count, entry);
+  return SetBitmap(DISPID_TAG_CTA_TIMINGS, flags, count, entry);
 }

@@ -1,4 +1,4 @@
-// How many timings a data block holds, by its tag (DisplayID 1.3, table 4-1; DisplayID 2.0, table 4-1).
+// How many timings a data block holds, by its tag (DisplayID 1.3 and 2.0, section 4).
 
 #include "base/bytes.h"
 #include "base/log.h"
@@ -29,26 +29,26 @@ int32_t DispID_GetTimingCnt(const DispIdDataBlock* entry) {
   if (payload > kMaxDispIdPayload) return REEDID_ERR("invalid parameters");
   const auto count = [&]() -> unsigned {
     switch (entry->tag) {
-      case kTypeITag:
-      case kTypeViiTag:
+      case DISPID_TAG_TYPE_I:
+      case DISPID20_TAG_TYPE_VII:
         return payload / kTypeISize;
-      case kTypeIiTag:
+      case DISPID_TAG_TYPE_II:
         return payload / kTypeIiSize;
-      case kTypeIiiTag:
+      case DISPID_TAG_TYPE_III:
         return payload / kTypeIiiSize;
-      case kTypeIvTag:
+      case DISPID_TAG_TYPE_IV:
         return payload;
-      case kTypeViiiTag:
+      case DISPID20_TAG_TYPE_VIII:
         return Bit(entry->headerFlags, 0) ? payload / 2 : payload;
-      case kVesaBitmapTag:
-      case kCtaBitmapTag:
+      case DISPID_TAG_VESA_TIMINGS:
+      case DISPID_TAG_CTA_TIMINGS:
         return Low8(payload * 8 + 1);  // element 0 stands for nothing
-      case kTypeVTag:
+      case DISPID_TAG_TYPE_V:
         return payload / kTypeVSize;
-      case kTypeViTag:
+      case DISPID_TAG_TYPE_VI:
         return TypeViCount(*entry);
-      case kTypeIxTag:
-      case kTypeXTag:
+      case DISPID20_TAG_TYPE_IX:
+      case DISPID20_TAG_TYPE_X:
         return payload / FormulaTimingSize(*entry);
       default:
         return 0;

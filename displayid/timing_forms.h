@@ -18,17 +18,17 @@ struct DispIdForm {
 
 // Types I, II, VI and VII.
 inline constexpr DispIdForm<DtdTiming> kDetailedForms[] = {
-    {kTypeITag, DispID_Get20ByteDTD, DispID_Set20ByteDTD},
-    {kTypeIiTag, DispID_Get11ByteDTD, DispID_Set11ByteDTD},
-    {kTypeViTag, DispID_Get17ByteDTD, DispID_Set17ByteDTD},
-    {kTypeViiTag, DispID20_Get20ByteDTD, DispID20_Set20ByteDTD},
+    {DISPID_TAG_TYPE_I, DispID_Get20ByteDTD, DispID_Set20ByteDTD},
+    {DISPID_TAG_TYPE_II, DispID_Get11ByteDTD, DispID_Set11ByteDTD},
+    {DISPID_TAG_TYPE_VI, DispID_Get17ByteDTD, DispID_Set17ByteDTD},
+    {DISPID20_TAG_TYPE_VII, DispID20_Get20ByteDTD, DispID20_Set20ByteDTD},
 };
 
 // Types III, V and IX. Type X stands in CTA extensions.
 inline constexpr DispIdForm<CvtTiming> kCvtForms[] = {
-    {kTypeIiiTag, DispID_Get3ByteCVT, DispID_Set3ByteCVT},
-    {kTypeVTag, DispID_Get7ByteCVT, DispID_Set7ByteCVT},
-    {kTypeIxTag, DispID20_Get6ByteCVT, DispID20_Set6ByteCVT},
+    {DISPID_TAG_TYPE_III, DispID_Get3ByteCVT, DispID_Set3ByteCVT},
+    {DISPID_TAG_TYPE_V, DispID_Get7ByteCVT, DispID_Set7ByteCVT},
+    {DISPID20_TAG_TYPE_IX, DispID20_Get6ByteCVT, DispID20_Set6ByteCVT},
 };
 
 template <class Record, size_t kCount>

@@ -39,7 +39,7 @@ bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rate
   const MallocPtr<uint8_t[]> codes(AllocateZeroed<uint8_t>(count));
   if (codes == nullptr) return NoMemory();
   TimingCodeRecord record = {0, 0, 0, 0, codes.get()};
-  const auto get = entry.tag == kTypeIvTag ? DispID_GetTimingCode : DispID20_GetTimingCode;
+  const auto get = entry.tag == DISPID_TAG_TYPE_IV ? DispID_GetTimingCode : DispID20_GetTimingCode;
   if (get(&entry, &record, count) != 0) return true;
   return AddEach(record.codes, record.codeCount, [&](uint8_t code) { return AddCode(record.codeType, code, rates); });
 }
@@ -47,7 +47,7 @@ bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rate
 bool AddBitmap(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
   const MallocPtr<uint8_t[]> flags(AllocateZeroed<uint8_t>(count));
   if (flags == nullptr) return NoMemory();
-  const bool vesa = entry.tag == kVesaBitmapTag;
+  const bool vesa = entry.tag == DISPID_TAG_VESA_TIMINGS;
   if ((vesa ? DispID_GetVESATiming : DispID_GetCEATiming)(&entry, flags.get(), count) != 0) return true;
   for (unsigned i = 0; i < count; ++i) {
     if (flags[i] != 0 && !(vesa ? rates.AddDmt(i) : rates.AddVic(i))) return false;
@@ -58,8 +58,8 @@ bool AddBitmap(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
 bool AddDataBlock(const DispIdDataBlock& entry, RateList& rates) {
   const auto* detailed = FindForm(kDetailedForms, entry.tag);
   const auto* cvt = FindForm(kCvtForms, entry.tag);
-  const bool codes = entry.tag == kTypeIvTag || entry.tag == kTypeViiiTag;
-  const bool bitmap = entry.tag == kVesaBitmapTag || entry.tag == kCtaBitmapTag;
+  const bool codes = entry.tag == DISPID_TAG_TYPE_IV || entry.tag == DISPID20_TAG_TYPE_VIII;
+  const bool bitmap = entry.tag == DISPID_TAG_VESA_TIMINGS || entry.tag == DISPID_TAG_CTA_TIMINGS;
   if (entry.bytes == nullptr || !(detailed || cvt || codes || bitmap)) return true;
   const int32_t timings = DispID_GetTimingCnt(&entry);
   if (timings < 1) return true;

@@ -32,11 +32,11 @@ bool AddDescriptor(const DtdSlot& slot, RateList& rates) {
   switch (slot.flag) {
     case kDtdSlotFlag:
       return AddDtd(slot, rates);
-    case kStandardTimingsDescriptor: {
+    case EDID_DESCRIPTOR_STD_TIMINGS: {
       StdTiming timings[6];
       return VESA_GetStandardTimings(&slot, timings) != 0 || AddStdTimings(timings, 6, rates);
     }
-    case kCvtCodesDescriptor: {
+    case EDID_DESCRIPTOR_CVT_CODES: {
       VesaCvtRecord record;
       return VESA_GetCvtTiming(&slot, &record) != 0 ||
              AddEach(record.codes, 4, [&](const VesaCvtCode& code) { return AddCvtCode(code, rates); });
@@ -79,17 +79,17 @@ bool AddCeaTimingCodes(const CeaDataBlock& entry, RateList& rates) {
 
 bool AddExtended(const CeaDataBlock& entry, RateList& rates) {
   switch (entry.extTag) {
-    case k420VideoExtTag: {
+    case CEA_EXT_TAG_420_VIDEO: {
       Vic420Record record;
       return CEA_Get420VDB(&entry, &record) != 0 || AddVics(record.vics, record.vicCount, rates);
     }
-    case kTypeViiExtTag: {
+    case CEA_EXT_TAG_TYPE_VII: {
       Cea20ByteDtdRecord record;
       return CEA_Get20ByteDTD(&entry, &record) != 0 || rates.AddFormulaRate(record.timing);
     }
-    case kTypeViiiExtTag:
+    case CEA_EXT_TAG_TYPE_VIII:
       return AddCeaTimingCodes(entry, rates);
-    case kTypeXExtTag: {
+    case CEA_EXT_TAG_TYPE_X: {
       if (TypeXSlots(entry) == 0) return true;  // nothing to read is nothing to complain about
       const TypeXRecords read = ReadTypeX(entry);
       return AddEach(read.records, read.count, [&](const CvtTiming& timing) { return rates.Add(timing.frameRate); });
@@ -102,13 +102,13 @@ bool AddExtended(const CeaDataBlock& entry, RateList& rates) {
 bool AddDataBlock(const CeaDataBlock& entry, RateList& rates) {
   if (entry.bytes == nullptr) return true;
   switch (entry.tag) {
-    case kVideoTag: {
+    case CEA_TAG_VIDEO: {
       VdbRecord record;
       return CEA_GetVDB(&entry, &record) != 0 || AddVics(record.vics, record.vicCount, rates);
     }
-    case kVendorTag:
+    case CEA_TAG_VENDOR:
       return AddHdmiVics(entry, rates);
-    case kExtendedTag:
+    case CEA_TAG_EXTENDED:
       return AddExtended(entry, rates);
     default:
       return true;

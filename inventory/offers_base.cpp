@@ -64,11 +64,11 @@ void OfferEstablished3(Part slot, Offers& offers) {
 
 // The timings that a display descriptor lists.
 void OfferLists(Part slot, const StandardFormula& formula, Offers& offers) {
-  if (IsDescriptor(slot, kStandardTimingsDescriptor)) {
+  if (IsDescriptor(slot, EDID_DESCRIPTOR_STD_TIMINGS)) {
     OfferStandardTimings(slot.From(kDescriptorPayload), kStandardInDescriptor, formula, offers);
-  } else if (IsDescriptor(slot, kCvtCodesDescriptor)) {
+  } else if (IsDescriptor(slot, EDID_DESCRIPTOR_CVT_CODES)) {
     OfferCvtCodes(slot.From(kListByte), kCvtCodes, offers);
-  } else if (IsDescriptor(slot, kEst3Descriptor)) {
+  } else if (IsDescriptor(slot, EDID_DESCRIPTOR_EST3)) {
     OfferEstablished3(slot, offers);
   }
 }
@@ -81,7 +81,7 @@ StandardFormula FormulaOf(Part block) {
   formula.squareAspect = block[18] == 1 && revision < 3;
   for (unsigned i = 0; i < kDescriptorSlots; ++i) {
     const Part limits = SlotAt(block, i);
-    if (!IsDescriptor(limits, kRangeLimitsDescriptor)) continue;
+    if (!IsDescriptor(limits, EDID_DESCRIPTOR_RANGE_LIMITS)) continue;
     if (limits[kKindByte] == kSecondaryGtf) ReadSecondaryCurve(limits, formula);
     if (limits[kKindByte] != kCvt || revision < 4) continue;
     const bool onlyReduced = Bits(limits[15], 3, 2) == 2;

@@ -36,9 +36,9 @@ void WalkDataBlocks(Part collection, Visit visit) {
     const CeaHeader header(collection[0]);
     if (header.size > collection.size()) return;
     if (header.tag != 0) {
-      visit(
-          DataBlock{header.tag, header.tag == kExtendedTag ? collection[1] : uint8_t{0}, collection.First(header.size)},
-          index++);
+      visit(DataBlock{header.tag, header.tag == CEA_TAG_EXTENDED ? collection[1] : uint8_t{0},
+                      collection.First(header.size)},
+            index++);
     }
     collection = collection.From(header.size);
   }
@@ -49,7 +49,8 @@ class CapabilityMap {
  public:
   explicit CapabilityMap(Part collection) {
     WalkDataBlocks(collection, [this](const DataBlock& block, unsigned) {
-      if (block.tag != kExtendedTag || block.extTag != k420MapExtTag || block.part.size() < kExtendedPayload) return;
+      if (block.tag != CEA_TAG_EXTENDED || block.extTag != CEA_EXT_TAG_420_MAP || block.part.size() < kExtendedPayload)
+        return;
       map_ = block.part.bytes.From(kExtendedPayload);
       all_ = map_.size() == 0;  // a map without bits holds for all
     });
@@ -92,14 +93,14 @@ void OfferExtended(const DataBlock& block, Offers& offers) {
   const uint8_t flags = block.part[kExtendedPayload];
   const Part payload = block.part.From(kExtendedPayload + 1);
   switch (block.extTag) {
-    case k420VideoExtTag:
+    case CEA_EXT_TAG_420_VIDEO:
       return OfferSvds(block.part.From(kExtendedPayload), TIMING_VIC_420, nullptr, 0, offers);
-    case kTypeViiExtTag:
+    case CEA_EXT_TAG_TYPE_VII:
       return OfferTypeVii(payload, flags, true, offers);
-    case kTypeViiiExtTag:
-      return OfferTimingCodes(kTypeViiiTag, payload, flags, offers);
-    case kTypeXExtTag:
-      return OfferFormulaTimings(kTypeXTag, payload, flags, offers);
+    case CEA_EXT_TAG_TYPE_VIII:
+      return OfferTimingCodes(DISPID20_TAG_TYPE_VIII, payload, flags, offers);
+    case CEA_EXT_TAG_TYPE_X:
+      return OfferFormulaTimings(DISPID20_TAG_TYPE_X, payload, flags, offers);
     default:
       return;
   }
@@ -112,12 +113,12 @@ void OfferCtaDataBlocks(Part collection, Offers& offers) {
   unsigned svds = 0;
   WalkDataBlocks(collection, [&](const DataBlock& block, unsigned index) {
     offers.place.dataBlock = Low8(index);
-    if (block.tag == kVideoTag) {
+    if (block.tag == CEA_TAG_VIDEO) {
       OfferSvds(block.part.From(1), TIMING_VIC, &map, svds, offers);
       svds += block.part.size() - 1;
-    } else if (block.tag == kVendorTag) {
+    } else if (block.tag == CEA_TAG_VENDOR) {
       OfferHdmiVics(block.part, offers);
-    } else if (block.tag == kExtendedTag) {
+    } else if (block.tag == CEA_TAG_EXTENDED) {
       OfferExtended(block, offers);
     }
   });

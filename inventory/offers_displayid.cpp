@@ -54,8 +54,9 @@ enum class Mark { kPreferred, kYcc420 };
 
 void OfferDetailed(uint8_t tag, uint8_t source, Part payload, uint8_t flags, Mark mark, Offers& offers) {
   const auto* form = FindForm(kDetailedForms, tag);
-  const unsigned size = tag == kTypeIiTag ? kTypeIiSize : kTypeISize + (tag == kTypeViiTag ? ExtraBytes(flags) : 0);
-  const auto sizeAt = [&](Part at) { return tag == kTypeViTag ? TypeViSizeAt(at.bytes) : size; };
+  const unsigned size =
+      tag == DISPID_TAG_TYPE_II ? kTypeIiSize : kTypeISize + (tag == DISPID20_TAG_TYPE_VII ? ExtraBytes(flags) : 0);
+  const auto sizeAt = [&](Part at) { return tag == DISPID_TAG_TYPE_VI ? TypeViSizeAt(at.bytes) : size; };
   const OfferedTiming before = offers.place;
   offers.place.source = source;
   WalkDescriptors(payload, sizeAt, offers, [&](Part descriptor) {
@@ -88,25 +89,25 @@ void OfferDataBlock(Part block, Offers& offers) {
   const uint8_t tag = block[0], flags = block[1];
   const Part payload = block.From(kDispIdHeaderSize);
   switch (tag) {
-    case kTypeITag:
+    case DISPID_TAG_TYPE_I:
       return OfferDetailed(tag, TIMING_TYPE_I, payload, flags, Mark::kPreferred, offers);
-    case kTypeIiTag:
+    case DISPID_TAG_TYPE_II:
       return OfferDetailed(tag, TIMING_TYPE_II, payload, flags, Mark::kPreferred, offers);
-    case kTypeViTag:
+    case DISPID_TAG_TYPE_VI:
       return OfferDetailed(tag, TIMING_TYPE_VI, payload, flags, Mark::kPreferred, offers);
-    case kTypeViiTag:
+    case DISPID20_TAG_TYPE_VII:
       return OfferTypeVii(payload, flags, false, offers);
-    case kTypeIvTag:
-    case kTypeViiiTag:
+    case DISPID_TAG_TYPE_IV:
+    case DISPID20_TAG_TYPE_VIII:
       return OfferTimingCodes(tag, payload, flags, offers);
-    case kTypeIiiTag:
-    case kTypeVTag:
-    case kTypeIxTag:
-    case kTypeXTag:
+    case DISPID_TAG_TYPE_III:
+    case DISPID_TAG_TYPE_V:
+    case DISPID20_TAG_TYPE_IX:
+    case DISPID20_TAG_TYPE_X:
       return OfferFormulaTimings(tag, payload, flags, offers);
-    case kVesaBitmapTag:
-    case kCtaBitmapTag:
-      return OfferBitmap(payload, tag == kVesaBitmapTag, offers);
+    case DISPID_TAG_VESA_TIMINGS:
+    case DISPID_TAG_CTA_TIMINGS:
+      return OfferBitmap(payload, tag == DISPID_TAG_VESA_TIMINGS, offers);
     case kCtaContainerTag:
       std::swap(offers.place.container, offers.place.dataBlock);
       OfferCtaDataBlocks(payload, offers);
@@ -122,14 +123,14 @@ void OfferDataBlock(Part block, Offers& offers) {
 // From revision 2 on the mark means YCbCr 4:2:0; CTA-861 has no older one.
 void OfferTypeVii(Part payload, uint8_t flags, bool cta, Offers& offers) {
   const Mark mark = cta || Bits(flags, 0, 3) >= 2 ? Mark::kYcc420 : Mark::kPreferred;
-  OfferDetailed(kTypeViiTag, TIMING_TYPE_VII, payload, flags, mark, offers);
+  OfferDetailed(DISPID20_TAG_TYPE_VII, TIMING_TYPE_VII, payload, flags, mark, offers);
 }
 
 // Types IV and VIII. Header byte 1: 7-6 kind of code, 5 YCbCr 4:2:0 (type VIII), 3 two bytes per code.
 void OfferTimingCodes(uint8_t tag, Part payload, uint8_t flags, Offers& offers) {
   const unsigned size = Bit(flags, 3) ? 2 : 1;
-  offers.place.source = tag == kTypeIvTag ? TIMING_TYPE_IV : TIMING_TYPE_VIII;
-  offers.place.ycc420 = tag == kTypeViiiTag && Bit(flags, 5) ? YCC420_ALSO : YCC420_NO;
+  offers.place.source = tag == DISPID_TAG_TYPE_IV ? TIMING_TYPE_IV : TIMING_TYPE_VIII;
+  offers.place.ycc420 = tag == DISPID20_TAG_TYPE_VIII && Bit(flags, 5) ? YCC420_ALSO : YCC420_NO;
   WalkDescriptors(
       payload, [&](Part) { return size; }, offers,
       [&](Part code) {
@@ -151,14 +152,16 @@ void OfferTimingCodes(uint8_t tag, Part payload, uint8_t flags, Offers& offers) 
 // Types III, V, IX and X.
 void OfferFormulaTimings(uint8_t tag, Part payload, uint8_t flags, Offers& offers) {
   const OneDescriptor empty(tag, flags, {});
-  const unsigned size = tag == kTypeIiiTag ? kTypeIiiSize : tag == kTypeVTag ? kTypeVSize : FormulaTimingSize(empty);
+  const unsigned size = tag == DISPID_TAG_TYPE_III ? kTypeIiiSize
+                        : tag == DISPID_TAG_TYPE_V ? kTypeVSize
+                                                   : FormulaTimingSize(empty);
   const auto* form = FindForm(kCvtForms, tag);
   const auto get = form != nullptr ? form->get : DispID20_Get6ByteCVT;
   const OfferedTiming before = offers.place;
-  offers.place.source = tag == kTypeIiiTag  ? TIMING_TYPE_III
-                        : tag == kTypeVTag  ? TIMING_TYPE_V
-                        : tag == kTypeIxTag ? TIMING_TYPE_IX
-                                            : TIMING_TYPE_X;
+  offers.place.source = tag == DISPID_TAG_TYPE_III    ? TIMING_TYPE_III
+                        : tag == DISPID_TAG_TYPE_V    ? TIMING_TYPE_V
+                        : tag == DISPID20_TAG_TYPE_IX ? TIMING_TYPE_IX
+                                                      : TIMING_TYPE_X;
   WalkDescriptors(
       payload, [&](Part) { return size; }, offers,
       [&](Part descriptor) {

@@ -45,13 +45,13 @@ bool FromTimingNumber(const CeaBlock& model, unsigned n, DtdTiming& out) {
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     const CeaDataBlock& entry = model.dataBlocks[i];
     if (entry.bytes == nullptr) continue;
-    if (IsKind(entry, kExtendedTag, kTypeViiExtTag) && ++count == n) {
+    if (IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII) && ++count == n) {
       Cea20ByteDtdRecord record;
       if (CEA_Get20ByteDTD(&entry, &record) != 0) return false;
       out = record.timing;
       return true;
     }
-    if (IsKind(entry, kExtendedTag, kTypeXExtTag)) {
+    if (IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X)) {
       count += TypeXSlots(entry);
       if (n <= count) return FromTypeX(entry, n + 3 - count, out);
     }
@@ -62,8 +62,8 @@ bool FromTimingNumber(const CeaBlock& model, unsigned n, DtdTiming& out) {
 // Looks among the type X blocks, whose extended tag the timing code reader refuses: this reference has no answer
 // (odd on purpose: docs/oddities.md).
 bool FromTimingCode(const CeaBlock& model, DtdTiming& out) {
-  const CeaDataBlock* entry = CEA_FindDataBlock(&model, kExtendedTag, kTypeXExtTag);
-  uint8_t codes[kCeaDataBlockRoom];
+  const CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X);
+  uint8_t codes[REEDID_CEA_DATA_BLOCK_SIZE];
   TimingCodeRecord record = {0, 0, 0, 0, codes};
   if (entry == nullptr || CEA_GetTimingCode(entry, &record) != 0 || record.codeType != 0) return false;
   return DmtToDtd(codes[0], &out) == 0;
@@ -78,13 +78,13 @@ bool FromReference(const EdidHandle& handle, const CeaBlock& model, uint8_t svr,
 }
 
 bool FromPreferenceBlock(const EdidHandle& handle, const CeaBlock& model, DtdTiming& out) {
-  const CeaDataBlock* entry = CEA_FindDataBlock(&model, kExtendedTag, kFormatPreferenceExtTag);
+  const CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_EXTENDED, CEA_EXT_TAG_FORMAT_PREFERENCE);
   if (entry == nullptr || entry->bytes == nullptr || entry->size < 3) return false;
   return FromReference(handle, model, entry->bytes[2], out);
 }
 
 void FromNativeVic(const CeaBlock& model, DtdTiming& out) {
-  const CeaDataBlock* entry = CEA_FindDataBlock(&model, kVideoTag, 0);
+  const CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_VIDEO, 0);
   VdbRecord record;
   if (entry != nullptr && CEA_GetVDB(entry, &record) == 0) VicToDtd(record.nativeVic, &out);
 }

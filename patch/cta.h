@@ -31,9 +31,9 @@ class CtaCursor {
   bool Next();
   Bytes bytes() const { return BytesOf(*run_.block).From(at_).First(size_); }  // header first
   uint8_t tag() const { return CeaHeader(bytes()[0]).tag; }
-  uint8_t extTag() const { return tag() == kExtendedTag ? bytes()[1] : uint8_t{0}; }
+  uint8_t extTag() const { return tag() == CEA_TAG_EXTENDED ? bytes()[1] : uint8_t{0}; }
   bool Is(uint8_t wanted, uint8_t extended = 0) const {
-    return tag() == wanted && (wanted != kExtendedTag || (size_ > 1 && extTag() == extended));
+    return tag() == wanted && (wanted != CEA_TAG_EXTENDED || (size_ > 1 && extTag() == extended));
   }
   // Whether a header of the reserved tag 0 stands before: some readers take it for the end.
   bool behindGap() const { return behindGap_; }

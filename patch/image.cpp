@@ -39,7 +39,7 @@ EdidHandle* CopyOf(const EdidHandle& handle) {
 unsigned OverrideCountAt(EdidHandle& handle) {
   if (handle.blockCount < 2) return 0;
   CtaCursor first(CollectionOf(handle.blocks[1]));
-  const bool found = first.Next() && first.Is(kExtendedTag, kExtensionOverrideExtTag);
+  const bool found = first.Next() && first.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE);
   return found && first.bytes().size() >= kOverrideSize ? first.at() + 2 : 0;
 }
 

@@ -50,7 +50,7 @@ void AddFormat(const SadRecord& sad, AudioFmtCap& cap) {
 
 // The first audio data block of an extension; false when there is none that can be read.
 bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
-  const CeaDataBlock* entry = CEA_FindDataBlock(&model, kAudioTag, 0);
+  const CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_AUDIO, 0);
   return entry != nullptr && CEA_GetADB(entry, &record) == 0;
 }
 
@@ -78,11 +78,11 @@ class TwoChannelAudio {
 void LimitAudio(EdidBlock& block, TwoChannelAudio& audio) {
   const Opened<CeaBlock> model = Open<CeaBlock>(block);
   if (model == nullptr) return;
-  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), kAudioTag, 0)) {
+  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), CEA_TAG_AUDIO, 0)) {
     audio.Apply(*model, *entry);
     Regenerate(*model, block);
   }
-  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), kSpeakerTag, 0)) {
+  if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), CEA_TAG_SPEAKERS, 0)) {
     Rewrite(*model, *entry, CEA_SetSADB, &kFrontSpeakers);
     Regenerate(*model, block);
   }
@@ -92,7 +92,7 @@ void LimitFrl(CeaBlock& model) {
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     CeaDataBlock& entry = model.dataBlocks[i];
     HfVsdbRecord record;
-    if (entry.bytes == nullptr || entry.tag != kVendorTag || CEA_GetVSDBType(&entry) != VSDB_HDMI_FORUM ||
+    if (entry.bytes == nullptr || entry.tag != CEA_TAG_VENDOR || CEA_GetVSDBType(&entry) != VSDB_HDMI_FORUM ||
         CEA_GetHFVSDB(&entry, &record) != 0) {
       continue;
     }
@@ -104,9 +104,9 @@ void LimitFrl(CeaBlock& model) {
 
 // HDR metadata of any kind, and the vendor video block that announces Dolby Vision; others' video blocks stay.
 bool IsHdr(const CeaDataBlock& entry) {
-  if (entry.tag != kExtendedTag) return false;
-  return entry.extTag == kStaticHdrExtTag || entry.extTag == kDynamicHdrExtTag ||
-         (entry.extTag == kVendorVideoExtTag && CEA_GetVSVDBType(&entry) == 1);
+  if (entry.tag != CEA_TAG_EXTENDED) return false;
+  return entry.extTag == CEA_EXT_TAG_STATIC_HDR || entry.extTag == CEA_EXT_TAG_DYNAMIC_HDR ||
+         (entry.extTag == CEA_EXT_TAG_VENDOR_VIDEO && CEA_GetVSVDBType(&entry) == 1);
 }
 
 }  // namespace

@@ -80,10 +80,10 @@ void LimitCea(CeaBlock& model, const LinkLimit& limit, Rates rates) {
   KeepDtds(model, [&](DtdSlot& slot) { return LimitSlot(slot, limit, rates).fate != Fate::kDropped; });
   KeepDataBlocks(model, [&](CeaDataBlock& entry) { return vics.Limit420Block(entry); });
   KeepDataBlocks(model, [&](CeaDataBlock& entry) {
-    if (entry.tag == kVendorTag) return LimitVendorBlock(model, entry, limit);
-    if (entry.tag == kVideoTag) return vics.LimitVideoBlock(entry), true;
-    if (IsKind(entry, kExtendedTag, kTypeViiExtTag)) return LimitTypeVii(model, entry, limit, rates);
-    if (IsKind(entry, kExtendedTag, kTypeXExtTag)) return LimitTypeX(model, entry, limit, rates);
+    if (entry.tag == CEA_TAG_VENDOR) return LimitVendorBlock(model, entry, limit);
+    if (entry.tag == CEA_TAG_VIDEO) return vics.LimitVideoBlock(entry), true;
+    if (IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII)) return LimitTypeVii(model, entry, limit, rates);
+    if (IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X)) return LimitTypeX(model, entry, limit, rates);
     return true;
   });
   vics.Restore();

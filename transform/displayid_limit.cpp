@@ -38,7 +38,7 @@ Verdict LimitRange(DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& 
 }
 
 Verdict LimitDataBlock(DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& limit, Rates rates) {
-  if (entry.tag == kRangeLimitsTag) return LimitRange(model, entry, limit);
+  if (entry.tag == DISPID_TAG_RANGE_LIMITS) return LimitRange(model, entry, limit);
   if (const auto* form = FindForm(kDetailedForms, entry.tag)) {
     return LimitForm(model, entry, *form,
                      [&](DtdTiming& timing) { return LimitTiming(timing, limit, rates) != Fate::kDropped; });

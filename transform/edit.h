@@ -27,7 +27,7 @@ int32_t Rewrite(CeaBlock& model, CeaDataBlock& entry, Set set, const Arguments&.
 // The new block starts with the header of the one that it replaces.
 template <class Set, class... Arguments>
 int32_t Rewrite(DispIdBlock& model, DispIdDataBlock& entry, Set set, const Arguments&... arguments) {
-  uint8_t buffer[kMaxDispIdDataBlock] = {};
+  uint8_t buffer[REEDID_DISPID_DATA_BLOCK_SIZE] = {};
   DispIdDataBlock block = {entry.tag, entry.revision, entry.headerFlags, 0, buffer};
   const int32_t status = set(arguments..., &block);
   return status != 0 ? status : DispID_ReplaceDB(&model, &entry, &block);

@@ -16,8 +16,9 @@ void DeleteEODB(EdidHandle* handle) {
   }
   EditBlocks(*handle, [](CeaBlock& model) {
     const unsigned before = model.dataBlockCount;
-    KeepDataBlocks(model,
-                   [](const CeaDataBlock& entry) { return !IsKind(entry, kExtendedTag, kExtensionOverrideExtTag); });
+    KeepDataBlocks(model, [](const CeaDataBlock& entry) {
+      return !IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE);
+    });
     return model.dataBlockCount != before;
   });
 }

@@ -49,7 +49,7 @@ struct HdmiVsdb {
 CeaDataBlock* FindHdmi14b(CeaBlock& model) {
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     CeaDataBlock& entry = model.dataBlocks[i];
-    if (entry.bytes != nullptr && entry.tag == kVendorTag && CEA_GetVSDBType(&entry) == VSDB_HDMI14B) return &entry;
+    if (entry.bytes != nullptr && entry.tag == CEA_TAG_VENDOR && CEA_GetVSDBType(&entry) == VSDB_HDMI14B) return &entry;
   }
   return nullptr;
 }
@@ -107,7 +107,7 @@ void PrepareForHdmi(CeaBlock& model, unsigned needed) {
 
 // Right behind the video formats; in front when there are none.
 unsigned HdmiBlocksPosition(const CeaBlock& model) {
-  const CeaDataBlock* video = CEA_FindDataBlock(&model, kVideoTag, 0);
+  const CeaDataBlock* video = CEA_FindDataBlock(&model, CEA_TAG_VIDEO, 0);
   return video == nullptr ? 0 : static_cast<unsigned>(video - model.dataBlocks) + 1;
 }
 

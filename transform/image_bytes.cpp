@@ -15,7 +15,7 @@ constexpr unsigned kAddressAt = 4;  // in the HDMI 1.4b VSDB
 
 bool IsHdmiWithAddress(const CtaCursor& cursor) {
   const Bytes bytes = cursor.bytes();
-  return cursor.Is(kVendorTag) && bytes.size() >= kAddressAt + 2 &&
+  return cursor.Is(CEA_TAG_VENDOR) && bytes.size() >= kAddressAt + 2 &&
          std::memcmp(bytes.data() + 1, kHdmiOui, sizeof kHdmiOui) == 0;
 }
 

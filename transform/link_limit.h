@@ -10,7 +10,7 @@
 
 namespace reedid {
 
-int32_t LimitVesa(VesaBlock& model, const LinkLimit& limit, Rates rates);  // the status of the last descriptor call
+int32_t LimitVesa(VesaBlock& model, const LinkLimit& limit, Rates rates);  // as the last codec answered
 void LimitCea(CeaBlock& model, const LinkLimit& limit, Rates rates);
 void LimitDispId(DispIdBlock& model, const LinkLimit& limit, Rates rates);
 

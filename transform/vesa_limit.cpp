@@ -80,8 +80,8 @@ int32_t LimitVesa(VesaBlock& model, const LinkLimit& limit, Rates rates) {
       status = result.status;
       return result.fate != Fate::kDropped;
     }
-    if (slot.flag == kCvtCodesDescriptor) status = LimitCvtCodes(slot, limit);
-    if (slot.flag == kRangeLimitsDescriptor) status = LimitRange(model, slot, limit);
+    if (slot.flag == EDID_DESCRIPTOR_CVT_CODES) status = LimitCvtCodes(slot, limit);
+    if (slot.flag == EDID_DESCRIPTOR_RANGE_LIMITS) status = LimitRange(model, slot, limit);
     return true;
   });
   return status;

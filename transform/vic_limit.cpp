@@ -47,8 +47,8 @@ void VicSet::Add(uint8_t vic) {
 }
 
 bool VicLimiter::Limit420Block(CeaDataBlock& entry) {
-  const bool video = IsKind(entry, kExtendedTag, k420VideoExtTag);
-  if (!video && !IsKind(entry, kExtendedTag, k420MapExtTag)) return true;
+  const bool video = IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO);
+  if (!video && !IsKind(entry, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP)) return true;
   if (!limit_.carries420) return false;
   return video ? Limit420Video(entry) : Limit420Map(entry);
 }
@@ -63,7 +63,7 @@ bool VicLimiter::Limit420Video(CeaDataBlock& entry) {
 
 // The map is rewritten when the Video Data Block that it maps has its final list.
 bool VicLimiter::Limit420Map(CeaDataBlock& entry) {
-  const CeaDataBlock* videoBlock = CEA_FindDataBlock(&model_, kVideoTag, 0);
+  const CeaDataBlock* videoBlock = CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0);
   if (videoBlock == nullptr || CEA_Get420CMDB(videoBlock, &entry, &map420_) != 0) return true;
   DropFast420(map420_);
   return map420_.vicCount != 0;
@@ -80,7 +80,7 @@ void VicLimiter::LimitVideoBlock(CeaDataBlock& entry) {
     return false;
   });
   const bool written = Rewrite(model_, entry, CEA_SetVDB, &record) == 0;
-  if (&entry == CEA_FindDataBlock(&model_, kVideoTag, 0)) firstVideo_ = written ? record : before;
+  if (&entry == CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0)) firstVideo_ = written ? record : before;
   if (!written) return;
   for (const uint8_t vic : fast) removed_.Add(vic);
 }
@@ -121,16 +121,16 @@ void VicLimiter::ReplaceRemovedVics() {
     const uint8_t slower = SlowerVic(timing);
     if (slower != 0) AppendVic<kMaxVics>(firstVideo_, slower);
   }
-  CeaDataBlock* entry = CEA_FindDataBlock(&model_, kVideoTag, 0);
+  CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0);
   if (entry != nullptr && Rewrite(model_, *entry, CEA_SetVDB, &firstVideo_) != 0) firstVideo_ = before;
 }
 
 // Formats that the sink takes in 4:2:0 too survive as 4:2:0 only when the Video Data Block lost them.
 void VicLimiter::Write420Map() {
   if (map420_.vicCount == 0) return;
-  CeaDataBlock* entry = CEA_FindDataBlock(&model_, kExtendedTag, k420MapExtTag);
+  CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP);
   if (entry != nullptr) {
-    Rewrite(model_, *entry, CEA_Set420CMDB, &map420_, CEA_FindDataBlock(&model_, kVideoTag, 0));
+    Rewrite(model_, *entry, CEA_Set420CMDB, &map420_, CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0));
   }
   for (unsigned i = 0; i < map420_.vicCount; ++i) {
     if (!HoldsVic(firstVideo_, map420_.vics[i])) AppendVic<kMax420Vics>(video420_, map420_.vics[i]);
@@ -139,7 +139,7 @@ void VicLimiter::Write420Map() {
 
 void VicLimiter::Write420Video() {
   if (video420_.vicCount == 0) return;
-  if (CeaDataBlock* entry = CEA_FindDataBlock(&model_, kExtendedTag, k420VideoExtTag)) {
+  if (CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO)) {
     Rewrite(model_, *entry, CEA_Set420VDB, &video420_);
   } else {
     AddDataBlock(model_, model_.dataBlockCount, CEA_Set420VDB, &video420_);

@@ -1,4 +1,4 @@
-// What every display descriptor starts with (EDID 1.4, table 3.22): three zero bytes, the tag, and a byte that is zero
+// What every display descriptor starts with (EDID 1.4, table 3.23): three zero bytes, the tag, and a byte that is zero
 // but for range limits.
 #pragma once
 
@@ -9,18 +9,6 @@
 #include "timing/dtd.h"
 
 namespace reedid {
-
-enum DescriptorTag : uint8_t {
-  kEst3Descriptor = 0xF7,
-  kCvtCodesDescriptor = 0xF8,
-  kColorManagementDescriptor = 0xF9,
-  kStandardTimingsDescriptor = 0xFA,
-  kColorPointDescriptor = 0xFB,
-  kProductNameDescriptor = 0xFC,
-  kRangeLimitsDescriptor = 0xFD,
-  kDataStringDescriptor = 0xFE,
-  kSerialNumberDescriptor = 0xFF,
-};
 
 inline constexpr unsigned kDescriptorTagByte = 3;
 inline constexpr uint8_t kDescriptorFlagsByte = 4;

@@ -105,10 +105,10 @@ constexpr void RangeLimitsLayout(const Io& io, Limits& limits, bool is14) {
 using namespace reedid;
 
 int32_t VESA_GetRangeLimits(const VesaBlock* model, const DtdSlot* slot, RangeLimits* limits) {
-  if (model == nullptr || slot == nullptr || limits == nullptr || slot->flag != kRangeLimitsDescriptor) {
+  if (model == nullptr || slot == nullptr || limits == nullptr || slot->flag != EDID_DESCRIPTOR_RANGE_LIMITS) {
     return REEDID_ERR("invalid parameters");
   }
-  if (!HasTag(*slot, kRangeLimitsDescriptor)) return REEDID_ERR("invalid range limits descriptor");
+  if (!HasTag(*slot, EDID_DESCRIPTOR_RANGE_LIMITS)) return REEDID_ERR("invalid range limits descriptor");
   *limits = {};
   RangeLimitsLayout(LayoutReader(BytesOf(*slot)), *limits, IsEdid14(*model));
   return 0;
@@ -119,6 +119,6 @@ int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits* limits, D
   const uint8_t formula = limits->timingFormula;
   if (formula < kLimitsOnly && model->continuousFreq == 0) REEDID_WARN("please set supportGTF");
   if (formula > kLimitsOnly) REEDID_ERR("invalid timing formula: %d", formula);
-  RangeLimitsLayout(BeginDescriptor(*slot, kRangeLimitsDescriptor), *limits, IsEdid14(*model));
+  RangeLimitsLayout(BeginDescriptor(*slot, EDID_DESCRIPTOR_RANGE_LIMITS), *limits, IsEdid14(*model));
   return 0;
 }

@@ -43,25 +43,25 @@ int32_t SetText(const char* text, uint8_t tag, DtdSlot* slot, Caller caller = {}
 using namespace reedid;
 
 int32_t VESA_GetSerialNumber(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kSerialNumberDescriptor, text, textSize, "product serail number");
+  return GetText(slot, EDID_DESCRIPTOR_SERIAL_NUMBER, text, textSize, "product serail number");
 }
 
 int32_t VESA_SetSerialNumber(const char* text, DtdSlot* slot) {
-  return SetText(text, kSerialNumberDescriptor, slot);
+  return SetText(text, EDID_DESCRIPTOR_SERIAL_NUMBER, slot);
 }
 
 int32_t VESA_GetDataString(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kDataStringDescriptor, text, textSize, "alphanumeric data string");
+  return GetText(slot, EDID_DESCRIPTOR_DATA_STRING, text, textSize, "alphanumeric data string");
 }
 
 int32_t VESA_SetDataString(const char* text, DtdSlot* slot) {
-  return SetText(text, kDataStringDescriptor, slot);
+  return SetText(text, EDID_DESCRIPTOR_DATA_STRING, slot);
 }
 
 int32_t VESA_GetProductName(const DtdSlot* slot, char* text, uint32_t textSize) {
-  return GetText(slot, kProductNameDescriptor, text, textSize, "product name string");
+  return GetText(slot, EDID_DESCRIPTOR_PRODUCT_NAME, text, textSize, "product name string");
 }
 
 int32_t VESA_SetProductName(const char* text, DtdSlot* slot) {
-  return SetText(text, kProductNameDescriptor, slot);
+  return SetText(text, EDID_DESCRIPTOR_PRODUCT_NAME, slot);
 }

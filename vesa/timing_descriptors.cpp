@@ -83,10 +83,10 @@ constexpr void Est3Layout(const Io& io, Record& record) {
 using namespace reedid;
 
 int32_t VESA_GetStandardTimings(const DtdSlot* slot, StdTiming* timings) {
-  if (slot == nullptr || slot->flag != kStandardTimingsDescriptor || timings == nullptr) {
+  if (slot == nullptr || slot->flag != EDID_DESCRIPTOR_STD_TIMINGS || timings == nullptr) {
     return REEDID_ERR("invalid parameters");
   }
-  if (!HasPlainHeader(*slot, kStandardTimingsDescriptor)) {
+  if (!HasPlainHeader(*slot, EDID_DESCRIPTOR_STD_TIMINGS)) {
     return REEDID_ERR("invalid standard timings indentifier descriptor");
   }
   const Bytes list = BytesOf(*slot).From(kDescriptorPayload);
@@ -96,7 +96,7 @@ int32_t VESA_GetStandardTimings(const DtdSlot* slot, StdTiming* timings) {
 
 int32_t VESA_SetStandardTimings(const StdTiming* timings, DtdSlot* slot) {
   if (timings == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  BeginDescriptor(*slot, kStandardTimingsDescriptor);
+  BeginDescriptor(*slot, EDID_DESCRIPTOR_STD_TIMINGS);
   for (unsigned i = 0; i < kStdTimings; ++i) {
     EncodeStdTiming(timings[i], kStdDescriptorRateBits, slot->bytes + kDescriptorPayload + 2 * i);
   }
@@ -104,9 +104,9 @@ int32_t VESA_SetStandardTimings(const StdTiming* timings, DtdSlot* slot) {
 }
 
 int32_t VESA_GetCvtTiming(const DtdSlot* slot, VesaCvtRecord* record) {
-  if (slot == nullptr || slot->flag != kCvtCodesDescriptor || record == nullptr)
+  if (slot == nullptr || slot->flag != EDID_DESCRIPTOR_CVT_CODES || record == nullptr)
     return REEDID_ERR("invalid parameters");
-  if (!HasPlainHeader(*slot, kCvtCodesDescriptor)) return REEDID_ERR("invalid CVT 3 byte code descriptor");
+  if (!HasPlainHeader(*slot, EDID_DESCRIPTOR_CVT_CODES)) return REEDID_ERR("invalid CVT 3 byte code descriptor");
   const Bytes bytes = BytesOf(*slot);
   record->version = bytes[kVersionByte];
   for (unsigned i = 0; i < kCvtCodes; ++i) record->codes[i] = DecodeCvtCode(bytes.From(kListByte + 3 * i));
@@ -115,7 +115,7 @@ int32_t VESA_GetCvtTiming(const DtdSlot* slot, VesaCvtRecord* record) {
 
 int32_t VESA_SetCvtTiming(const VesaCvtRecord* record, DtdSlot* slot) {
   if (record == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  BeginDescriptor(*slot, kCvtCodesDescriptor);
+  BeginDescriptor(*slot, EDID_DESCRIPTOR_CVT_CODES);
   slot->bytes[kVersionByte] = record->version;
   for (unsigned i = 0; i < kCvtCodes; ++i) {
     const int32_t result = EncodeCvtCode(record->codes[i], slot->bytes + kListByte + 3 * i);
@@ -125,14 +125,15 @@ int32_t VESA_SetCvtTiming(const VesaCvtRecord* record, DtdSlot* slot) {
 }
 
 int32_t VESA_GetEst3Timing(const DtdSlot* slot, Est3Record* record) {
-  if (slot == nullptr || slot->flag != kEst3Descriptor || record == nullptr) return REEDID_ERR("invalid parameters");
-  if (!HasPlainHeader(*slot, kEst3Descriptor)) return REEDID_ERR("invalid established Timing 3 descriptor");
+  if (slot == nullptr || slot->flag != EDID_DESCRIPTOR_EST3 || record == nullptr)
+    return REEDID_ERR("invalid parameters");
+  if (!HasPlainHeader(*slot, EDID_DESCRIPTOR_EST3)) return REEDID_ERR("invalid established Timing 3 descriptor");
   Est3Layout(LayoutReader(BytesOf(*slot)), *record);
   return 0;
 }
 
 int32_t VESA_SetEst3Timing(const Est3Record* record, DtdSlot* slot) {
   if (record == nullptr || slot == nullptr) return REEDID_ERR("invalid parameters");
-  Est3Layout(BeginDescriptor(*slot, kEst3Descriptor), *record);
+  Est3Layout(BeginDescriptor(*slot, EDID_DESCRIPTOR_EST3), *record);
   return 0;
 }

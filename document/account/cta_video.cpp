@@ -26,7 +26,7 @@ void AddTypeRevision(const CeaDataBlock& entry, const ByteSource& at, Node& node
   node.Add("Revision", fmt::format("{}{}", byte & 7, flags), at(2));
 }
 
-// Short Video References (CTA-861, table 98): VICs, and places among the DTDs and DisplayID timings of the EDID.
+// Short Video References (CTA-861, 7.5.12): VICs, and places among the DTDs and DisplayID timings of the EDID.
 std::string SvrText(unsigned svr) {
   if ((svr >= 1 && svr <= 127) || (svr >= 193 && svr <= 253)) return fmt::format("VIC {}", svr);
   if (svr >= 129 && svr <= 144) return fmt::format("detailed timing {}", svr - 128);
@@ -116,7 +116,7 @@ bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock&, const ByteSource&
   return true;
 }
 
-// CTA-861, table 91: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
+// CTA-861, 7.5.13: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
 bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   StaticHdrRecord r = {};
   if (CEA_GetStaticHDR(&entry, &r) != 0) return false;

@@ -20,7 +20,7 @@ struct DataBlockKind {
   bool isPrivate = false;  // gives away one unit
 };
 
-// DisplayID 1.3, table 3-1; DisplayID 2.0, table 4-1. The two do not overlap. A tile tells the serial number too.
+// DisplayID 1.3 and 2.0, section 4. The tags of the two do not overlap. A tile tells the serial number too.
 constexpr DataBlockKind kDataBlockKinds[] = {
     {0x00, "Product Identification"},
     {0x01, "Display Parameters"},

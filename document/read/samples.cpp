@@ -209,7 +209,7 @@ CtaBuilder TvExtension() {
   model.nativeDtdCount = 1;
   cta.Add(CEA_SetVDB, video).Add(CEA_SetADB, TvAudio()).Add(CEA_SetSADB, speakers).Add(CEA_SetH14bVSDB, TvHdmi14b());
   cta.Add(CEA_SetHFVSDB, TvHdmiForum()).Add(CEA_SetCDB, colorimetry).Add(CEA_SetVCDB, capability);
-  // HDR static metadata: SDR, PQ and HLG; type 1; about 990, 600 and 0.4 cd/m2 (CTA-861, table 84).
+  // HDR static metadata: SDR, PQ and HLG; type 1; about 990, 600 and 0.4 cd/m2 (CTA-861, 7.5.13).
   cta.AddExtended({6, 0x0D, 0x01, 138, 115, 51}).Add420Map(both);
   cta.AddTiming(TimingSlot(kVic4, 1210, 680));
   return cta;

@@ -5,7 +5,7 @@
  *
  * These are the questions to ask before a rate or a link is chosen. EDID_GetAllFrameRate (reedid/transforms.h) answers
  * from the tables as they stand, which give 640x480 without its borders: it tells 63 and 77 Hz of a display that has
- * 59.940 and 72.809, and 60 for 59.94. It stays for those who count on its numbers.
+ * 59.940 and 72.809, and 60 for 59.94; see docs/oddities.md.
  */
 #ifndef REEDID_OFFERS_H
 #define REEDID_OFFERS_H

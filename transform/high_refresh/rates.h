@@ -9,7 +9,7 @@
 
 namespace reedid {
 
-// Rates in Hz, highest first, without repeats.
+// Rates in Hz, falling, each once.
 class RateArray {
  public:
   void Collect(const EdidHandle& handle) { count_ = EDID_GetAllFrameRate(&handle, rates_, kMaxRates); }

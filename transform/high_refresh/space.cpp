@@ -12,8 +12,8 @@ namespace {
 
 // Descriptors that stay even when space is short.
 bool IsCommonDescriptor(const DtdSlot& slot) {
-  return slot.flag == kEst3Descriptor || slot.flag == kCvtCodesDescriptor || slot.flag == kStandardTimingsDescriptor ||
-         slot.flag == kProductNameDescriptor;
+  return slot.flag == EDID_DESCRIPTOR_EST3 || slot.flag == EDID_DESCRIPTOR_CVT_CODES ||
+         slot.flag == EDID_DESCRIPTOR_STD_TIMINGS || slot.flag == EDID_DESCRIPTOR_PRODUCT_NAME;
 }
 
 template <class IsSpace>
@@ -31,15 +31,15 @@ uint8_t CountSpace(const EdidHandle& handle, unsigned blocks, IsSpace isSpace) {
 
 const char* UncommonDescriptorName(uint8_t flag) {
   switch (flag) {
-    case kColorManagementDescriptor:
+    case EDID_DESCRIPTOR_COLOR_MANAGEMENT:
       return "Display Color Management (DCM) Data";
-    case kColorPointDescriptor:
+    case EDID_DESCRIPTOR_COLOR_POINT:
       return "Color Point Data";
-    case kRangeLimitsDescriptor:
+    case EDID_DESCRIPTOR_RANGE_LIMITS:
       return "Display Range Limits";
-    case kDataStringDescriptor:
+    case EDID_DESCRIPTOR_DATA_STRING:
       return "Alphanumeric Data String (ASCII)";
-    case kSerialNumberDescriptor:
+    case EDID_DESCRIPTOR_SERIAL_NUMBER:
       return "Display Product Serial Number";
     default:
       return nullptr;

@@ -12,7 +12,7 @@ inline constexpr unsigned kAllBlocks = 255;
 
 // Whether a slot of the base block is free for a DTD: it holds one, nothing, or what no EDID reader knows.
 constexpr bool IsDtdOrEmpty(const DtdSlot& slot) {
-  return slot.flag < kEst3Descriptor;  // the lowest tag of a display descriptor
+  return slot.flag < EDID_DESCRIPTOR_EST3;  // the lowest tag of a display descriptor
 }
 
 // How many DTDs the first `blocks` blocks can hold now.

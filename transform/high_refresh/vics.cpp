@@ -23,7 +23,7 @@ bool FitsRate(uint32_t vic, uint16_t rate, DtdTiming& timing) {
 // `findVic(rate)` gives the VIC for a rate and logs it, or 0.
 template <class FindVicForRate>
 bool Fill(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
-  CeaDataBlock* entry = CEA_FindDataBlock(&model, kVideoTag, 0);
+  CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_VIDEO, 0);
   VdbRecord record;
   if (entry == nullptr || CEA_GetVDB(entry, &record) != 0 || record.vicCount >= sizeof record.vics) return false;
   unsigned budget = model.freeSpace;
