@@ -17,7 +17,10 @@ any_room=$(echo $rooms | tr ' ' '|')
 find $rooms -name '*.cpp' -o -name '*.h' | xargs cat | grep -v '#define\|^ *//' | tr '\n' ' ' |
   grep -oE 'REEDID_(ERR|WARN|INFO|LOG_OPEN)(_AS)?\([^;]*;' |
   sed -E 's/^REEDID_LOG_OPEN\("[A-Z]+", *[^,]*, *//; s/^REEDID_[A-Z]+_AS\([^,]*, *//; s/^REEDID_[A-Z]+\( *//' |
-  sed -n 's/^"\([^"]*\)".*/\1/p' | sort -u >"$work/printed"
+  sed -n 's/^"\([^"]*\)".*/\1/p' | grep -vx '%s' >"$work/texts"
+# A file that reports "%s" reports what its steps return.
+grep -rlE 'REEDID_(ERR|WARN)\("%s"' $rooms | xargs -r grep -ohE 'return "[^"]*"' | sed 's/^return "//; s/"$//' >>"$work/texts"
+sort -u "$work/texts" >"$work/printed"
 sed -nE 's/^\| `([^`]*)` \|.*/\1/p' docs/diagnostics.md | sort >"$work/explained"
 [ -s "$work/printed" ] || fail "no messages in the sources"
 diff "$work/printed" "$work/explained" || fail "docs/diagnostics.md (>) differs from the messages of the sources (<)"
