@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "bench/decode.h"
+#include "inventory/walk.h"
 #include "tests/support/handle.h"
 
 namespace reedid::bench {
@@ -13,7 +14,6 @@ namespace {
 
 using test::ByteVector;
 using test::OpenImage;
-using test::Owned;
 
 constexpr size_t kRoom = 256 * 256;
 uint8_t output[kRoom];
@@ -24,35 +24,15 @@ void OpenAndClose(const ByteVector& image) {
 
 template <class Visit>
 void WithModels(const ByteVector& image, Visit visit) {
-  const auto handle = OpenImage(image);
-  for (unsigned i = 0; handle != nullptr && i < handle->blockCount; ++i) {
-    const EdidBlock& block = handle->blocks[i];
-    switch (block.type) {
-      case EDID_BLOCK_VESA:
-        visit(Owned<VesaBlock>(VESA_Open(&block)).get());
-        break;
-      case EDID_BLOCK_CEA:
-        visit(Owned<CeaBlock>(CEA_Open(&block)).get());
-        break;
-      case EDID_BLOCK_DISPID_FIRST:
-      case EDID_BLOCK_DISPID_NEXT:
-      case EDID_BLOCK_DISPID_EXT:
-        visit(Owned<DispIdBlock>(DispID_Open(&block)).get());
-        break;
-      default:
-        break;
-    }
-  }
+  if (const auto handle = OpenImage(image)) VisitBlocks(*handle, visit);
 }
 
 void OpenModels(const ByteVector& image) {
-  WithModels(image, [](auto* model) { benchmark::DoNotOptimize(model); });
+  WithModels(image, [](const auto& model) { benchmark::DoNotOptimize(&model); });
 }
 
 void OpenAndDecode(const ByteVector& image) {
-  WithModels(image, [](auto* model) {
-    if (model != nullptr) Decode(*model);
-  });
+  WithModels(image, [](const auto& model) { Decode(model); });
 }
 
 void AllFrameRates(const ByteVector& image) {

@@ -5,14 +5,13 @@
 #include <string>
 
 #include "tests/support/bytes.h"
+#include "tests/support/codecs.h"
 #include "tests/support/sample_images.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using reedid::test::ByteVector;
-
-constexpr unsigned kCodecSeeds = 64;  // at least as many as there are codecs
 
 void Write(const fs::path& path, const ByteVector& bytes) {
   fs::create_directories(path.parent_path());
@@ -28,7 +27,7 @@ ByteVector Edits(unsigned step) {
   return bytes;
 }
 
-ByteVector Codec(unsigned pick, unsigned length) {
+ByteVector Payload(unsigned pick, unsigned length) {
   ByteVector bytes = {static_cast<uint8_t>(pick)};
   for (unsigned i = 1; i <= length; ++i) bytes.push_back(static_cast<uint8_t>(i * 7));
   return bytes;
@@ -49,9 +48,11 @@ int main(int argc, char** argv) {
             reedid::test::Concat({sample.bytes, Edits(step)}));
     }
   }
-  for (unsigned pick = 0; pick < kCodecSeeds; ++pick) {
+  using namespace reedid::test;
+  const size_t codecs = Codecs<CeaDataBlock>().size() + Codecs<DispIdDataBlock>().size() + Codecs<DtdSlot>().size();
+  for (unsigned pick = 0; pick < codecs; ++pick) {
     for (const unsigned length : {1u, 5u, 12u, 24u, 60u}) {
-      Write(folder / "codec" / (std::to_string(pick) + " " + std::to_string(length)), Codec(pick, length));
+      Write(folder / "codec" / (std::to_string(pick) + " " + std::to_string(length)), Payload(pick, length));
     }
   }
   return 0;

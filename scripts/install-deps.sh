@@ -8,7 +8,7 @@ tool="$build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
 tests="$tool libgtest-dev binutils dpkg-dev file doxygen"
 clang="clang libclang-rt-14-dev"
 lint="$tool clang-format clang-tidy"
-bench="$build binutils libbenchmark-dev"
+bench="$build nlohmann-json3-dev binutils libbenchmark-dev"
 cross="$build nlohmann-json3-dev binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu"
 case "${1:-tool}" in
   tool) packages=$tool ;;

@@ -5,102 +5,6 @@
 namespace reedid::test {
 namespace {
 
-// Into an array of as many records as are counted, however many are asked for.
-template <class Record, auto Get>
-int32_t GetTimings(const DispIdDataBlock* entry, Json* json) {
-  const bool counted = entry != nullptr && entry->bytes != nullptr && entry->size >= 3 && entry->size <= 251;
-  const auto count = static_cast<size_t>(counted ? std::max(DispID_GetTimingCnt(entry), 0) : 0);
-  return GetRecords<Record>(count, json, [&](Record* records) { return Get(entry, records, count == 0 ? 0 : 255); });
-}
-
-template <auto Get, class>
-int32_t GetBitmap(const DispIdDataBlock* entry, Json* json) {
-  return GetTimings<uint8_t, Get>(entry, json);
-}
-
-template <auto Set, class>
-int32_t SetBitmap(const Json* json, DispIdDataBlock* entry) {
-  const ByteVector flags = json == nullptr || !json->is_array() ? ByteVector(8) : json->get<ByteVector>();
-  return Set(json == nullptr ? nullptr : flags.data(), static_cast<uint32_t>(flags.size()), entry);
-}
-
-template <auto Get, class>
-int32_t GetProduct(const DispIdDataBlock* entry, Json* json) {
-  const ExactBytes name(ByteVector(234, 'x'));
-  ProductIdRecord record = {};
-  record.name = reinterpret_cast<char*>(name.data());
-  const int32_t result = Get(entry, json == nullptr ? nullptr : &record);
-  if (result == 0 && json != nullptr) *json = record;
-  return result;
-}
-
-template <auto Set, class>
-int32_t SetProduct(const Json* json, DispIdDataBlock* entry) {
-  ProductIdRecord record = {};
-  std::string name;
-  if (json != nullptr) {
-    name = json->value("name", name);
-    Assign(json->value("manufacturerId", Json::array()), record.manufacturerId);
-    record.productCode = json->value("productCode", uint16_t{0});
-    record.serialNumber = json->value("serialNumber", uint32_t{0});
-    record.week = json->value("week", uint8_t{0});
-    record.year = json->value("year", uint16_t{2000});
-    record.nameLength = json->value("nameLength", uint16_t{0});
-  }
-  record.name = name.empty() ? nullptr : name.data();
-  return Set(json == nullptr ? nullptr : &record, entry);
-}
-
-#define RECORD(Record, name, version)                                \
-  (GetRecord<Record, DispID##version##_Get##name, DispIdDataBlock>), \
-      (SetRecord<Record, DispID##version##_Set##name, DispIdDataBlock>)
-#define TIMINGS(Timing, name, version) \
-  (GetTimings<Timing, DispID##version##_Get##name>), (SetRecords<Timing, DispID##version##_Set##name, DispIdDataBlock>)
-#define WITH(kind, name, version) \
-  (Get##kind<DispID##version##_Get##name, DispIdDataBlock>), (Set##kind<DispID##version##_Set##name, DispIdDataBlock>)
-#define CODEC(name, version, head, min, max, ...) \
-  { "DispID" #version "_Get" #name, "DispID" #version "_Set" #name, head, __VA_ARGS__, min, max }
-using DispIdCodec = Codec<DispIdDataBlock>;
-const DispIdCodec kPidb = CODEC(PIDB, , "00", 15, 255, WITH(Product, PIDB, ));
-const DispIdCodec kPidb20 = CODEC(PIDB, 20, "20", 15, 255, WITH(Product, PIDB, 20));
-const DispIdCodec kDpdb = CODEC(DPDB, , "01", 15, 15, RECORD(DisplayParamsRecord, DPDB, ));
-const DispIdCodec kDpdb20 = CODEC(DPDB, 20, "21", 32, 32, RECORD(DisplayParams20Record, DPDB, 20));
-const DispIdCodec kTypeI = {"Get20ByteDTD", "Set20ByteDTD", "03", TIMINGS(DtdTiming, 20ByteDTD, ), 23, 251};
-const DispIdCodec kTypeVii = {"Get20ByteDTD", "Set20ByteDTD", "22", TIMINGS(DtdTiming, 20ByteDTD, 20), 23, 251};
-const DispIdCodec kTypeIi = CODEC(11ByteDTD, , "04", 14, 251, TIMINGS(DtdTiming, 11ByteDTD, ));
-const DispIdCodec kTypeVi = CODEC(17ByteDTD, , "13", 3, 251, TIMINGS(DtdTiming, 17ByteDTD, ));
-const DispIdCodec kTypeIii = CODEC(3ByteCVT, , "05", 6, 251, TIMINGS(CvtTiming, 3ByteCVT, ));
-const DispIdCodec kTypeV = CODEC(7ByteCVT, , "11", 10, 251, TIMINGS(CvtTiming, 7ByteCVT, ));
-const DispIdCodec kTypeIx = CODEC(6ByteCVT, 20, "24", 3, 251, TIMINGS(CvtTiming, 6ByteCVT, 20));
-const DispIdCodec kTypeX = CODEC(6ByteCVT, 20, "2A", 3, 251, TIMINGS(CvtTiming, 6ByteCVT, 20));
-const DispIdCodec kTypeIv = {"GetTimingCode", "SetTimingCode", "06", WITH(Codes, TimingCode, ), 3, 251};
-const DispIdCodec kTypeViii = {"GetTimingCode", "SetTimingCode", "23", WITH(Codes, TimingCode, 20), 3, 251};
-const DispIdCodec kVesaMap = CODEC(VESATiming, , "07", 13, 251, WITH(Bitmap, VESATiming, ));
-const DispIdCodec kCtaMap = CODEC(CEATiming, , "08", 11, 251, WITH(Bitmap, CEATiming, ));
-const DispIdCodec kRange = CODEC(RangeLimits, , "09", 18, 18, RECORD(DispIdRangeLimits, RangeLimits, ));
-const DispIdCodec kRange20 = CODEC(RangeLimits, 20, "25", 12, 12, RECORD(DispIdRangeLimits, RangeLimits, 20));
-const DispIdCodec kSerial = CODEC(SerialNumber, , "0A", 4, 255, WITH(Text, SerialNumber, ));
-const DispIdCodec kString = CODEC(DataString, , "0B", 4, 255, WITH(Text, DataString, ));
-#undef CODEC
-#undef WITH
-#undef TIMINGS
-#undef RECORD
-
-// Every codec, with the names under which its exported functions refuse a null entry and another tag.
-struct Exported {
-  const DispIdCodec& codec;
-  const char* getter;
-};
-const Exported kExported[] = {
-    {kPidb, "DispID_GetPIDB"},           {kPidb20, "DispID20_GetPIDB"},         {kDpdb, "DispID_GetDPDB"},
-    {kDpdb20, "DispID20_GetDPDB"},       {kTypeI, "DispID_Get20ByteDTD"},       {kTypeVii, "DispID20_Get20ByteDTD"},
-    {kTypeIi, "DispID_Get11ByteDTD"},    {kTypeVi, "DispID_Get17ByteDTD"},      {kTypeIii, "DispID_Get3ByteCVT"},
-    {kTypeV, "DispID_Get7ByteCVT"},      {kTypeIx, "DispID20_Get6ByteCVT"},     {kTypeX, "DispID20_Get6ByteCVT"},
-    {kTypeIv, "DispID_GetTimingCode"},   {kTypeViii, "DispID20_GetTimingCode"}, {kVesaMap, "DispID_GetVESATiming"},
-    {kCtaMap, "DispID_GetCEATiming"},    {kRange, "DispID_GetRangeLimits"},     {kRange20, "DispID20_GetRangeLimits"},
-    {kSerial, "DispID_GetSerialNumber"}, {kString, "DispID_GetDataString"},
-};
-
 TEST(DispIdCodecs, PlaceEachBit) {
   const char* const twenty =
       "aspectRatio:4 interlaced -:2 preferred hactive:16 hblank:16 hfrontPorch:15 hsyncPositive hsyncWidth:16 "
@@ -111,69 +15,70 @@ TEST(DispIdCodecs, PlaceEachBit) {
       "hblank:4@256 hfrontPorch:4@256 hsyncWidth:8 vblank:8 vfrontPorch:8 vsyncWidth:4 -:3 interlaced ";
   const std::string typeIx = "formula:2 ? - flagA -:2 ycc420 hactive:16 vactive:16 frameRate:8 ";
   const std::string typeIx3 = "?:3 - flagB -:2 ycc420 hactive:16 vactive:16 frameRate:8";
-  const BitsRow<DispIdDataBlock> rows[] = {
-      {kDpdb, "00 00*12", 1, "",
+  const BitsRow rows[] = {
+      {"DPDB", "00 00*12", 1, "",
        "hImageSize:16 vImageSize:16 hPixels:16 vPixels:16 deinterlacing supportsAI fixedPixelFormat fixedTiming "
        "powerManagement audioOverride separateAudio audio gammaX100:7 ? ?:8 overallColorDepth:4 nativeColorDepth:4"},
-      {kDpdb20, "00 00*29", 1, "",
+      {"DPDB 2.0", "00 00*29", 1, "",
        "hImageSize:16 vImageSize:16 hPixels:16 vPixels:16 features:8 redX:12 redY:12 greenX:12 greenY:12 blueX:12 "
        "blueY:12 whiteX:12 whiteY:12 maxLuminanceFull:16 maxLuminance10:16 minLuminance:16 ?:3 - technology:3 - "
        "gammaX100:8"},
-      {kDpdb20, "80 00*4 00*25", 1, "", "hImageSize:16*10 vImageSize:16*10 hPixels:16 vPixels:16 ?:168"},
-      {kTypeI, "01 00*20", 1, "", typeI},
-      {kTypeVii, "A2 00*20", 1, "", typeVii},
-      {kTypeIi, "00 00*11", 1, "",
+      {"DPDB 2.0", "80 00*4 00*25", 1, "", "hImageSize:16*10 vImageSize:16*10 hPixels:16 vPixels:16 ?:168"},
+      {"type I", "01 00*20", 1, "", typeI},
+      {"type VII", "A2 00*20", 1, "", typeVii},
+      {"type II", "00 00*11", 1, "",
        "pixelClock:24*10 -:2 vsyncPositive hsyncPositive interlaced -:2 preferred hactive:9*8 hblank:7*8 "
        "hsyncWidth:4*8 "
        "hfrontPorch:4*8 vactive:12 -:4 vblank:8 vsyncWidth:4 vfrontPorch:4"},
-      {kTypeVi, "28 00*14", 1, "", typeVi},
-      {kTypeVi, "00 00 00 40 00*11 98 00 00", 1, "", (typeVi + "?:8 hImageSize:12 vImageSize:4")},
-      {kTypeIii, "01 00*3", 1, "", "aspectRatio:4 formula:3 preferred hactive:8*8 frameRate:7 interlaced"},
-      {kTypeV, "00 00*7", 1, "", "formula:2 -:2 flagA -:2 preferred -:8 hactive:16 vactive:16 frameRate:8"},
-      {kTypeIx, "60 00*6", 1, "", typeIx},
-      {kTypeIx, "00 03 00*5", 1, "", typeIx3},
-      {kTypeX, "10 00*7", 1, "", (typeIx + "frameRate:2@256 extraBits42:3 extraBits75:3")},
-      {kRange, "00 00*15", 1, "",
+      {"type VI", "28 00*14", 1, "", typeVi},
+      {"type VI", "00 00 00 40 00*11 98 00 00", 1, "", (typeVi + "?:8 hImageSize:12 vImageSize:4")},
+      {"type III", "01 00*3", 1, "", "aspectRatio:4 formula:3 preferred hactive:8*8 frameRate:7 interlaced"},
+      {"type V", "00 00*7", 1, "", "formula:2 -:2 flagA -:2 preferred -:8 hactive:16 vactive:16 frameRate:8"},
+      {"type IX", "60 00*6", 1, "", typeIx},
+      {"type IX", "00 03 00*5", 1, "", typeIx3},
+      {"type X", "10 00*7", 1, "", (typeIx + "frameRate:2@256 extraBits42:3 extraBits75:3")},
+      {"range limits", "00 00*15", 1, "",
        "minPixelClock:24*10 maxPixelClock:24*10 minHRate:8 maxHRate:8 minHBlank:16 minVRate:8 maxVRate:8 minVBlank:16 "
        "-:4 discreteFrequency cvtReduced cvtStandard interlaced"},
-      {kRange20, "49 00*9", 1, "", "minPixelClock:24 maxPixelClock:24 minVRate:8 maxVRate:8 -:7 seamlessTransition"},
+      {"range limits 2.0", "49 00*9", 1, "",
+       "minPixelClock:24 maxPixelClock:24 minVRate:8 maxVRate:8 -:7 seamlessTransition"},
   };
-  for (const auto& row : rows) CheckBits(row);
+  for (const auto& row : rows) CheckBits<DispIdDataBlock>(row);
 }
 
 TEST(DispIdCodecs, ReadAndWriteBack) {
-  const ReadRow<DispIdDataBlock> rows[] = {
-      {kPidb, "00 52 45 44 34 12 78 56 34 82 35 1A 02 54 56",
+  const ReadRow rows[] = {
+      {"PIDB", "00 52 45 44 34 12 78 56 34 82 35 1A 02 54 56",
        "manufacturerId=82,69,68, productCode=0x1234 serialNumber=0x82345678 week=53 year=2026 nameLength=2 name=TV"},
-      {kPidb20, "00 52 45 44 34 12 78 56 34 82 FF FF 00",
+      {"PIDB 2.0", "00 52 45 44 34 12 78 56 34 82 FF FF 00",
        "manufacturerId=82,69,68, productCode=0x1234 serialNumber=0x82345678 week=255 year=2255"},
-      {kPidb, "00 00*11 05 6E 6E", "year=2000 nameLength=2 name=nn", "00 00*11 02 6E 6E"},  // ends with its block
-      {kPidb, "00 00*11 01 6E 6E", "year=2000 nameLength name=n", "00 00*11 01 6E"},
-      {kPidb, "00 00*11 09", "year=2000", "00 00*12"},
-      {kDpdb, "00 10 27 20 17 80 07 38 04 A5 FF 00 97",
+      {"PIDB", "00 00*11 05 6E 6E", "year=2000 nameLength=2 name=nn", "00 00*11 02 6E 6E"},  // ends with its block
+      {"PIDB", "00 00*11 01 6E 6E", "year=2000 nameLength name=n", "00 00*11 01 6E"},
+      {"PIDB", "00 00*11 09", "year=2000", "00 00*12"},
+      {"DPDB", "00 10 27 20 17 80 07 38 04 A5 FF 00 97",
        "hImageSize=10000 vImageSize=5920 hPixels=1920 vPixels=1080 audio audioOverride fixedPixelFormat deinterlacing "
        "aspectRatioX100=100 nativeColorDepth=10 overallColorDepth=8"},
-      {kDpdb20, "80 E8 FD 00*6 00 34 12 56 00*15 12 78",
+      {"DPDB 2.0", "80 E8 FD 00*6 00 34 12 56 00*15 12 78",
        "sizeIn1mm hImageSize=650000 redX=0x234 redY=0x561 colorDepth=8 technology gammaX100=220"},
-      {kDpdb20, "00 00*27 07 00", "colorDepth=18 gammaX100=100"},
-      {kTypeVi, "00 00*14 00 00 40 00*11 97 00 00",
+      {"DPDB 2.0", "00 00*27 07 00", "colorDepth=18 gammaX100=100"},
+      {"type VI", "00 00*14 00 00 40 00*11 97 00 00",
        "0/pixelClock 0/hactive 0/hblank 0/hfrontPorch 0/hsyncWidth 0/vactive 0/vblank 0/vfrontPorch 0/vsyncWidth "
        "0/aspectRatio=8 1/pixelClock 1/hactive 1/hblank 1/hfrontPorch 1/hsyncWidth 1/vactive 1/vblank 1/vfrontPorch "
        "1/vsyncWidth 1/aspectRatio=4 1/hImageSize 1/vImageSize",
        "00 00*14 00 00 40 00*11 98 00 00"},
-      {kTypeV, "00 11 FF 7F 07 37 04 FF", "formula=3 flagA aspectRatio=8 hactive=1920 vactive=1080 frameRate=256",
+      {"type V", "00 11 FF 7F 07 37 04 FF", "formula=3 flagA aspectRatio=8 hactive=1920 vactive=1080 frameRate=256",
        "00 11 00 7F 07 37 04 FF"},
-      {kTypeX, "20 93 7F 07 37 04 57 4D FF",
+      {"type X", "20 93 7F 07 37 04 57 4D FF",
        "formula=3 flagB ycc420 hactive=1920 vactive=1080 frameRate=344 extraBits42=3 extraBits75=2",
        "20 93 7F 07 37 04 57 4D 00"},
-      {kTypeIv, "41 04 61", "codeType=1 reserved=0xA5 codeCount=2 codes=4,97"},
-      {kTypeViii, "86 04 61 76", "codeType=2 reserved=0xA5 codeCount=3 codes=4,97,118"},
-      {kRange, "00 0F 27 00 FF FF FF 1E A0 50 01 18 90 0C 00 A0",
+      {"type IV", "41 04 61", "codeType=1 reserved=0xEE codeCount=2 codes=4,97"},
+      {"type VIII", "86 04 61 76", "codeType=2 reserved=0xEE codeCount=3 codes=4,97,118"},
+      {"range limits", "00 0F 27 00 FF FF FF 1E A0 50 01 18 90 0C 00 A0",
        "minPixelClock=100000 maxPixelClock=167772160 minHRate=30 maxHRate=160 minHBlank=0x150 minVRate=24 maxVRate=144 "
        "minVBlank=12 interlaced cvtReduced"},
-      {kSerial, "00 41 2D 31 37", "text=A-17"},
+      {"serial number", "00 41 2D 31 37", "text=A-17"},
   };
-  for (const auto& row : rows) CheckRead(row);
+  for (const auto& row : rows) CheckRead<DispIdDataBlock>(row);
 }
 
 // Aspect ratios of type VI are numbers; one off the table means hundredths.
@@ -185,14 +90,16 @@ TEST(DispIdCodecs, CodeAspectRatiosOfTypeVi) {
   } rows[] = {{85, 0, 86},   {86, 0, 86},   {106, 1, 107}, {107, 1, 107}, {113, 2, 113}, {114, 2, 113},
               {136, 5, 137}, {137, 5, 137}, {142, 3, 142}, {143, 3, 142}, {151, 4, 152}, {152, 4, 152},
               {161, 7, 162}, {162, 7, 162}, {202, 6, 202}, {203, 6, 202}, {84, 98, 83},  {255, 298, 254}};
+  const auto& typeVi = CodecOf<DispIdDataBlock>("type VI");
   for (const auto& row : rows) {
     ByteVector block = Hex("13 00 11 00 00 40 00*14");
     block[17] = row.value;
     Json record;
-    ASSERT_EQ(kTypeVi.get(&static_cast<const DispIdDataBlock&>(Held<DispIdDataBlock>(block)), &record), 0);
+    const Held<DispIdDataBlock> entry(block);
+    ASSERT_EQ(Get<DispIdDataBlock>(typeVi, &entry, &record), 0);
     EXPECT_EQ(record["aspectRatio"], row.code) << int{row.value};
     Blank<DispIdDataBlock> target(20);
-    ASSERT_EQ(kTypeVi.set(&record, &target), 0);
+    ASSERT_EQ(Set<DispIdDataBlock>(typeVi, &record, &target), 0);
     EXPECT_EQ(target.bytes[17], row.again) << int{row.value};
   }
 }
@@ -210,46 +117,46 @@ TEST(DispIdCodecs, WriteWhatFits) {
   const std::string vi = "90 13 44 C2 7F 87 37 84 17 57 01 2B 2C 03 04 98 ";
   const std::string vi41 = vi + "22 41", viFF = vi + "FF FF";
   const std::string longText = "text=" + std::string(249, 's'), text248 = "text=" + std::string(248, 's');
-  const WriteRow<DispIdDataBlock> rows[] = {
-      {kPidb20, "week=54", "00 00*9 36 00 00"},
-      {kPidb20, "week=55 year=2001", "00 00*9 37 01 00", "invalid week:55"},
-      {kPidb20, "week=254 year=1999", "00 00*9 FE FF 00", "invalid week:254|invalid year:1999"},
-      {kPidb20, "week=255 year=2256", "00 00*9 FF 00 00"},
-      {kPidb, "nameLength=1 year=2000", "00 00*11 01 00"},  // a name that is not there is zeroes
-      {kPidb, "nameLength=233", "00 00*11 E9 00*233"},
-      {kPidb, "nameLength=234", kRefused, "invalid parameters"},
-      {kDpdb, "aspectRatioX100=100 gammaX100=99", "00 00*9 FF 00 00"},
-      {kDpdb20, "colorDepth=6 technology=0", "00 00*27 01 FF"},
-      {kDpdb20, "colorDepth=10 sizeIn1mm=2 vImageSize=19", "80 00 00 01 00 00*23 03 FF"},
-      {kDpdb20, "colorDepth=2", "00 00*27 07 FF"},
-      {kTypeI, at148, typeI},
-      {kTypeVii, at148, typeVii},
-      {kTypeIi, at148, "00 01 3A 00 8C EF 44 A4 37 04 2C 34"},
-      {kTypeVi, at148, vi41},
-      {kTypeVi, noSize, viFF, "invalid parameters"},  // an image size of 0 cannot be told
+  const WriteRow rows[] = {
+      {"PIDB 2.0", "week=54", "00 00*9 36 00 00"},
+      {"PIDB 2.0", "week=55 year=2001", "00 00*9 37 01 00", "invalid week:55"},
+      {"PIDB 2.0", "week=254 year=1999", "00 00*9 FE FF 00", "invalid week:254|invalid year:1999"},
+      {"PIDB 2.0", "week=255 year=2256", "00 00*9 FF 00 00"},
+      {"PIDB", "nameLength=1 year=2000", "00 00*11 01 00"},  // a name that is not there is zeroes
+      {"PIDB", "nameLength=233", "00 00*11 E9 00*233"},
+      {"PIDB", "nameLength=234", kRefused, "invalid parameters"},
+      {"DPDB", "aspectRatioX100=100 gammaX100=99", "00 00*9 FF 00 00"},
+      {"DPDB 2.0", "colorDepth=6 technology=0", "00 00*27 01 FF"},
+      {"DPDB 2.0", "colorDepth=10 sizeIn1mm=2 vImageSize=19", "80 00 00 01 00 00*23 03 FF"},
+      {"DPDB 2.0", "colorDepth=2", "00 00*27 07 FF"},
+      {"type I", at148, typeI},
+      {"type VII", at148, typeVii},
+      {"type II", at148, "00 01 3A 00 8C EF 44 A4 37 04 2C 34"},
+      {"type VI", at148, vi41},
+      {"type VI", noSize, viFF, "invalid parameters"},  // an image size of 0 cannot be told
       // The header stands, and what was written before the record that does not fit. The rate in 16 bits.
-      {kTypeI, fast, "01 00*20", "!invalid timing: 1920x1080@2251 167772170KHz"},
-      {kTypeVii, slow, "95 00*20", "!invalid timing: 1920x1080@60 0KHz"},
-      {kTypeIii, "0/frameRate=60 0/hactive=8 1/hactive=8", "01 00 00 3B 00*3", "!invalid timing"},
-      {kTypeV, "formula=1 frameRate=60 hactive=1 vactive=1", "00 00*7", "!invalid parameters"},
-      {kTypeIx, "formula=4 frameRate=60 hactive=1 vactive=1", "95 00*6", "!invalid parameters"},
-      {kTypeIx, "formula=3 flagA frameRate=300 hactive=1 vactive=1", "95 03 00*4 2B"},
-      {kTypeViii, "codeType=1 codeCount=2 codes=4,97", "45 04 61"},
-      {kTypeIv, "codeCount=248", "01 00*248"},
-      {kTypeIv, "codeCount=249", kRefused, "invalid parameters"},
-      {kTypeViii, "codeCount=0", kRefused, "invalid parameters"},
-      {kTypeIv, "twoByteCodes=2", kRefused, "Not support 2byte code now!!!"},
-      {kRange, "minPixelClock=10 maxPixelClock=167772169", "00 00*3 FF*3 00*9"},
-      {kRange, "minPixelClock=9 maxPixelClock=167772170", "00 FF*3 00*3 00*9", "invalid pclk|invalid pclk"},
-      {kRange20, "minPixelClock=1 maxPixelClock=0x1000000", "95 00*3 FF*3 00*3"},
-      {kRange20, "minPixelClock=0 maxPixelClock=0x1000001", "95 FF*3 00*3 00*3", "invalid pclk|invalid pclk"},
-      {kSerial, "", "00"},
-      {kSerial, text248, "00 73*248"},
-      {kSerial, longText, "00 73*248", "invalid parameters"},
-      {kVesaMap, "1,1,1,1,1,1,1", kRefused, "invalid parameters"},
-      {kCtaMap, "1,1,1,1,1,1,1,1,1", kRefused, "invalid parameters"},
+      {"type I", fast, "01 00*20", "!invalid timing: 1920x1080@2251 167772170KHz"},
+      {"type VII", slow, "95 00*20", "!invalid timing: 1920x1080@60 0KHz"},
+      {"type III", "0/frameRate=60 0/hactive=8 1/hactive=8", "01 00 00 3B 00*3", "!invalid timing"},
+      {"type V", "formula=1 frameRate=60 hactive=1 vactive=1", "00 00*7", "!invalid parameters"},
+      {"type IX", "formula=4 frameRate=60 hactive=1 vactive=1", "95 00*6", "!invalid parameters"},
+      {"type IX", "formula=3 flagA frameRate=300 hactive=1 vactive=1", "95 03 00*4 2B"},
+      {"type VIII", "codeType=1 codeCount=2 codes=4,97", "45 04 61"},
+      {"type IV", "codeCount=248", "01 00*248"},
+      {"type IV", "codeCount=249", kRefused, "invalid parameters"},
+      {"type VIII", "codeCount=0", kRefused, "invalid parameters"},
+      {"type IV", "twoByteCodes=2", kRefused, "Not support 2byte code now!!!"},
+      {"range limits", "minPixelClock=10 maxPixelClock=167772169", "00 00*3 FF*3 00*9"},
+      {"range limits", "minPixelClock=9 maxPixelClock=167772170", "00 FF*3 00*3 00*9", "invalid pclk|invalid pclk"},
+      {"range limits 2.0", "minPixelClock=1 maxPixelClock=0x1000000", "95 00*3 FF*3 00*3"},
+      {"range limits 2.0", "minPixelClock=0 maxPixelClock=0x1000001", "95 FF*3 00*3 00*3", "invalid pclk|invalid pclk"},
+      {"serial number", "", "00"},
+      {"serial number", text248, "00 73*248"},
+      {"serial number", longText, "00 73*248", "invalid parameters"},
+      {"VESA map", "1,1,1,1,1,1,1", kRefused, "invalid parameters"},
+      {"CTA map", "1,1,1,1,1,1,1,1,1", kRefused, "invalid parameters"},
   };
-  for (const auto& row : rows) CheckWrite(row);
+  for (const auto& row : rows) CheckWrite<DispIdDataBlock>(row);
 }
 
 TEST(DispIdCodecs, RefuseTimingsThatTheFormCannotHold) {
@@ -257,55 +164,56 @@ TEST(DispIdCodecs, RefuseTimingsThatTheFormCannotHold) {
       "pixelClock=148500 hactive=1920 hblank=280 hfrontPorch=88 hsyncWidth=44 vactive=1080 vblank=45 vfrontPorch=4 "
       "vsyncWidth=5 aspectRatio=8";
   const char* const formula = "formula=2 hactive=1920 vactive=1080 frameRate=60";
-  const LimitsRow<DispIdDataBlock> rows[] = {
-      {kTypeI, plain,
+  const LimitsRow rows[] = {
+      {"type I", plain,
        "pixelClock 10 167772169 hactive 1 65535 hblank 1 65535 hfrontPorch 1 32768 hsyncWidth 1 65535 vactive 1 65535 "
        "vblank 1 65535 vfrontPorch 1 32768 vsyncWidth 1 65535"},
-      {kTypeVii, plain, "pixelClock 1 16777216"},
-      {kTypeIi, plain,
+      {"type VII", plain, "pixelClock 1 16777216"},
+      {"type II", plain,
        "pixelClock 10 167772169 hactive 8 4103 hblank 8 1031 hfrontPorch 8 135 hsyncWidth 8 135 vactive 1 4096 "
        "vblank 1 256 vfrontPorch 1 16 vsyncWidth 1 16"},
-      {kTypeVi, plain,
+      {"type VI", plain,
        "pixelClock 1 4194304 hactive 1 16384 hblank 1 4096 hfrontPorch 1 4096 hsyncWidth 1 256 vactive 1 16384 "
        "vblank 1 256 vfrontPorch 1 256"},
-      {kTypeIii, formula, "hactive 8 2055 frameRate 1 128"},
-      {kTypeV, formula, "hactive 1 65535 vactive 1 65535 frameRate 1 256"},
-      {kTypeIx, formula, "hactive 1 65535 vactive 1 65535 frameRate 1 1024"},
+      {"type III", formula, "hactive 8 2055 frameRate 1 128"},
+      {"type V", formula, "hactive 1 65535 vactive 1 65535 frameRate 1 256"},
+      {"type IX", formula, "hactive 1 65535 vactive 1 65535 frameRate 1 1024"},
   };
-  for (const auto& row : rows) CheckLimits(row);
+  for (const auto& row : rows) CheckLimits<DispIdDataBlock>(row);
 }
 
 TEST(DispIdCodecs, RefuseMoreTimingsThanABlockHolds) {
   const struct {
-    const DispIdCodec& codec;
+    std::string codec;
     uint8_t tag;
     unsigned min, max;
   } rows[] = {
-      {kTypeI, 0x55, 1, 12},  {kTypeVii, 0x55, 1, 12}, {kTypeIi, 0x55, 1, 22},
-      {kTypeVi, 0x55, 0, 14}, {kTypeIii, 0x55, 0, 82}, {kTypeV, 0x55, 1, 35},
-      {kTypeIx, 0x24, 0, 41}, {kTypeX, 0x2A, 0, 35},  // one extra byte
-      {kTypeIx, 0x03, 1, 0},                          // another tag: never
+      {"type I", 0x55, 1, 12},  {"type VII", 0x55, 1, 12}, {"type II", 0x55, 1, 22},
+      {"type VI", 0x55, 0, 14}, {"type III", 0x55, 0, 82}, {"type V", 0x55, 1, 35},
+      {"type IX", 0x24, 0, 41}, {"type X", 0x2A, 0, 35},  // one extra byte
+      {"type IX", 0x03, 1, 0},                            // another tag: never
   };
   const Json timing = FromText(
       "formula=2 pixelClock=1000 hactive=8 hblank=8 hfrontPorch=8 hsyncWidth=8 vactive=1 vblank=1 vfrontPorch=1 "
       "vsyncWidth=1 hImageSize=1 vImageSize=1 frameRate=60");
   for (const auto& row : rows) {
     for (const unsigned count : {0u, 1u, row.max, row.max + 1}) {
-      SCOPED_TRACE(testing::Message() << row.codec.setter << " " << count);
+      SCOPED_TRACE(testing::Message() << row.codec << " " << count);
+      const auto& codec = CodecOf<DispIdDataBlock>(row.codec);
       const Json timings = Json::array_t(count, timing);
       Blank<DispIdDataBlock> target(251, row.tag);
       const bool fits = count >= row.min && count <= row.max;
-      EXPECT_EQ(LogOf([&] { EXPECT_EQ(row.codec.set(&timings, &target), fits ? 0 : -1); }),
-                fits ? "" : Err(row.codec.setter, "invalid parameters"));
+      EXPECT_EQ(LogOf([&] { EXPECT_EQ(Set<DispIdDataBlock>(codec, &timings, &target), fits ? 0 : -1); }),
+                fits ? "" : Err(LogName(codec, codec.setter), "invalid parameters"));
       EXPECT_EQ(target.Untouched(), !fits);
     }
   }
 }
 
 TEST(DispIdCodecs, TakeTheirTagsAndSizesOnly) {
-  for (const Exported& exported : kExported) {
-    CheckSizes(exported.codec, {0x00, 0x46, 0xFE});
-    CheckRefusals(exported.codec, exported.getter, exported.codec.setter);
+  for (const auto& codec : Codecs<DispIdDataBlock>()) {
+    CheckSizes(codec, {0x00, 0x46, 0xFE});
+    CheckRefusals(codec);
   }
 }
 

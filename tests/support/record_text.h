@@ -32,7 +32,7 @@ void Assign(const Json& json, T& field) {
   } else if constexpr (std::is_class_v<T>) {
     FromJson(json, field);
   } else {
-    field = static_cast<T>(json.get<int64_t>());
+    if (json.is_primitive()) field = static_cast<T>(json.get<int64_t>());
   }
 }
 

@@ -1,0 +1,33 @@
+// Whether the table that everything here is tested by has every codec.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+#include <set>
+
+#include "tests/support/codecs.h"
+
+namespace reedid::test {
+namespace {
+
+template <class Entry>
+void AddNames(std::set<std::string>& names) {
+  for (const auto& codec : Codecs<Entry>()) names.insert({codec.getter, codec.setter});
+}
+
+TEST(CodecTable, HasEveryExportedCodec) {
+  const std::set<std::string> questions = {"CEA_GetVSDBType", "CEA_GetVSVDBType", "DispID_GetTimingCnt"};
+  const std::regex codec("(VESA|CEA|DispID|DispID20)_[GS]et.*");
+  std::set<std::string> exported, listed = questions;
+  std::ifstream file(REEDID_EXPORTS);
+  for (std::string line; std::getline(file, line);) {
+    if (std::regex_match(line, codec)) exported.insert(line);
+  }
+  AddNames<CeaDataBlock>(listed);
+  AddNames<DispIdDataBlock>(listed);
+  AddNames<DtdSlot>(listed);
+  EXPECT_EQ(listed, exported);
+}
+
+}  // namespace
+}  // namespace reedid::test
