@@ -145,7 +145,7 @@ mkfifo many/pipe
 expect 3 check many
 [ "$(sed -n 's/^\([^ ].*\): .*/\1/p' out | tr '\n' ' ')" = \
   'many/a.bin many/b/bad.bin many/b/c/prose.txt many/b/link.bin many/z.bin ' ] || fail "check many: $(cat out)"
-has out '^  image  error: text without hexadecimal\|^  image  error: '
+has out "^  image  error: line 1: 'no' is not hexadecimal"
 [ "$(tail -n 1 out)" = '3 valid, 1 not valid, 1 no EDID' ] || fail "check many ended: $(tail -n 1 out)"
 [ -s err ] && fail "check many said on standard error: $(cat err)"
 expect 1 check -q many/a.bin many/b/bad.bin
@@ -252,7 +252,8 @@ expect 0 check back.bin
 expect 0 rates tv-4k.bin
 [ "$(head -n 1 out)" = '120 Hz' ] || fail "rates: $(cat out)"
 expect 0 timings gaming-dp.bin --sort rate
-has out '^  1  2560x1440 16.*preferred\|^  1  2560x1440 16'
+has out '^  1  2560x1440 164.958 Hz 699.500 MHz 16:9$'
+has out '^  3  2560x1440 59.951 Hz 241.500 MHz, preferred$'
 expect 2 timings gaming-dp.bin --sort size
 expect 0 preferred tv-4k.bin
 has out '3840x2160 60.000 Hz 594.000 MHz'
@@ -301,7 +302,7 @@ expect 0 limit hdmi20 limited.bin -o twice.bin --quiet
 same limited.bin twice.bin
 expect 1 diff tv-4k120.bin limited.bin
 expect 0 limit hdmi20 tv-4k120.bin --rates 100,60 -o out.bin
-has out '-> 2560x1440 99.999 Hz\|-> 2560x1440 100.000 Hz'
+has out '604.250 MHz -> 2560x1440 99.999 Hz 419.690 MHz$'
 "$tool" limit hdmi20 tv-4k120.bin -o - >piped.bin 2>err
 same limited.bin piped.bin
 for rates in x 60,x 60, ,60 0 70000 -1; do
