@@ -1,6 +1,6 @@
 // One codec: the first byte picks it, the rest is the payload of its block. What the getter decodes is set, and decoded
 // again it is the same. An input that is an EDID goes through all codecs instead, data block by data block.
-#include <cstring>
+#include <span>
 
 #include "fuzz/fuzz.h"
 #include "inventory/walk.h"
@@ -61,13 +61,14 @@ void RunEntries(const Entry* entries, size_t count) {
 }
 
 void RunPicked(Input input) {
-  const auto cta = Codecs<CeaDataBlock>();
-  const auto sections = Codecs<DispIdDataBlock>();
-  const auto slots = Codecs<DtdSlot>();
-  const size_t pick = input.Byte() % (cta.size() + sections.size() + slots.size());
-  if (pick < cta.size()) return RunPayload(cta[pick], input);
-  if (pick < cta.size() + sections.size()) return RunPayload(sections[pick - cta.size()], input);
-  RunPayload(slots[pick - cta.size() - sections.size()], input);
+  size_t pick = input.Byte() % std::apply([](const auto&... list) { return (list.size() + ...); }, test::AllCodecs());
+  const auto run = [&](const auto& list) {
+    if (pick < list.size()) RunPayload(list[pick], input);
+    const bool found = pick < list.size();
+    pick -= list.size();
+    return found;
+  };
+  std::apply([&](const auto&... list) { return (run(list) || ...); }, test::AllCodecs());
 }
 
 void RunAll(const uint8_t* data, size_t size) {

@@ -48,8 +48,7 @@ int main(int argc, char** argv) {
             reedid::test::Concat({sample.bytes, Edits(step)}));
     }
   }
-  using namespace reedid::test;
-  const size_t codecs = Codecs<CeaDataBlock>().size() + Codecs<DispIdDataBlock>().size() + Codecs<DtdSlot>().size();
+  const size_t codecs = std::apply([](const auto&... list) { return (list.size() + ...); }, reedid::test::AllCodecs());
   for (unsigned pick = 0; pick < codecs; ++pick) {
     for (const unsigned length : {1u, 5u, 12u, 24u, 60u}) {
       Write(folder / "codec" / (std::to_string(pick) + " " + std::to_string(length)), Payload(pick, length));

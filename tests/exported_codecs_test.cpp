@@ -10,11 +10,6 @@
 namespace reedid::test {
 namespace {
 
-template <class Entry>
-void AddNames(std::set<std::string>& names) {
-  for (const auto& codec : Codecs<Entry>()) names.insert({codec.getter, codec.setter});
-}
-
 TEST(CodecTable, HasEveryExportedCodec) {
   const std::set<std::string> questions = {"CEA_GetVSDBType", "CEA_GetVSVDBType", "DispID_GetTimingCnt"};
   const std::regex codec("(VESA|CEA|DispID|DispID20)_[GS]et.*");
@@ -23,9 +18,10 @@ TEST(CodecTable, HasEveryExportedCodec) {
   for (std::string line; std::getline(file, line);) {
     if (std::regex_match(line, codec)) exported.insert(line);
   }
-  AddNames<CeaDataBlock>(listed);
-  AddNames<DispIdDataBlock>(listed);
-  AddNames<DtdSlot>(listed);
+  const auto add = [&](const auto& codecs) {
+    for (const auto& row : codecs) listed.insert({row.getter, row.setter});
+  };
+  std::apply([&](const auto&... codecs) { (add(codecs), ...); }, AllCodecs());
   EXPECT_EQ(listed, exported);
 }
 

@@ -145,10 +145,7 @@ struct Codes : Buffered<TimingCodeRecord, &TimingCodeRecord::codes, 256> {
   size_t Used() const { return offsetof(Codes, buffer) + record.codeCount; }
   void From(const Json& json) {
     Assign(json.value("codes", Json()), buffer);
-    record.codeType = json.value("codeType", record.codeType);
-    record.reserved = json.value("reserved", record.reserved);
-    record.twoByteCodes = json.value("twoByteCodes", record.twoByteCodes);
-    record.codeCount = json.value("codeCount", record.codeCount);
+    FromJson(json, record);
   }
 };
 
@@ -156,12 +153,8 @@ struct Product : Buffered<ProductIdRecord, &ProductIdRecord::name, 256> {
   size_t Used() const { return offsetof(Product, buffer) + record.nameLength + 1; }
   void From(const Json& json) {
     json.value("name", std::string()).copy(buffer, sizeof buffer);
-    Assign(json.value("manufacturerId", Json()), record.manufacturerId);
-    record.productCode = json.value("productCode", record.productCode);
-    record.serialNumber = json.value("serialNumber", record.serialNumber);
-    record.week = json.value("week", record.week);
-    record.year = json.value("year", uint16_t{2000});
-    record.nameLength = json.value("nameLength", record.nameLength);
+    record.year = 2000;
+    FromJson(json, record);
   }
 };
 

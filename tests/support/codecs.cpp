@@ -1,8 +1,5 @@
 #include "tests/support/codecs.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 #include "tests/support/codec_boxes.h"
 
 namespace reedid::test {
@@ -56,7 +53,7 @@ Codec<Entry> Shared(Codec<Entry> codec) {
 #define CODEC_BY(name, prefix, function, get, set, Box, head, ...) \
   Row<Box, get, set, Entry>({name, #prefix "_Get" #function, #prefix "_Set" #function, Hex(head), __VA_ARGS__})
 
-std::vector<Codec<CeaDataBlock>> CtaCodecs() {
+CodecList<CeaDataBlock> CtaCodecs() {
   using Entry = CeaDataBlock;
   return {
       CODEC("VDB", CEA, VDB, Plain<VdbRecord>, "40", 2, 32, kNormalises, "one native mark, and none above VIC 64"),
@@ -78,7 +75,7 @@ std::vector<Codec<CeaDataBlock>> CtaCodecs() {
   };
 }
 
-std::vector<Codec<DispIdDataBlock>> DispIdCodecs() {
+CodecList<DispIdDataBlock> DispIdCodecs() {
   using Entry = DispIdDataBlock;
   return {
       CODEC("PIDB", DispID, PIDB, Product, "00", 15, 255),
@@ -104,7 +101,7 @@ std::vector<Codec<DispIdDataBlock>> DispIdCodecs() {
   };
 }
 
-std::vector<Codec<DtdSlot>> SlotCodecs() {
+CodecList<DtdSlot> SlotCodecs() {
   using Entry = DtdSlot;
   using SixTimings = Items<StdTiming, 6>;
   constexpr auto kText = "what stands behind the end";
@@ -128,35 +125,10 @@ std::vector<Codec<DtdSlot>> SlotCodecs() {
 
 }  // namespace
 
-template <>
-std::span<const Codec<CeaDataBlock>> Codecs() {
-  static const auto codecs = CtaCodecs();
-  return codecs;
+const CodecTable& AllCodecs() {
+  static const CodecTable table = {CtaCodecs(), DispIdCodecs(), SlotCodecs()};
+  return table;
 }
-
-template <>
-std::span<const Codec<DispIdDataBlock>> Codecs() {
-  static const auto codecs = DispIdCodecs();
-  return codecs;
-}
-
-template <>
-std::span<const Codec<DtdSlot>> Codecs() {
-  static const auto codecs = SlotCodecs();
-  return codecs;
-}
-
-template <class Entry>
-const Codec<Entry>& CodecOf(const std::string& name) {
-  for (const Codec<Entry>& codec : Codecs<Entry>()) {
-    if (codec.name == name) return codec;
-  }
-  std::fprintf(stderr, "no codec is called %s\n", name.c_str());
-  std::abort();
-}
-template const Codec<CeaDataBlock>& CodecOf(const std::string& name);
-template const Codec<DispIdDataBlock>& CodecOf(const std::string& name);
-template const Codec<DtdSlot>& CodecOf(const std::string& name);
 
 ByteVector BlockOf(const Codec<CeaDataBlock>& codec, const ByteVector& payload) {
   ByteVector block = Concat({codec.head, payload});

@@ -6,8 +6,9 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
-#include <span>
+#include <stdexcept>
 #include <string>
+#include <tuple>
 
 #include "tests/support/data_block.h"
 
@@ -41,17 +42,23 @@ struct Codec {
 };
 
 template <class Entry>
-std::span<const Codec<Entry>> Codecs();
-template <>
-std::span<const Codec<CeaDataBlock>> Codecs();
-template <>
-std::span<const Codec<DispIdDataBlock>> Codecs();
-template <>
-std::span<const Codec<DtdSlot>> Codecs();
+using CodecList = std::vector<Codec<Entry>>;
+using CodecTable = std::tuple<CodecList<CeaDataBlock>, CodecList<DispIdDataBlock>, CodecList<DtdSlot>>;
+const CodecTable& AllCodecs();
 
-// Stops the program when there is none of this name.
 template <class Entry>
-const Codec<Entry>& CodecOf(const std::string& name);
+const CodecList<Entry>& Codecs() {
+  return std::get<CodecList<Entry>>(AllCodecs());
+}
+
+// Stops the test when there is none of this name.
+template <class Entry>
+const Codec<Entry>& CodecOf(const std::string& name) {
+  for (const Codec<Entry>& codec : Codecs<Entry>()) {
+    if (codec.name == name) return codec;
+  }
+  throw std::invalid_argument("no codec is called " + name);
+}
 
 // The whole block: the codec's head, the length in its place, and `payload`.
 ByteVector BlockOf(const Codec<CeaDataBlock>& codec, const ByteVector& payload);

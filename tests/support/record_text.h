@@ -11,13 +11,15 @@
 // Next to the way into JSON that the list of records gives, the way back. A field that is not named stays.
 #define REEDID_FROM_JSON(field) \
   if (json.contains(#field)) reedid::test::Assign(json.at(#field), record.field);
+#define REEDID_FIELDS_FROM_JSON(Type, ...)                                   \
+  inline void FromJson(const nlohmann::json& json, Type& record) {           \
+    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(REEDID_FROM_JSON, __VA_ARGS__)) \
+  }
 #define REEDID_TO_JSON(Type, ...)                                            \
+  REEDID_FIELDS_FROM_JSON(Type, __VA_ARGS__)                                 \
   template <class JsonObject>                                                \
   void to_json(JsonObject& nlohmann_json_j, const Type& nlohmann_json_t) {   \
     NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_TO, __VA_ARGS__)) \
-  }                                                                          \
-  inline void FromJson(const nlohmann::json& json, Type& record) {           \
-    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(REEDID_FROM_JSON, __VA_ARGS__)) \
   }
 
 namespace reedid::test {
@@ -43,12 +45,8 @@ Json FromText(const std::string& text);
 
 #include "document/account/records.h"
 
-inline void FromJson(const nlohmann::json& json, VdbRecord& record) {
-  REEDID_FROM_JSON(nativeVic)
-  REEDID_FROM_JSON(vicCount)
-  REEDID_FROM_JSON(vics)
-}
-inline void FromJson(const nlohmann::json& json, Vic420Record& record) {
-  REEDID_FROM_JSON(vicCount)
-  REEDID_FROM_JSON(vics)
-}
+REEDID_FIELDS_FROM_JSON(VdbRecord, nativeVic, vicCount, vics)
+REEDID_FIELDS_FROM_JSON(Vic420Record, vicCount, vics)
+// But for what their pointers point to.
+REEDID_FIELDS_FROM_JSON(TimingCodeRecord, codeType, reserved, twoByteCodes, codeCount)
+REEDID_FIELDS_FROM_JSON(ProductIdRecord, manufacturerId, productCode, serialNumber, week, year, nameLength)
