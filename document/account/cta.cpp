@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "document/account/cta_audio.h"
+#include "document/account/cta_color.h"
 #include "document/account/cta_hdmi.h"
 #include "document/account/cta_video.h"
 #include "document/account/detailed_timing.h"
@@ -14,148 +16,45 @@
 namespace reedid::document {
 namespace {
 
-constexpr uint8_t kExtendedTag = 7;
-constexpr uint8_t kVendorTag = 3;
 constexpr size_t kCollectionStart = 4;
 constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
-
-std::string AudioFormatName(const SadRecord& sad) {
-  static constexpr const char* kFormats[] = {"reserved",      "L-PCM",  "AC-3",      "MPEG-1", "MP3",
-                                             "MPEG-2",        "AAC LC", "DTS",       "ATRAC",  "One Bit Audio",
-                                             "Enhanced AC-3", "DTS-HD", "MAT (MLP)", "DST",    "WMA Pro"};
-  static constexpr const char* kExtended[] = {"reserved",
-                                              "reserved",
-                                              "reserved",
-                                              "reserved",
-                                              "MPEG-4 HE AAC",
-                                              "MPEG-4 HE AAC v2",
-                                              "MPEG-4 AAC LC",
-                                              "DRA",
-                                              "MPEG-4 HE AAC and MPEG Surround",
-                                              "reserved",
-                                              "MPEG-4 AAC LC and MPEG Surround",
-                                              "MPEG-H 3D Audio",
-                                              "AC-4",
-                                              "L-PCM 3D Audio"};
-  if (sad.formatCode < std::size(kFormats)) return kFormats[sad.formatCode];
-  if (sad.extFormatCode < std::size(kExtended)) return kExtended[sad.extFormatCode];
-  return fmt::format("extended format {}", sad.extFormatCode);
-}
-
-std::string SadText(const SadRecord& sad) {
-  const NamedFlag rates[] = {{sad.rate32k, "32"},    {sad.rate44k1, "44.1"}, {sad.rate48k, "48"},
-                             {sad.rate88k2, "88.2"}, {sad.rate96k, "96"},    {sad.rate176k4, "176.4"},
-                             {sad.rate192k, "192"}};
-  const NamedFlag depths[] = {{sad.bits16, "16"}, {sad.bits20, "20"}, {sad.bits24, "24"}};
-  std::string text = fmt::format("{} channels; {} kHz", sad.channels, SetFlags(rates, "no"));
-  const bool isPcm = sad.formatCode == 1 || (sad.formatCode == 15 && sad.extFormatCode == 13);
-  if (isPcm) text += fmt::format("; {} bits", SetFlags(depths, "no"));
-  if (sad.formatCode >= 2 && sad.formatCode <= 8) text += fmt::format("; up to {} kbit/s", sad.maxBitrate * 8);
-  if (sad.formatDependent != 0) text += fmt::format("; format's own {:#04x}", sad.formatDependent);
-  return text;
-}
-
-bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  AdbRecord record;
-  if (CEA_GetADB(&entry, &record) != 0) return false;
-  node.record = record;
-  for (unsigned i = 0; i < record.sadCount; ++i) {
-    node.Add(AudioFormatName(record.sads[i]), SadText(record.sads[i]), at(1 + 3 * i, 3));
-  }
-  return true;
-}
-
-bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  SpeakerRecord s;
-  if (CEA_GetSADB(&entry, &s) != 0) return false;
-  node.record = s;
-  const NamedFlag flags[] = {{s.FL_FR, "FL/FR"},
-                             {s.LFE1, "LFE1"},
-                             {s.FC, "FC"},
-                             {s.BL_BR, "BL/BR"},
-                             {s.BC, "BC"},
-                             {s.FLc_FRc, "FLc/FRc"},
-                             {s.RLC_RRC, "RLC/RRC"},
-                             {s.FLw_FRw, "FLw/FRw"},
-                             {s.TpFL_TpFR, "TpFL/TpFR"},
-                             {s.TpC, "TpC"},
-                             {s.TpFC, "TpFC"},
-                             {s.LS_RS, "LS/RS"},
-                             {s.LFE2, "LFE2"},
-                             {s.TpBC, "TpBC"},
-                             {s.SiL_SiR, "SiL/SiR"},
-                             {s.TpSiL_TpSiR, "TpSiL/TpSiR"},
-                             {s.TpBL_TpBR, "TpBL/TpBR"},
-                             {s.BtFC, "BtFC"},
-                             {s.BtFL_BtFR, "BtFL/BtFR"},
-                             {s.TpLS_TpRS, "TpLS/TpRS"}};
-  node.Add("Speakers", SetFlags(flags), at(1, 3));
-  return true;
-}
-
-bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  ColorimetryRecord c;
-  if (CEA_GetCDB(&entry, &c) != 0) return false;
-  node.record = c;
-  const NamedFlag flags[] = {{c.xvYCC601, "xvYCC601"},   {c.xvYCC709, "xvYCC709"},   {c.sYCC601, "sYCC601"},
-                             {c.opYCC601, "opYCC601"},   {c.opRGB, "opRGB"},         {c.BT2020cYCC, "BT2020cYCC"},
-                             {c.BT2020YCC, "BT2020YCC"}, {c.BT2020RGB, "BT2020RGB"}, {c.ICtCp, "ICtCp"},
-                             {c.DCI_P3, "DCI-P3"}};
-  node.Add("Colorimetry", SetFlags(flags), at(2, 2));
-  if (c.metadataProfiles != 0) node.Add("Metadata profiles", fmt::format("{:#x}", c.metadataProfiles), at(3));
-  return true;
-}
-
-bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  static constexpr const char* kScan[] = {"not stated", "always overscanned", "always underscanned",
-                                          "over- and underscan"};
-  VideoCapRecord v;
-  if (CEA_GetVCDB(&entry, &v) != 0) return false;
-  node.record = v;
-  const auto range = [](uint8_t selectable) { return selectable != 0 ? "selectable" : "fixed"; };
-  node.Add("Quantization", fmt::format("YCC {}, RGB {}", range(v.QY), range(v.QS)), at(2));
-  node.Add("Preferred timing", v.S_PT == 0 ? "as the formats below" : kScan[v.S_PT], at(2));
-  node.Add("IT formats", kScan[v.S_IT], at(2));
-  node.Add("CE formats", kScan[v.S_CE], at(2));
-  return true;
-}
 
 // A renderer returns false when the block cannot be decoded; without one, the bytes are shown.
 using Renderer = bool (*)(const CeaDataBlock&, const CeaBlock&, const ByteSource&, Node&);
 
 struct DataBlockKind {
   unsigned tag;
-  unsigned extTag;  // for tag 7
+  unsigned extTag;  // for CEA_TAG_EXTENDED
   const char* name;
   Renderer render;
 };
 
 // CTA-861, tables 32 and 33.
 constexpr DataBlockKind kDataBlockKinds[] = {
-    {1, 0, "Audio Data Block", DescribeAudio},
-    {2, 0, "Video Data Block", DescribeVideo},
-    {4, 0, "Speaker Allocation Data Block", DescribeSpeakers},
-    {5, 0, "VESA Display Transfer Characteristic Data Block", nullptr},
-    {6, 0, "Video Format Data Block", nullptr},
-    {7, 0, "Video Capability Data Block", DescribeVideoCapability},
-    {7, 1, "Vendor-Specific Video Data Block", nullptr},
-    {7, 2, "VESA Display Device Data Block", nullptr},
-    {7, 5, "Colorimetry Data Block", DescribeColorimetry},
-    {7, 6, "HDR Static Metadata Data Block", DescribeStaticHdr},
-    {7, 7, "HDR Dynamic Metadata Data Block", nullptr},
-    {7, 8, "Native Video Resolution Data Block", nullptr},
-    {7, 13, "Video Format Preference Data Block", DescribeFormatPreference},
-    {7, 14, "YCbCr 4:2:0 Video Data Block", Describe420Video},
-    {7, 15, "YCbCr 4:2:0 Capability Map Data Block", Describe420Map},
-    {7, 17, "Vendor-Specific Audio Data Block", nullptr},
-    {7, 19, "Room Configuration Data Block", nullptr},
-    {7, 20, "Speaker Location Data Block", nullptr},
-    {7, 32, "InfoFrame Data Block", nullptr},
-    {7, 34, "DisplayID Type VII Video Timing Data Block", DescribeTypeVII},
-    {7, 35, "DisplayID Type VIII Video Timing Data Block", DescribeTypeVIII},
-    {7, 42, "DisplayID Type X Video Timing Data Block", DescribeTypeX},
-    {7, 0x78, "HDMI Forum EDID Extension Override Data Block", nullptr},
-    {7, 0x79, "HDMI Forum Sink Capability Data Block", nullptr},
+    {CEA_TAG_AUDIO, 0, "Audio Data Block", DescribeAudio},
+    {CEA_TAG_VIDEO, 0, "Video Data Block", DescribeVideo},
+    {CEA_TAG_SPEAKERS, 0, "Speaker Allocation Data Block", DescribeSpeakers},
+    {CEA_TAG_VESA_TRANSFER, 0, "VESA Display Transfer Characteristic Data Block", nullptr},
+    {CEA_TAG_VIDEO_FORMAT, 0, "Video Format Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY, "Video Capability Data Block", DescribeVideoCapability},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, "Vendor-Specific Video Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE, "VESA Display Device Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, "Colorimetry Data Block", DescribeColorimetry},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, "HDR Static Metadata Data Block", DescribeStaticHdr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR, "HDR Dynamic Metadata Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_NATIVE_RESOLUTION, "Native Video Resolution Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_FORMAT_PREFERENCE, "Video Format Preference Data Block", DescribeFormatPreference},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO, "YCbCr 4:2:0 Video Data Block", Describe420Video},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP, "YCbCr 4:2:0 Capability Map Data Block", Describe420Map},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, "Vendor-Specific Audio Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION, "Room Configuration Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION, "Speaker Location Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME, "InfoFrame Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII, "DisplayID Type VII Video Timing Data Block", DescribeTypeVII},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII, "DisplayID Type VIII Video Timing Data Block", DescribeTypeVIII},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X, "DisplayID Type X Video Timing Data Block", DescribeTypeX},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE, "HDMI Forum EDID Extension Override Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_SINK_CAPABILITY, "HDMI Forum Sink Capability Data Block", nullptr},
 };
 
 // Vendors by their IEEE OUI, for tag 3 and the vendor-specific video and audio blocks.
@@ -167,12 +66,12 @@ struct Vendor {
 };
 
 constexpr Vendor kVendors[] = {
-    {0x000C03, "HDMI 1.4b", DescribeHdmi14b},
-    {0xC45DD8, "HDMI Forum", DescribeHdmiForum},
-    {0x00D046, "Dolby", nullptr},
-    {0x90848B, "HDR10+", nullptr},
-    {0x00001A, "AMD", nullptr},
-    {0xCA125C, "Microsoft", nullptr, true},
+    {REEDID_OUI_HDMI, "HDMI 1.4b", DescribeHdmi14b},
+    {REEDID_OUI_HDMI_FORUM, "HDMI Forum", DescribeHdmiForum},
+    {REEDID_OUI_DOLBY, "Dolby", nullptr},
+    {REEDID_OUI_HDR10_PLUS, "HDR10+", nullptr},
+    {REEDID_OUI_AMD, "AMD", nullptr},
+    {REEDID_OUI_MICROSOFT, "Microsoft", nullptr, true},
 };
 
 const Vendor* FindVendor(unsigned oui) {
@@ -195,22 +94,23 @@ const Vendor* AddVendor(const ByteSource& at, size_t ouiByte, Node& node) {
 
 DataBlockKind KindOf(const CeaDataBlock& entry) {
   for (const DataBlockKind& kind : kDataBlockKinds) {
-    if (kind.tag == entry.tag && (entry.tag != kExtendedTag || kind.extTag == entry.extTag)) return kind;
+    if (kind.tag == entry.tag && (entry.tag != CEA_TAG_EXTENDED || kind.extTag == entry.extTag)) return kind;
   }
-  return {entry.tag, entry.extTag, entry.tag == kVendorTag ? "Vendor-Specific Data Block" : "Reserved Data Block",
+  return {entry.tag, entry.extTag, entry.tag == CEA_TAG_VENDOR ? "Vendor-Specific Data Block" : "Reserved Data Block",
           nullptr};
 }
 
 Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at) {
   const DataBlockKind kind = KindOf(entry);
-  const bool isVendor = entry.tag == kVendorTag;
-  const bool isExtended = entry.tag == kExtendedTag;
+  const bool isVendor = entry.tag == CEA_TAG_VENDOR;
+  const bool isExtended = entry.tag == CEA_TAG_EXTENDED;
   Node node;
   node.title =
       isExtended ? fmt::format("{} (7/{})", kind.name, entry.extTag) : fmt::format("{} ({})", kind.name, entry.tag);
   node.bytes = at(0, isExtended ? 2 : 1);
   Renderer render = kind.render;
-  if (isVendor || (isExtended && (entry.extTag == 1 || entry.extTag == 17))) {
+  if (isVendor ||
+      (isExtended && (entry.extTag == CEA_EXT_TAG_VENDOR_VIDEO || entry.extTag == CEA_EXT_TAG_VENDOR_AUDIO))) {
     const Vendor* vendor = AddVendor(at, isVendor ? 1 : 2, node);
     if (vendor != nullptr && isVendor) render = vendor->render;
     node.isPrivate = vendor != nullptr && vendor->isPrivate;

@@ -1,16 +1,10 @@
-// The data blocks of a CTA-861 extension that list timings, and HDR static metadata.
-
 #include "document/account/cta_video.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cmath>
-
 #include "document/account/detailed_timing.h"
 #include "document/account/records.h"
 #include "document/account/timing_lists.h"
-#include "document/account/values.h"
 
 namespace reedid::document {
 namespace {
@@ -66,7 +60,7 @@ bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, const Byte
     node.Add("VICs, 4:2:0 too", "all of the Video Data Block");
     return true;
   }
-  const CeaDataBlock* video = CEA_FindDataBlock(&model, 2, 0);
+  const CeaDataBlock* video = CEA_FindDataBlock(&model, CEA_TAG_VIDEO, 0);
   Vic420Record record;
   if (video == nullptr || CEA_Get420CMDB(video, &entry, &record) != 0) return false;
   node.record = record;
@@ -113,27 +107,6 @@ bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock&, const ByteSource&
   if (count < 0) return false;
   AddTypeRevision(entry, at, node);
   AddFormulas(timings, kTypeXSize + (entry.bytes[2] >> 4 & 7), at.Part(kTypeHeader), node);
-  return true;
-}
-
-// CTA-861, 7.5.13: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
-bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  StaticHdrRecord r = {};
-  if (CEA_GetStaticHDR(&entry, &r) != 0) return false;
-  node.record = r;
-  const NamedFlag curves[] = {
-      {r.eotfSdr, "SDR gamma"}, {r.eotfHdr, "HDR gamma"}, {r.eotfPq, "PQ (ST 2084)"}, {r.eotfHlg, "HLG"}};
-  const auto luminance = [](unsigned code) { return 50.0 * std::exp2(code / 32.0); };
-  node.Add("Transfer", SetFlags(curves), at(2));
-  node.Add("Static metadata", r.staticMetadataType1 ? "type 1" : "none", at(3));
-  if (r.maxLuminance != 0) node.Add("Maximum", fmt::format("{:.0f} cd/m2", luminance(r.maxLuminance)), at(4));
-  if (r.maxFrameAvgLuminance != 0) {
-    node.Add("Frame average", fmt::format("{:.0f} cd/m2", luminance(r.maxFrameAvgLuminance)), at(5));
-  }
-  if (r.minLuminance != 0) {
-    const double part = r.minLuminance / 255.0;
-    node.Add("Minimum", fmt::format("{:.3g} cd/m2", luminance(r.maxLuminance) * part * part / 100), at(6));
-  }
   return true;
 }
 

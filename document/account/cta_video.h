@@ -1,4 +1,4 @@
-// The accounts of the CTA-861 data blocks that list timings or HDR metadata.
+// The accounts of the CTA-861 data blocks that list timings.
 #pragma once
 
 #include "document/account/tree.h"
@@ -13,6 +13,5 @@ bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock& model, 
 bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
-bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 
 }  // namespace reedid::document

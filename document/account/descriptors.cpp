@@ -13,11 +13,9 @@
 namespace reedid::document {
 namespace {
 
-constexpr uint8_t kSerialNumberTag = 0xFF;
-
 template <int32_t (*get)(const DtdSlot*, char*, uint32_t)>
 bool DescribeText(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
-  char text[14] = {};
+  char text[REEDID_TEXT_SIZE] = {};
   if (get(&slot, text, sizeof text) != 0) return false;
   node.Add("Text", TextValue(text), at(5, 13));
   node.record = {{"text", PrintableText(text)}};
@@ -131,23 +129,23 @@ struct DescriptorKind {
 };
 
 constexpr DescriptorKind kDescriptorKinds[] = {
-    {kSerialNumberTag, "Serial number", DescribeText<VESA_GetSerialNumber>},
-    {0xFE, "Text", DescribeText<VESA_GetDataString>},
-    {0xFD, "Range limits", DescribeRange},
-    {0xFC, "Product name", DescribeText<VESA_GetProductName>},
-    {0xFB, "Color point", nullptr},
-    {0xFA, "Standard timings", DescribeStandardDescriptor},
-    {0xF9, "Display Color Management", nullptr},
-    {0xF8, "CVT timing codes", DescribeCvtCodes},
-    {0xF7, "Established timings III", DescribeEst3},
-    {0x10, "Dummy", nullptr},
+    {EDID_DESCRIPTOR_SERIAL_NUMBER, "Serial number", DescribeText<VESA_GetSerialNumber>},
+    {EDID_DESCRIPTOR_DATA_STRING, "Text", DescribeText<VESA_GetDataString>},
+    {EDID_DESCRIPTOR_RANGE_LIMITS, "Range limits", DescribeRange},
+    {EDID_DESCRIPTOR_PRODUCT_NAME, "Product name", DescribeText<VESA_GetProductName>},
+    {EDID_DESCRIPTOR_COLOR_POINT, "Color point", nullptr},
+    {EDID_DESCRIPTOR_STD_TIMINGS, "Standard timings", DescribeStandardDescriptor},
+    {EDID_DESCRIPTOR_COLOR_MANAGEMENT, "Display Color Management", nullptr},
+    {EDID_DESCRIPTOR_CVT_CODES, "CVT timing codes", DescribeCvtCodes},
+    {EDID_DESCRIPTOR_EST3, "Established timings III", DescribeEst3},
+    {EDID_DESCRIPTOR_DUMMY, "Dummy", nullptr},
 };
 
 DescriptorKind KindOf(uint8_t tag) {
   for (const DescriptorKind& kind : kDescriptorKinds) {
     if (kind.tag == tag) return kind;
   }
-  return {tag, tag < 0x10 ? "manufacturer's" : "reserved", nullptr};
+  return {tag, tag < EDID_DESCRIPTOR_DUMMY ? "manufacturer's" : "reserved", nullptr};
 }
 
 }  // namespace
@@ -161,7 +159,7 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
   Node node;
   node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
   node.bytes = at(0, 5);
-  node.isPrivate = kind.tag == kSerialNumberTag;
+  node.isPrivate = kind.tag == EDID_DESCRIPTOR_SERIAL_NUMBER;
   const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);
   node.AddRest(at, decoded ? "Other bytes" : "Bytes");
   return node;

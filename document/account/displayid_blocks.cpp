@@ -1,119 +1,25 @@
-// The content of DisplayID data blocks: one reader for each form, a table from tag to reader.
+// What a section tells of the product and the panel: one reader for each kind of block, and a table from tag to reader.
 
 #include "document/account/displayid_blocks.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <optional>
 
-#include "document/account/detailed_timing.h"
+#include "document/account/displayid_timings.h"
 #include "document/account/pnp_ids.h"
 #include "document/account/records.h"
-#include "document/account/timing_lists.h"
 #include "document/account/values.h"
 #include "document/printable.h"
 
 namespace reedid::document {
 namespace {
 
-constexpr uint32_t kMostRecords = 256;
 constexpr size_t kHeader = 3;
-constexpr uint8_t kTypeXTag = 0x2A;
-
-// Getters deliver as many records as the block has, so an array of kMostRecords holds any answer.
-template <class Record>
-std::optional<uint32_t> Read(const DispIdDataBlock& entry, int32_t (*get)(const DispIdDataBlock*, Record*, uint32_t),
-                             Record* records) {
-  const int32_t count = DispID_GetTimingCnt(&entry);
-  if (count < 0 || get(&entry, records, kMostRecords) < 0) return std::nullopt;
-  return static_cast<uint32_t>(count);
-}
-
-// Where a detailed timing has what; `at` begins with it. Type II packs both syncs into byte 3.
-TimingBytes TypeIIBytes(const ByteSource& at) {
-  return {at(0, 4), at({3, 4, 5, 6}), at({3, 7, 8, 9, 10})};
-}
-
-TimingBytes TypeVIBytes(const ByteSource& at) {
-  return {at(0, 3), at({3, 4, 7, 8, 9, 10}), at({5, 6, 11, 12, 13})};
-}
-
-unsigned TypeISize(const ByteSource&) {
-  return 20;
-}
-
-unsigned TypeIISize(const ByteSource&) {
-  return 11;
-}
-
-// With aspect ratio and image size, as bit 6 of byte 2 says.
-unsigned TypeVISize(const ByteSource& at) {
-  const ByteVector third = at(2);
-  return !third.empty() && (third[0] & 0x40) != 0 ? 17 : 14;
-}
-
-template <int32_t (*get)(const DispIdDataBlock*, DtdTiming*, uint32_t), unsigned (*sizeOf)(const ByteSource&),
-          TimingBytes (*bytesOf)(const ByteSource&)>
-bool DescribeDetailed(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
-  std::array<DtdTiming, kMostRecords> timings = {};
-  const auto count = Read(entry, get, timings.data());
-  ByteSource payload = at.Part(kHeader);
-  for (uint32_t i = 0; i < count.value_or(0); ++i) {
-    const TimingItem item = {TimingKind::kDetailed, 0, false, timings[i]};
-    const ByteSource descriptor = payload.Part(0, sizeOf(payload));
-    Node child = DescribeTiming(fmt::format("Timing {}", i + 1), item, bytesOf(descriptor));
-    if (timings[i].preferred != 0) child.Add("Preferred", "yes", descriptor(bytesOf == TypeVIBytes ? 2 : 3));
-    child.AddRest(descriptor);
-    node.Child(std::move(child));
-    payload = payload.Part(descriptor.size());
-  }
-  return count.has_value();
-}
-
-// Types III, V, IX; type X has as many bytes more as its header says.
-template <int32_t (*get)(const DispIdDataBlock*, CvtTiming*, uint32_t), unsigned size>
-bool DescribeFormulas(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
-  std::array<CvtTiming, kMostRecords> timings = {};
-  const auto count = Read(entry, get, timings.data());
-  if (!count) return false;
-  const unsigned extra = entry.tag == kTypeXTag ? entry.headerFlags >> 1 & 7u : 0;
-  AddFormulas({timings.data(), *count}, size + extra, at.Part(kHeader), node);
-  return true;
-}
-
-template <int32_t (*get)(const DispIdDataBlock*, TimingCodeRecord*, uint32_t)>
-bool DescribeCodes(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
-  std::array<uint8_t, kMostRecords> codes = {};
-  TimingCodeRecord record = {};
-  record.codes = codes.data();
-  if (get(&entry, &record, kMostRecords) < 0) return false;
-  node.record = record;
-  AddTimingCodes(record, at.Part(kHeader), node);
-  return true;
-}
-
-// Element i of the bitmap is DMT identifier or VIC i.
-template <int32_t (*get)(const DispIdDataBlock*, uint8_t*, uint32_t), bool isVic>
-bool DescribeBitmap(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
-  std::array<uint8_t, kMostRecords> flags = {};
-  const auto count = Read(entry, get, flags.data());
-  for (unsigned id = 1; id < count.value_or(0); ++id) {
-    if (flags[id] == 0) continue;
-    const ByteVector from = at(kHeader + (id - 1) / 8);
-    if (isVic) {
-      node.AddTiming(fmt::format("VIC {}", CtaVic(id)), VicItem(id), "", from);
-    } else {
-      node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", from);
-    }
-  }
-  return count.has_value();
-}
 
 template <int32_t (*get)(const DispIdDataBlock*, ProductIdRecord*), bool isOui>
 bool DescribeProduct(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
-  char name[234 + 1] = {};
+  char name[REEDID_DISPID_NAME_SIZE + 1] = {};
   ProductIdRecord r = {};
   r.name = name;
   if (get(&entry, &r) != 0) return false;
@@ -227,26 +133,14 @@ struct BlockReader {
 };
 
 constexpr BlockReader kReaders[] = {
-    {0x00, DescribeProduct<DispID_GetPIDB, false>},
-    {0x01, DescribeParameters},
-    {0x03, DescribeDetailed<DispID_Get20ByteDTD, TypeISize, TypeIBytes>},
-    {0x04, DescribeDetailed<DispID_Get11ByteDTD, TypeIISize, TypeIIBytes>},
-    {0x05, DescribeFormulas<DispID_Get3ByteCVT, 3>},
-    {0x06, DescribeCodes<DispID_GetTimingCode>},
-    {0x07, DescribeBitmap<DispID_GetVESATiming, false>},
-    {0x08, DescribeBitmap<DispID_GetCEATiming, true>},
-    {0x09, DescribeRange},
-    {0x0A, DescribeString<DispID_GetSerialNumber>},
-    {0x0B, DescribeString<DispID_GetDataString>},
-    {0x11, DescribeFormulas<DispID_Get7ByteCVT, 7>},
-    {0x13, DescribeDetailed<DispID_Get17ByteDTD, TypeVISize, TypeVIBytes>},
-    {0x20, DescribeProduct<DispID20_GetPIDB, true>},
-    {0x21, DescribeParameters20},
-    {0x22, DescribeDetailed<DispID20_Get20ByteDTD, TypeISize, TypeIBytes>},
-    {0x23, DescribeCodes<DispID20_GetTimingCode>},
-    {0x24, DescribeFormulas<DispID20_Get6ByteCVT, 6>},
-    {0x25, DescribeRange20},
-    {0x2A, DescribeFormulas<DispID20_Get6ByteCVT, 6>},
+    {DISPID_TAG_PRODUCT_ID, DescribeProduct<DispID_GetPIDB, false>},
+    {DISPID_TAG_DISPLAY_PARAMS, DescribeParameters},
+    {DISPID_TAG_RANGE_LIMITS, DescribeRange},
+    {DISPID_TAG_SERIAL_NUMBER, DescribeString<DispID_GetSerialNumber>},
+    {DISPID_TAG_DATA_STRING, DescribeString<DispID_GetDataString>},
+    {DISPID20_TAG_PRODUCT_ID, DescribeProduct<DispID20_GetPIDB, true>},
+    {DISPID20_TAG_DISPLAY_PARAMS, DescribeParameters20},
+    {DISPID20_TAG_RANGE_LIMITS, DescribeRange20},
 };
 
 }  // namespace
@@ -255,7 +149,7 @@ bool DescribeSectionBlock(const DispIdDataBlock& entry, const ByteSource& at, No
   for (const BlockReader& reader : kReaders) {
     if (reader.tag == entry.tag) return reader.read(entry, at, node);
   }
-  return false;
+  return DescribeSectionTimings(entry, at, node);
 }
 
 }  // namespace reedid::document

@@ -21,7 +21,9 @@ bool DescribeMap(const EdidBlock& block, unsigned index, const ByteSource& at, N
   for (unsigned i = 1; i + 1u < block.size; ++i) {
     const unsigned tag = block.bytes[i];
     if (tag == 0) continue;
-    const char* name = tag == 0x02 ? "CTA-861 extension" : tag == 0x70 ? "DisplayID extension" : "other";
+    const char* name = tag == EDID_EXTENSION_CTA         ? "CTA-861 extension"
+                       : tag == EDID_EXTENSION_DISPLAYID ? "DisplayID extension"
+                                                         : "other";
     node.Add(fmt::format("Block {}", index + i), fmt::format("{:02x}, {}", tag, name), at(i));
   }
   return true;

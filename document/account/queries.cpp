@@ -6,15 +6,10 @@
 #include "document/account/values.h"
 
 namespace reedid::document {
-namespace {
-
-constexpr size_t kMostTimings = 256;
-
-}  // namespace
 
 std::vector<uint16_t> AllRates(const Image& image) {
-  std::vector<uint16_t> rates(255);
-  rates.resize(EDID_GetAllFrameRate(image.handle(), rates.data(), 255));
+  std::vector<uint16_t> rates(REEDID_MAX_FRAME_RATES);
+  rates.resize(EDID_GetAllFrameRate(image.handle(), rates.data(), REEDID_MAX_FRAME_RATES));
   return rates;
 }
 
@@ -25,8 +20,8 @@ std::optional<TimingItem> PreferredOf(const Image& image) {
 }
 
 std::vector<DtdTiming> DetailedTimings(const Image& image, TimingOrder order) {
-  std::vector<DtdTiming> timings(kMostTimings);  // more than the count, which has 8 bits
-  const uint32_t count = EDID_FindOutAllDTD(image.handle(), timings.data(), kMostTimings);
+  std::vector<DtdTiming> timings(REEDID_MAX_DTDS);
+  const uint32_t count = EDID_FindOutAllDTD(image.handle(), timings.data(), REEDID_MAX_DTDS);
   timings.resize(count);
   if (order == TimingOrder::kRate) SortDTDbyFrameRate(timings.data(), static_cast<int32_t>(count));
   if (order == TimingOrder::kArea) SortDTDbyResolution(timings.data(), count);

@@ -10,8 +10,6 @@
 namespace reedid::document {
 namespace {
 
-constexpr uint8_t kVendorTag = 3;
-
 [[noreturn]] void Refuse(const Image& image, const std::string& why) {
   throw Error(ErrorKind::kRefused, fmt::format("{}: {}", image.name(), why));
 }
@@ -48,7 +46,7 @@ ByteVector FindHdmiBytes(const Image& image) {
     if (block.type != EDID_BLOCK_CEA) continue;
     const CtaExtension model(block);
     for (const CeaDataBlock& entry : model.DataBlocks()) {
-      if (entry.bytes == nullptr || entry.tag != kVendorTag || entry.size < 4 || entry.size > 31) continue;
+      if (entry.bytes == nullptr || entry.tag != CEA_TAG_VENDOR || entry.size < 4 || entry.size > 31) continue;
       if (CEA_GetVSDBType(&entry) == VSDB_HDMI14B) return {entry.bytes, entry.bytes + entry.size};
     }
   }

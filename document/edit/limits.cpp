@@ -25,12 +25,12 @@ constexpr Limit kLimits[] = {{"hdmi20", &kHdmi20, nullptr},
 void LimitBareExtension(const Link& link, const Rates& rates, EdidBlock& block) {
   const CtaExtension model(block);
   if (!model || model->dataBlocks != nullptr) return;
-  uint8_t passing[] = {2 << 5 | 1, 1};
-  const CeaDataBlock entry = {2, 0, sizeof passing, passing};
+  uint8_t passing[] = {CEA_TAG_VIDEO << 5 | 1, 1};
+  const CeaDataBlock entry = {CEA_TAG_VIDEO, 0, sizeof passing, passing};
   if (CEA_AddDataBlock(model.get(), &entry, 0) != 0) return;
   CEA_DeleteDataBlock(model.get(), &model->dataBlocks[0]);
   link.limitExtension(model.get(), rates.data(), static_cast<uint32_t>(rates.size()));
-  uint8_t bytes[128];
+  uint8_t bytes[REEDID_BLOCK_SIZE];
   EdidBlock written = {EDID_BLOCK_CEA, sizeof bytes, sizeof bytes, bytes};
   if (model.GenerateInto(written) == 0) std::copy(bytes, bytes + sizeof bytes, block.bytes);
 }

@@ -5,8 +5,6 @@
 namespace reedid::document {
 namespace {
 
-constexpr uint8_t kDisplayParametersTag = 0x21;
-
 Chromaticity Coordinates(uint16_t x, uint16_t y, double unit) {
   return {x / unit, y / unit};
 }
@@ -23,10 +21,8 @@ std::optional<Gamut> ReadGamut(const Record& r, double unit) {
 std::optional<Gamut> SectionGamut(const EdidBlock& block) {
   const DisplayIdSection model(block);
   if (!model || model->version != 2) return std::nullopt;
-  const DispIdDataBlock* entry = DispID_FindDB(model.get(), kDisplayParametersTag);
-  DisplayParams20Record record = {};
-  if (entry == nullptr || DispID20_GetDPDB(entry, &record) != 0) return std::nullopt;
-  return ReadGamut(record, 4096);
+  const auto record = Find<DisplayParams20Record>(model);
+  return record ? ReadGamut(*record, 4096) : std::nullopt;
 }
 
 std::optional<Gamut> BlockGamut(const EdidBlock& block) {

@@ -14,7 +14,6 @@ constexpr double kWidth = 1280;
 constexpr double kHeight = 754;
 constexpr Box kGamutFrame = {66, 92, 480, 540};
 constexpr Box kTimingsFrame = {640, 92, 604, 540};
-constexpr uint8_t kProductNameTag = 0xFC;
 
 // A background of its own: the picture reads the same in a dark viewer. A label is edged in it, to stand out of lines.
 constexpr char kStyle[] =
@@ -40,8 +39,9 @@ std::string ProductName(const Image& image) {
   const BaseBlock base(image.IsEdid() ? VESA_Open(&image.blocks()[0]) : nullptr);
   if (!base) return "";
   for (const DtdSlot& slot : base.Descriptors()) {
-    char name[14] = {};
-    if (slot.flag == kProductNameTag && VESA_GetProductName(&slot, name, sizeof name) == 0) return PrintableText(name);
+    char name[REEDID_TEXT_SIZE] = {};
+    if (slot.flag == EDID_DESCRIPTOR_PRODUCT_NAME && VESA_GetProductName(&slot, name, sizeof name) == 0)
+      return PrintableText(name);
   }
   return "";
 }

@@ -6,7 +6,9 @@
 #include <cmath>
 #include <map>
 
+#include "document/plot/clock_axes.h"
 #include "document/plot/labels.h"
+#include "document/plot/timing_points.h"
 
 namespace reedid::document {
 namespace {
@@ -21,108 +23,6 @@ struct LinkLimit {
 constexpr LinkLimit kLinkLimits[] = {{"HDMI 1.4", "340 MHz", 340},
                                      {"HDMI 2.0", "600 MHz", 600},
                                      {"HDMI 2.1 FRL", "\xE2\x89\x88 1778 MHz *", 48000.0 * 16 / 18 / 24}};
-
-// Resolutions by width, as people sort displays.
-struct SizeClass {
-  unsigned leastWidth;
-  const char* name;
-  const char* color;
-};
-constexpr SizeClass kSizes[] = {{7680, "8K", "#862e9c"},        {3840, "4K", "#c92a2a"},
-                                {2560, "2560 wide", "#e67700"}, {1920, "1920 wide", "#2b8a3e"},
-                                {1280, "1280 wide", "#1864ab"}, {0, "smaller", "#6c757d"}};
-
-// Beyond this nothing is drawn: a descriptor of a few pixels has a rate of megahertz.
-constexpr double kHighestRate = 1000;
-constexpr double kLowestClock = 1;
-
-struct Point {
-  TimingItem item;
-  double clock;  // MHz
-  double rate;   // Hz
-  bool preferred;
-};
-
-const SizeClass& SizeOf(const TimingItem& item) {
-  const auto fits = [&item](const SizeClass& size) { return item.timing.hactive >= size.leastWidth; };
-  return *std::find_if(std::begin(kSizes), std::end(kSizes), fits);
-}
-
-bool IsSamePoint(const TimingItem& a, const TimingItem& b) {
-  return FormatText(a.timing) == FormatText(b.timing) && a.timing.pixelClock == b.timing.pixelClock &&
-         a.ycc420 == b.ycc420 && std::abs(RefreshRate(a.timing) - RefreshRate(b.timing)) < 0.0005;
-}
-
-// An image lists some timings more than once, by identifier and in full; each is one point.
-std::vector<Point> PointsOf(const std::vector<TimingItem>& items, const std::optional<TimingItem>& preferred) {
-  std::vector<Point> points;
-  for (const TimingItem& item : items) {
-    const auto same = [&item](const Point& point) { return IsSamePoint(point.item, item); };
-    if (std::any_of(points.begin(), points.end(), same)) continue;
-    const bool best = preferred && IsSamePoint(*preferred, item);
-    points.push_back({item, item.timing.pixelClock / 1000.0, RefreshRate(item.timing), best});
-  }
-  return points;
-}
-
-bool IsDrawn(const Point& point) {
-  return point.rate > 0 && point.rate <= kHighestRate && point.clock >= kLowestClock;
-}
-
-// ---- axes
-
-// The clock has a logarithmic axis: from 25 to 2400 MHz every factor counts alike.
-class Axes {
- public:
-  Axes(const Box& frame, const std::vector<Point>& points) : frame_(frame) {
-    double lowest = 24;
-    for (const Point& point : points) {
-      leastClock_ = std::min(leastClock_, point.clock * 0.9);
-      mostClock_ = std::max(mostClock_, point.clock * 1.2);
-      mostRate_ = std::max(mostRate_, point.rate * 1.08);
-      lowest = std::min(lowest, point.rate);
-    }
-    rateStep_ = mostRate_ <= 100 ? 10 : mostRate_ <= 200 ? 20 : mostRate_ <= 400 ? 50 : 100;
-    leastRate_ = rateStep_ <= 20 && lowest >= 23 ? 20 : 0;
-    mostRate_ = std::ceil(mostRate_ / rateStep_) * rateStep_;
-  }
-  double X(double clock) const {
-    return frame_.x + frame_.width * std::log(clock / leastClock_) / std::log(mostClock_ / leastClock_);
-  }
-  double Y(double rate) const {
-    return frame_.bottom() - frame_.height * (rate - leastRate_) / (mostRate_ - leastRate_);
-  }
-  void Draw(Svg& svg) const;
-
- private:
-  Box frame_;
-  double leastClock_ = 20, mostClock_ = 2600;  // MHz
-  double leastRate_ = 0, mostRate_ = 65, rateStep_ = 10;
-};
-
-void Axes::Draw(Svg& svg) const {
-  const long steps = std::lround((mostRate_ - leastRate_) / rateStep_);
-  for (long i = 0; i <= steps; ++i) {
-    const double rate = leastRate_ + rateStep_ * static_cast<double>(i);
-    svg.Line("grid", frame_.x, Y(rate), frame_.right(), Y(rate));
-    svg.Text("tick end", frame_.x - 8, Y(rate) + 4, fmt::format("{:.0f}", rate));
-  }
-  for (const int decade : {1, 10, 100, 1000, 10000}) {
-    for (int digit = 1; digit <= 9; ++digit) {
-      const int clock = decade * digit;
-      if (clock < leastClock_ || clock > mostClock_) continue;
-      svg.Line("grid", X(clock), frame_.y, X(clock), frame_.bottom());
-      const bool named = digit <= 3 || digit == 5 || digit == 7;
-      if (named) svg.Text("tick mid", X(clock), frame_.bottom() + 17, fmt::format("{}", clock));
-    }
-  }
-  svg.Text("axis mid", frame_.x + frame_.width / 2, frame_.bottom() + 38, "pixel clock in MHz");
-  svg.Element("text",
-              {{"class", "axis mid"},
-               {"transform", fmt::format("translate({} {}) rotate(-90)", SvgNumber(frame_.x - 42),
-                                         SvgNumber(frame_.y + frame_.height / 2))}},
-              "refresh rate in Hz (of fields when interlaced)");
-}
 
 void DrawLimits(const Axes& axes, const Box& frame, Svg& svg) {
   for (const LinkLimit& limit : kLinkLimits) {

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
+#include "reedid/tags.h"
+
 namespace reedid::document {
 namespace {
 
-constexpr unsigned kExtendedTag = 7;
-constexpr uint8_t kOverrideExtTag = 0x78;
 constexpr size_t kCollectionStart = 4;
 constexpr size_t kCollectionEnd = 126;  // where no detailed timings follow
 
@@ -18,7 +18,7 @@ std::optional<unsigned> CountOf(std::span<const uint8_t> bytes) {
     const unsigned tag = bytes[at] >> 5u;
     const size_t size = 1 + (bytes[at] & 0x1Fu);
     if (tag == 0 || at + size > end) break;
-    if (tag == kExtendedTag && size >= 3 && bytes[at + 1] == kOverrideExtTag) return bytes[at + 2];
+    if (tag == CEA_TAG_EXTENDED && size >= 3 && bytes[at + 1] == CEA_EXT_TAG_EXTENSION_OVERRIDE) return bytes[at + 2];
     at += size;
   }
   return std::nullopt;
