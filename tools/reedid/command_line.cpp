@@ -1,0 +1,226 @@
+#include "command_line.h"
+
+#include <fmt/format.h>
+
+#include <memory>
+
+#include "commands.h"
+#include "document/printable.h"
+#include "help.h"
+#include "reedid/version.h"
+
+namespace reedid::tool {
+namespace {
+
+constexpr char kInputHelp[] = "file with raw bytes or hexadecimal text, '-' for standard input, or sample:NAME";
+constexpr char kInputsHelp[] =
+    "files, folders with all files in and below them, '-' for standard input, or sample:NAME";
+constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
+constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
+constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
+
+// Adds a command whose options live as long as the parser; returns it for its options to be set up.
+template <class Options>
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command& chosen,
+                     Exit (*run)(const Options&, Streams&), Options*& options) {
+  CLI::App* command = app.add_subcommand(name, help);
+  if (const CommandHelp* more = FindHelp(name)) command->group(more->group)->footer(more->footer);
+  auto owned = std::make_shared<Options>();
+  options = owned.get();
+  command->callback(
+      [owned, run, &chosen] { chosen = [owned, run](Streams& streams) { return run(*owned, streams); }; });
+  return command;
+}
+
+void AddColor(CLI::App& command, std::string& color) {
+  command.add_option("--color", color, "auto: on a terminal, unless NO_COLOR is set")
+      ->check(CLI::IsMember({kAutoColor, "always", "never"}))
+      ->capture_default_str();
+}
+
+void AddShow(CLI::App& app, Command& chosen) {
+  ShowOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
+  command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_flag("--json", options->json, kJsonHelp);
+  command->add_flag("--hex", options->hex, "the bytes beside each field");
+  command->add_flag("--private", options->hidePrivate, "hide serial numbers and what else tells one unit from another");
+  AddColor(*command, options->color);
+}
+
+void AddCheck(CLI::App& app, Command& chosen) {
+  CheckOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
+  command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_flag("-q,--quiet", options->quiet, "nothing of what is valid");
+  AddColor(*command, options->color);
+}
+
+void AddPhys(CLI::App& app, Command& chosen) {
+  PhysOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "phys", "Read or set the HDMI physical address", chosen, RunPhys, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("address", options->address,
+                      "new address, as 1.2.0.0 or 0x1200; without it, print the present one");
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+}
+
+void AddToHdmi(CLI::App& app, Command& chosen) {
+  ToHdmiOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "to-hdmi", "Turn a DVI EDID into an HDMI one", chosen, RunToHdmi, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
+  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void AddConvert(CLI::App& app, Command& chosen) {
+  ConvertOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "convert", "The same EDID in another form", chosen, RunConvert, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--to", options->form, "raw bytes, hexadecimal text or a C array")
+      ->required()
+      ->check(CLI::IsMember({"raw", "hex", "c"}));
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void AddSample(CLI::App& app, Command& chosen) {
+  SampleOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "sample", "List the built-in EDIDs, or write one", chosen, RunSample, options);
+  command->add_option("name", options->name, "sample to write; without it, list them");
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void AddQuery(CLI::App& app, Command& chosen, const char* name, const char* help,
+              Exit (*run)(const QueryOptions&, Streams&)) {
+  QueryOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, name, help, chosen, run, options);
+  command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
+}
+
+void AddTimings(CLI::App& app, Command& chosen) {
+  TimingsOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "timings", "Every detailed timing", chosen, RunTimings, options);
+  command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_option("--sort", options->sort, "highest first")->check(CLI::IsMember({"rate", "area"}));
+  command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
+}
+
+void AddTiming(CLI::App& app, Command& chosen) {
+  TimingOptions* options = nullptr;
+  CLI::App* command =
+      AddCommand(app, "timing", "What an identifier or a formula stands for", chosen, RunTiming, options);
+  command
+      ->add_option("what", options->words,
+                   "vic 97 | dmt 0x52 | cvt 2560x1440@144 | std 1920 16:9 60 | find 1920x1080@60")
+      ->required();
+  CLI::Option* rb1 = command->add_flag("--rb1", options->rb1, "CVT with reduced blanking");
+  command->add_flag("--rb2", options->rb2, "CVT with reduced blanking version 2")->excludes(rb1);
+  command->add_flag("--ntsc", options->ntsc, "CVT version 2: rate times 1000/1001");
+  command->add_flag("--interlaced", options->interlaced, "interlaced; the rate is that of the fields");
+  command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
+}
+
+void AddPlot(CLI::App& app, Command& chosen) {
+  PlotOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "plot", "A picture of colours and timings (SVG)", chosen, RunPlot, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("-o,--output", options->output, kOutputHelp);
+}
+
+void AddDiff(CLI::App& app, Command& chosen) {
+  DiffOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "diff", "What differs between two EDIDs", chosen, RunDiff, options);
+  command->add_option("first", options->first, kInputHelp)->required();
+  command->add_option("second", options->second, "the other one")->required();
+  command->add_flag("--json", options->json, kJsonHelp);
+}
+
+void AddEditOutput(CLI::App& command, EditOptions& options) {
+  command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the EDID");
+  command.add_option("-o,--output", options.output, kOutputHelp);
+  command.add_flag("-q,--quiet", options.quiet, "no table of changes");
+  command.add_flag("--allow-loss", options.allowLoss, kAllowLossHelp);
+}
+
+void AddLimit(CLI::App& app, Command& chosen) {
+  EditOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "limit", "Hold an EDID to a link or a capability", chosen, RunEdit, options);
+  command
+      ->add_option_function<std::string>(
+          "limit",
+          [options](const std::string& name) {
+            options->edits.push_back({true, name});
+          },
+          "hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch, sdr, frl40g")
+      ->required();
+  command->add_option("input", options->input, kInputHelp)->required();
+  AddEditOutput(*command, *options);
+}
+
+void AddEdit(CLI::App& app, Command& chosen) {
+  EditOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "edit", "Several edits, in the order given", chosen, RunEdit, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  const auto add = [&](const char* name, bool isLimit, const char* help) {
+    command
+        ->add_option_function<std::string>(
+            name,
+            [options, isLimit](const std::string& value) {
+              options->edits.push_back({isLimit, value});
+            },
+            help)
+        ->trigger_on_parse();
+  };
+  add("--limit", true, "a limit, as for 'reedid limit'");
+  add("--phys", false, "a physical address");
+  AddEditOutput(*command, *options);
+}
+
+void AddHighRefresh(CLI::App& app, Command& chosen) {
+  HighRefreshOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "high-refresh", "Three blocks or more into two, high rates kept", chosen,
+                                 RunHighRefresh, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("-q,--quiet", options->quiet, "no table of changes");
+}
+
+}  // namespace
+
+void SetUpCommandLine(CLI::App& app, Command& chosen) {
+  app.require_subcommand(1);
+  app.get_formatter()->column_width(26);
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("REQUIRED", "");
+  app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
+  app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
+    const auto parsed = whole->get_subcommands();
+    return fmt::format("reedid: {}; see reedid {}--help\n", document::WithoutControls(error.what()),
+                       parsed.empty() ? "" : parsed[0]->get_name() + " ");
+  });
+  AddShow(app, chosen);
+  AddCheck(app, chosen);
+  AddPlot(app, chosen);
+  AddDiff(app, chosen);
+  AddQuery(app, chosen, "rates", "Every frame rate that is offered", RunRates);
+  AddTimings(app, chosen);
+  AddQuery(app, chosen, "preferred", "The timing that a source should use", RunPreferred);
+  AddQuery(app, chosen, "audio", "Audio formats", RunAudio);
+  AddTiming(app, chosen);
+  AddPhys(app, chosen);
+  AddLimit(app, chosen);
+  AddHighRefresh(app, chosen);
+  AddEdit(app, chosen);
+  AddToHdmi(app, chosen);
+  AddConvert(app, chosen);
+  AddSample(app, chosen);
+  app.footer(MainFooter());
+}
+
+}  // namespace reedid::tool
