@@ -62,6 +62,24 @@ END
   expect_version "$work/$language/build/static" no
 done
 
+# A project that takes the sources in gets the library alone: nothing that wants more than a compiler, and no tests.
+mkdir "$work/embedder"
+cat >"$work/embedder/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(embedder LANGUAGES C CXX)
+add_subdirectory($source_dir reedid)
+foreach(target reedid_document reedid_tool reedid_tests)
+  if(TARGET \${target})
+    message(FATAL_ERROR "\${target} is there")
+  endif()
+endforeach()
+add_executable(program $work/c.c)
+target_link_libraries(program reedid::reedid_static)
+END
+for package in GTest fmt nlohmann_json CLI11; do none="${none:-} -DCMAKE_DISABLE_FIND_PACKAGE_$package=ON"; done
+# shellcheck disable=SC2086
+CC=$cc CXX=$cxx cmake -S "$work/embedder" -B "$work/embedder/build" $none >/dev/null
+
 # pkg-config: the static library by its name, because both stand in one folder.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 flags() { pkg-config "$@" reedid; }

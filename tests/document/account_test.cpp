@@ -4,7 +4,6 @@
 #include "document/account/image_account.h"
 #include "document/account/tree_json.h"
 #include "document/account/tree_text.h"
-#include "document/edit/loss.h"
 #include "document/read/samples.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/log_capture.h"
@@ -262,20 +261,6 @@ TEST(Image, FaultsOfBlock0AreNamedAndMended) {
     Notes notes;
     EXPECT_EQ(image.Generate(notes), Edid().Extension(c.cta).Build());
   }
-}
-
-// What the library leaves out when it writes an extension anew is counted, and needs leave.
-TEST(Loss, IsRefusedUnlessAllowed) {
-  Notes notes;
-  const Image image = Image::FromBytes("x", SampleBytes("tv-4k"));
-  const CtaContent before = CountCtaContent(image);
-  EXPECT_EQ(std::tuple(before.dataBlocks, before.timings, before.otherBytes), std::tuple(9u, 1u, 0u));
-  EXPECT_NO_THROW(CheckLoss(image, before, Loss::kRefuse, notes));
-  for (const CtaContent& more : {CtaContent{10, 1, 0}, CtaContent{9, 2, 0}, CtaContent{9, 1, 1}}) {
-    EXPECT_THROW(CheckLoss(image, more, Loss::kRefuse, notes), Error);
-    EXPECT_NO_THROW(CheckLoss(image, more, Loss::kAllow, notes));
-  }
-  EXPECT_EQ(notes.size(), 3u);
 }
 
 // An interlaced field has half a line more than its descriptor says.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "document/account/image_account.h"
-#include "document/edit/edits.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/log_capture.h"
 
@@ -49,15 +48,6 @@ TEST(Changes, EachKind) {
     const std::string text = ChangesText(FindChanges(Account(before), Account(after)));
     EXPECT_NE(text.find(line), std::string::npos) << name << ":\n" << text;
   }
-}
-
-// A type VII block in YCbCr 4:2:0 needs half its clock, where the link knows 4:2:0 at all.
-TEST(Changes, TimingsAboveALimit) {
-  const Node account = Account(Edid().Dtd(AtClock(k2160p60, 600010)).Extension(Cta().Vdb({97}).Extended(14, {118})));
-  EXPECT_EQ(TimingsAbove(account, 600000, true).size(), 1u);
-  EXPECT_EQ(TimingsAbove(account, 600010, true).size(), 0u);
-  EXPECT_EQ(TimingsAbove(account, 600010, false).size(), 1u);
-  EXPECT_EQ(TimingsAbove(account, 593999, true).size(), 3u);
 }
 
 }  // namespace
