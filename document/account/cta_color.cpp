@@ -36,7 +36,7 @@ bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, const B
   return true;
 }
 
-// CTA-861, table 91: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
+// CTA-861, 7.5.13: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
 bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   StaticHdrRecord r = {};
   if (CEA_GetStaticHDR(&entry, &r) != 0) return false;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 
 #include "document/account/image_account.h"
 #include "document/edit/address.h"
@@ -28,7 +29,19 @@ Image Sample(const char* name) {
   return Image::FromBytes("x", SampleBytes(name));
 }
 
-// What an edit that is stopped is stopped for, and what it noted before.
+// Why an edit is stopped; nothing when it is not.
+std::optional<Error> WhyStopped(const std::function<void(Notes&)>& work, Notes& notes) {
+  std::optional<Error> why;
+  test::Quietly([&] {
+    try {
+      work(notes);
+    } catch (const Error& error) {
+      why = error;
+    }
+  });
+  return why;
+}
+
 TEST(Edit, Stops) {
   const Edid mapped = Edid().Extension(test::ByteVector(128)).Extension(Cta());
   const struct {
@@ -57,13 +70,10 @@ TEST(Edit, Stops) {
   };
   for (const auto& c : cases) {
     Notes notes;
-    try {
-      test::Quietly([&] { c.work(notes); });
-      ADD_FAILURE() << c.name;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.kind(), c.kind) << c.name;
-      EXPECT_NE(std::string(error.what()).find(c.message), std::string::npos) << c.name << ": " << error.what();
-    }
+    const std::optional<Error> why = WhyStopped(c.work, notes);
+    ASSERT_TRUE(why) << c.name;
+    EXPECT_EQ(why->kind(), c.kind) << c.name;
+    EXPECT_NE(std::string(why->what()).find(c.message), std::string::npos) << c.name << ": " << why->what();
     EXPECT_TRUE(notes.empty()) << c.name;
   }
 }
