@@ -6,17 +6,15 @@
 #include <functional>
 
 #include "base/log.h"
-#include "displayid/codec.h"
 #include "edid/image.h"
+#include "reedid/tags.h"
 #include "timing/dtd.h"
-#include "vesa/descriptor.h"
 
 namespace reedid {
 namespace {
 
-constexpr uint8_t kCtaTag = 0x02;
-constexpr uint8_t kVideoTimingTag = 0x10;
 constexpr uint8_t kErased = 0xFF;
+constexpr uint32_t kFirstEst3Code = 128;
 
 // HDMI 1.4b, table 8-13: HDMI_VIC 1..4 as VICs.
 constexpr uint8_t kVicOfHdmiVic[] = {0, 95, 94, 93, 98};
@@ -29,7 +27,7 @@ Part PartOf(const EdidBlock& block) {
 unsigned NativeDtds(const EdidHandle& handle) {
   for (unsigned i = 0; i < handle.blockCount; ++i) {
     const Part block = PartOf(handle.blocks[i]);
-    if (handle.blocks[i].type == EDID_BLOCK_CEA && block[0] == kCtaTag) return block[1] >= 2 ? block[3] & 0x0F : 0;
+    if (handle.blocks[i].type == EDID_BLOCK_CEA) return block[1] >= 2 ? block[3] & 0x0F : 0;
   }
   return 0;
 }
@@ -66,6 +64,21 @@ class RateWindow {
   uint32_t rates_[kRoom];
   unsigned count_ = 0;
 };
+
+// One mode without a place.
+template <class Add>
+int32_t Alone(OfferedTiming* mode, uint8_t source, Add add) {
+  if (mode == nullptr) return -1;
+  OfferedTiming told = {};
+  Offers offers([](void* context, const OfferedTiming& offer) { *static_cast<OfferedTiming*>(context) = offer; },
+                &told);
+  offers.place.source = source;
+  offers.place.container = offers.place.dataBlock = TIMING_NO_BLOCK;
+  add(offers);
+  if (told.rate == 0) return -1;
+  *mode = told;
+  return 0;
+}
 
 bool HasBlocks(const EdidHandle* handle) {
   return handle != nullptr && handle->blocks != nullptr;
@@ -143,23 +156,20 @@ void WalkOffers(const EdidHandle& handle, Offers& offers) {
   offers.nativeDtds = NativeDtds(handle);
   StandardFormula formula;
   for (unsigned i = 0; i < handle.blockCount; ++i) {
-    const EdidBlock& block = handle.blocks[i];
+    EdidBlock& block = handle.blocks[i];
     const Part part = PartOf(block);
     offers.place = {};
     offers.place.block = Low8(i);
     offers.place.container = offers.place.dataBlock = TIMING_NO_BLOCK;
     const bool whole = part.size() >= kEdidBlockSize;
     if (block.type == EDID_BLOCK_VESA && HasEdidHeader(part.bytes.data(), part.size()) && whole) {
-      formula = FormulaOf(part);
-      OfferBaseBlock(part, formula, offers);
-    } else if (block.type == EDID_BLOCK_CEA && whole) {
-      OfferCtaExtension(part, offers);
-    } else if (block.type == EDID_BLOCK_UNKNOWN && whole && part[0] == kVideoTimingTag) {
+      formula = OfferBaseBlock(part, offers);
+    } else if (block.type == EDID_BLOCK_UNKNOWN && whole && part[0] == EDID_EXTENSION_VIDEO_TIMING) {
       OfferVideoTimingExtension(part, formula, offers);
-    } else if (block.type == EDID_BLOCK_DISPID_EXT && whole) {
-      OfferSection(part.From(1), true, offers);
-    } else if (block.type == EDID_BLOCK_DISPID_FIRST || block.type == EDID_BLOCK_DISPID_NEXT) {
-      OfferSection(part, false, offers);
+    } else if (block.type == EDID_BLOCK_CEA) {
+      OfferCtaExtension(block, offers);
+    } else if (IsSection(block.type)) {
+      OfferSection(block, offers);
     }
   }
 }
@@ -198,4 +208,36 @@ uint32_t EDID_GetRates(const EdidHandle* handle, uint32_t* millihertz, uint32_t 
     more = window.full();
   }
   return count;
+}
+
+int32_t VicToMode(uint32_t vic, OfferedTiming* mode) {
+  return Alone(mode, TIMING_VIC, [vic](Offers& offers) { offers.AddVic(VicTableIndex(vic)); });
+}
+
+int32_t DmtToMode(uint32_t id, OfferedTiming* mode) {
+  return Alone(mode, 0, [id](Offers& offers) { offers.AddDmt(id); });
+}
+
+int32_t EstToMode(uint32_t code, OfferedTiming* mode) {
+  if (code >= kFirstEst3Code) {
+    return Alone(mode, TIMING_ESTABLISHED_III,
+                 [code](Offers& offers) { offers.AddDmt(Established3Dmt(code - kFirstEst3Code)); });
+  }
+  return Alone(mode, TIMING_ESTABLISHED, [code](Offers& offers) {
+    Mode found;
+    if (EstablishedMode(code, found, offers.place.dmt)) offers.Add(found);
+  });
+}
+
+int32_t StdToMode(const VesaBlock* model, const StdTiming* std, OfferedTiming* mode) {
+  if (std == nullptr || std->valid == 0) return -1;
+  StandardFormula formula;
+  if (model != nullptr) {
+    const auto slot = [model](unsigned i) { return Bytes(model->descriptors[i].bytes, kDtdSize); };
+    formula = FormulaOf(model->version, model->revision, {slot(0), slot(1), slot(2), slot(3)});
+  }
+  return Alone(mode, TIMING_STANDARD, [&](Offers& offers) {
+    Mode found;
+    if (StandardMode(*std, formula, found, offers.place.dmt)) offers.Add(found);
+  });
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/bytes.h"
+#include "patch/cta.h"
 #include "reedid/offers.h"
 #include "timing/modes.h"
 
@@ -45,17 +46,24 @@ class Offers {
   void* context_;
 };
 
+// The index at which the timing table has a VIC; 0 for what is none.
+constexpr unsigned VicTableIndex(uint32_t vic) {
+  return vic < 128 ? vic : vic > 192 && vic < 256 ? vic - 64 : 0;
+}
+
 // Lists that more than one kind of block has; `at` begins with them.
 void OfferStandardTimings(Part at, unsigned count, const StandardFormula& formula, Offers& offers);
 void OfferCvtCodes(Part at, unsigned count, Offers& offers);
 
-// Blocks, and the data block collection of a CTA-861 extension or of a DisplayID container.
-StandardFormula FormulaOf(Part baseBlock);
-void OfferBaseBlock(Part block, const StandardFormula& formula, Offers& offers);
+// How a base block of this version makes a standard timing; `slots` are the 18 bytes of its descriptors.
+StandardFormula FormulaOf(uint8_t version, uint8_t revision, const Bytes (&slots)[4]);
+
+// Blocks, and the data blocks of a CTA-861 extension or of a DisplayID container.
+StandardFormula OfferBaseBlock(Part block, Offers& offers);
 void OfferVideoTimingExtension(Part block, const StandardFormula& formula, Offers& offers);
-void OfferCtaExtension(Part block, Offers& offers);
-void OfferCtaDataBlocks(Part collection, Offers& offers);
-void OfferSection(Part section, bool extension, Offers& offers);
+void OfferCtaExtension(EdidBlock& block, Offers& offers);
+void OfferCtaDataBlocks(const CtaRun& run, Offers& offers);
+void OfferSection(EdidBlock& block, Offers& offers);
 
 // Payloads of data blocks that DisplayID and CTA-861 share, by DisplayID's tag; `flags` is the byte before them.
 void OfferTypeVii(Part payload, uint8_t flags, bool cta, Offers& offers);

@@ -8,6 +8,7 @@
 #include "timing/dtd.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
+#include "vesa/std_timing.h"
 
 namespace reedid {
 namespace {
@@ -23,8 +24,8 @@ constexpr unsigned kEst3Bits = 48;
 constexpr unsigned kKindByte = 10;
 constexpr uint8_t kSecondaryGtf = 2, kCvt = 4;
 
-bool IsDescriptor(Part slot, uint8_t tag) {
-  return slot.bytes.Le24(0) == 0 && slot[kDescriptorTagByte] == tag;
+bool IsDescriptor(Bytes slot, uint8_t tag) {
+  return slot.Le24(0) == 0 && slot[kDescriptorTagByte] == tag;
 }
 
 Part SlotAt(Part block, unsigned i) {
@@ -32,8 +33,8 @@ Part SlotAt(Part block, unsigned i) {
 }
 
 // The secondary curve as GTF uses it: C' = (C - J) * K / 256 + J, M' = K / 256 * M; C and J are stored doubled.
-void ReadSecondaryCurve(Part limits, StandardFormula& formula) {
-  const double c = limits[13] / 2.0, m = limits.bytes.Le16(14), k = limits[16] / 256.0, j = limits[17] / 2.0;
+void ReadSecondaryCurve(Bytes limits, StandardFormula& formula) {
+  const double c = limits[13] / 2.0, m = limits.Le16(14), k = limits[16] / 256.0, j = limits[17] / 2.0;
   formula.secondaryStart = limits[12] * 2u;
   formula.secondary = {(c - j) * k + j, m * k};
 }
@@ -64,23 +65,21 @@ void OfferEstablished3(Part slot, Offers& offers) {
 
 // The timings that a display descriptor lists.
 void OfferLists(Part slot, const StandardFormula& formula, Offers& offers) {
-  if (IsDescriptor(slot, EDID_DESCRIPTOR_STD_TIMINGS)) {
+  if (IsDescriptor(slot.bytes, EDID_DESCRIPTOR_STD_TIMINGS)) {
     OfferStandardTimings(slot.From(kDescriptorPayload), kStandardInDescriptor, formula, offers);
-  } else if (IsDescriptor(slot, EDID_DESCRIPTOR_CVT_CODES)) {
+  } else if (IsDescriptor(slot.bytes, EDID_DESCRIPTOR_CVT_CODES)) {
     OfferCvtCodes(slot.From(kListByte), kCvtCodes, offers);
-  } else if (IsDescriptor(slot, EDID_DESCRIPTOR_EST3)) {
+  } else if (IsDescriptor(slot.bytes, EDID_DESCRIPTOR_EST3)) {
     OfferEstablished3(slot, offers);
   }
 }
 
 }  // namespace
 
-StandardFormula FormulaOf(Part block) {
+StandardFormula FormulaOf(uint8_t version, uint8_t revision, const Bytes (&slots)[4]) {
   StandardFormula formula;
-  const uint8_t revision = block[19];
-  formula.squareAspect = block[18] == 1 && revision < 3;
-  for (unsigned i = 0; i < kDescriptorSlots; ++i) {
-    const Part limits = SlotAt(block, i);
+  formula.squareAspect = version == 1 && revision < 3;
+  for (const Bytes limits : slots) {
     if (!IsDescriptor(limits, EDID_DESCRIPTOR_RANGE_LIMITS)) continue;
     if (limits[kKindByte] == kSecondaryGtf) ReadSecondaryCurve(limits, formula);
     if (limits[kKindByte] != kCvt || revision < 4) continue;
@@ -94,8 +93,10 @@ void OfferStandardTimings(Part at, unsigned count, const StandardFormula& formul
   offers.place.source = TIMING_STANDARD;
   for (unsigned i = 0; i < count; ++i) {
     const Part code = at.From(kStandardSize * i);
+    StdTiming std = {};
+    DecodeStdTiming(code.bytes, std);
     Mode mode;
-    if (!StandardMode(code[0], code[1], formula, mode, offers.place.dmt)) continue;
+    if (!StandardMode(std, formula, mode, offers.place.dmt)) continue;
     offers.place.offset = Low16(code.offset);
     offers.place.index = Low16(i);
     offers.Add(mode);
@@ -132,7 +133,10 @@ void OfferCvtCodes(Part at, unsigned count, Offers& offers) {
   }
 }
 
-void OfferBaseBlock(Part block, const StandardFormula& formula, Offers& offers) {
+StandardFormula OfferBaseBlock(Part block, Offers& offers) {
+  const auto slotBytes = [block](unsigned i) { return SlotAt(block, i).bytes; };
+  const StandardFormula formula =
+      FormulaOf(block[18], block[19], {slotBytes(0), slotBytes(1), slotBytes(2), slotBytes(3)});
   OfferEstablished(block, offers);
   OfferStandardTimings(block.From(kStandardByte), kStandardTimings, formula, offers);
   offers.place.index = 0;
@@ -146,6 +150,7 @@ void OfferBaseBlock(Part block, const StandardFormula& formula, Offers& offers) 
     if (i > 0) offers.AddDtd(slot);
     OfferLists(slot, formula, offers);
   }
+  return formula;
 }
 
 void OfferVideoTimingExtension(Part block, const StandardFormula& formula, Offers& offers) {

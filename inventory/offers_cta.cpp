@@ -8,8 +8,6 @@
 namespace reedid {
 namespace {
 
-constexpr unsigned kCollectionStart = 4;
-constexpr unsigned kDataEnd = 127;
 constexpr uint8_t kFirstWithDataBlocks = 3;  // version of the extension
 constexpr unsigned kExtendedPayload = 2;     // behind header and extended tag
 constexpr uint32_t kHdmiOui = 0x000C03;
@@ -23,37 +21,15 @@ constexpr unsigned TableIndex(uint8_t svd) {
   return IsNativeSvd(svd) ? svd & 0x7Fu : svd > 192 ? svd - 64u : svd;
 }
 
-struct DataBlock {
-  uint8_t tag, extTag;
-  Part part;
-};
-
-// Calls visit(DataBlock, index) for each. The reserved tag 0 is mostly a stray padding byte: it is passed over.
-template <class Visit>
-void WalkDataBlocks(Part collection, Visit visit) {
-  unsigned index = 0;
-  while (collection.size() > 0) {
-    const CeaHeader header(collection[0]);
-    if (header.size > collection.size()) return;
-    if (header.tag != 0) {
-      visit(DataBlock{header.tag, header.tag == CEA_TAG_EXTENDED ? collection[1] : uint8_t{0},
-                      collection.First(header.size)},
-            index++);
-    }
-    collection = collection.From(header.size);
-  }
-}
-
 // Which short video descriptors of a collection can be had in 4:2:0 too (CTA-861, 7.5.11).
 class CapabilityMap {
  public:
-  explicit CapabilityMap(Part collection) {
-    WalkDataBlocks(collection, [this](const DataBlock& block, unsigned) {
-      if (block.tag != CEA_TAG_EXTENDED || block.extTag != CEA_EXT_TAG_420_MAP || block.part.size() < kExtendedPayload)
-        return;
-      map_ = block.part.bytes.From(kExtendedPayload);
+  explicit CapabilityMap(const CtaRun& run) {
+    for (CtaCursor cursor(run); cursor.Next();) {
+      if (!cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP)) continue;
+      map_ = cursor.bytes().From(kExtendedPayload);
       all_ = map_.size() == 0;  // a map without bits holds for all
-    });
+    }
   }
 
   bool operator[](unsigned svd) const { return all_ || Bit(map_[svd / 8], svd % 8); }
@@ -89,12 +65,12 @@ void OfferHdmiVics(Part block, Offers& offers) {
   }
 }
 
-void OfferExtended(const DataBlock& block, Offers& offers) {
-  const uint8_t flags = block.part[kExtendedPayload];
-  const Part payload = block.part.From(kExtendedPayload + 1);
-  switch (block.extTag) {
+void OfferExtended(Part block, Offers& offers) {
+  const uint8_t flags = block[kExtendedPayload];
+  const Part payload = block.From(kExtendedPayload + 1);
+  switch (block[1]) {
     case CEA_EXT_TAG_420_VIDEO:
-      return OfferSvds(block.part.From(kExtendedPayload), TIMING_VIC_420, nullptr, 0, offers);
+      return OfferSvds(block.From(kExtendedPayload), TIMING_VIC_420, nullptr, 0, offers);
     case CEA_EXT_TAG_TYPE_VII:
       return OfferTypeVii(payload, flags, true, offers);
     case CEA_EXT_TAG_TYPE_VIII:
@@ -108,35 +84,33 @@ void OfferExtended(const DataBlock& block, Offers& offers) {
 
 }  // namespace
 
-void OfferCtaDataBlocks(Part collection, Offers& offers) {
-  const CapabilityMap map(collection);
-  unsigned svds = 0;
-  WalkDataBlocks(collection, [&](const DataBlock& block, unsigned index) {
-    offers.place.dataBlock = Low8(index);
-    if (block.tag == CEA_TAG_VIDEO) {
-      OfferSvds(block.part.From(1), TIMING_VIC, &map, svds, offers);
-      svds += block.part.size() - 1;
-    } else if (block.tag == CEA_TAG_VENDOR) {
-      OfferHdmiVics(block.part, offers);
-    } else if (block.tag == CEA_TAG_EXTENDED) {
+// A data block with the reserved tag 0 is mostly a stray padding byte: it is passed over and does not count.
+void OfferCtaDataBlocks(const CtaRun& run, Offers& offers) {
+  const CapabilityMap map(run);
+  unsigned svds = 0, index = 0;
+  for (CtaCursor cursor(run); cursor.Next();) {
+    if (cursor.tag() == 0) continue;
+    const Part block = {cursor.bytes(), cursor.at()};
+    offers.place.dataBlock = Low8(index++);
+    if (cursor.Is(CEA_TAG_VIDEO)) {
+      OfferSvds(block.From(1), TIMING_VIC, &map, svds, offers);
+      svds += block.size() - 1;
+    } else if (cursor.Is(CEA_TAG_VENDOR)) {
+      OfferHdmiVics(block, offers);
+    } else if (cursor.tag() == CEA_TAG_EXTENDED && block.size() > 1) {
       OfferExtended(block, offers);
     }
-  });
+  }
   offers.place.dataBlock = TIMING_NO_BLOCK;
 }
 
-// CTA-861, table 34: byte 2 is where the detailed timings begin; 0 where there are none.
-void OfferCtaExtension(Part block, Offers& offers) {
-  const unsigned dtdStart = block[2];
-  const bool hasDtds = dtdStart >= kCollectionStart && dtdStart < kDataEnd;
-  if (block[1] >= kFirstWithDataBlocks && (hasDtds || dtdStart == 0)) {
-    OfferCtaDataBlocks(block.First(hasDtds ? dtdStart : kDataEnd).From(kCollectionStart), offers);
-  }
-  if (!hasDtds) return;
-  Part slots = block.First(kDataEnd).From(dtdStart);
-  for (unsigned i = 0; slots.size() >= kDtdSize; ++i, slots = slots.From(kDtdSize)) {
+void OfferCtaExtension(EdidBlock& block, Offers& offers) {
+  const Part part = {BytesOf(block), 0};
+  if (part[1] >= kFirstWithDataBlocks) OfferCtaDataBlocks(CollectionOf(block), offers);
+  const CtaSlots slots = SlotsOf(block);
+  for (unsigned i = 0; i < slots.count; ++i) {
     offers.place.index = Low16(i);
-    offers.AddDtd(slots.First(kDtdSize));
+    offers.AddDtd(part.From(slots.begin + i * kDtdSize).First(kDtdSize));
   }
 }
 

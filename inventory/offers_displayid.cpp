@@ -1,21 +1,14 @@
 // The timings of a DisplayID section (DisplayID 1.3 and 2.0, table 4-1), and those data blocks that CTA-861 takes over
 // from it.
 
-#include <algorithm>
-#include <utility>
-
 #include "displayid/codec.h"
 #include "displayid/descriptors.h"
 #include "displayid/timing_forms.h"
-#include "edid/image.h"
 #include "inventory/offers.h"
 
 namespace reedid {
 namespace {
 
-constexpr unsigned kPayloadStart = 4;
-constexpr unsigned kExtensionSectionSize = 126;
-constexpr uint8_t kCtaContainerTag = 0x81;
 constexpr unsigned kMaxDescriptor = kTypeISize + 7;  // with its extra bytes
 
 // One descriptor of a data block as a data block of its own, for the getter of its kind.
@@ -79,8 +72,8 @@ void OfferBitmap(Part payload, bool vesa, Offers& offers) {
     offers.place.index = Low16(i + 1);
     if (vesa) {
       offers.AddDmt(i + 1);
-    } else if (i + 1 < 128) {
-      offers.AddVic(i + 1);
+    } else {
+      offers.AddVic(VicTableIndex(i + 1));
     }
   }
 }
@@ -108,11 +101,6 @@ void OfferDataBlock(Part block, Offers& offers) {
     case DISPID_TAG_VESA_TIMINGS:
     case DISPID_TAG_CTA_TIMINGS:
       return OfferBitmap(payload, tag == DISPID_TAG_VESA_TIMINGS, offers);
-    case kCtaContainerTag:
-      std::swap(offers.place.container, offers.place.dataBlock);
-      OfferCtaDataBlocks(payload, offers);
-      offers.place.container = TIMING_NO_BLOCK;
-      return;
     default:
       return;
   }
@@ -139,7 +127,7 @@ void OfferTimingCodes(uint8_t tag, Part payload, uint8_t flags, Offers& offers) 
           case 0:
             return offers.AddDmt(id);
           case 1:
-            return offers.AddVic(id > 192 ? id - 64 : id < 128 ? id : 0);
+            return offers.AddVic(VicTableIndex(id));
           case 2:
             return offers.AddHdmiVic(id);
           default:
@@ -176,19 +164,20 @@ void OfferFormulaTimings(uint8_t tag, Part payload, uint8_t flags, Offers& offer
   offers.place = before;
 }
 
-// The section tells its own size; data blocks follow one another up to its checksum.
-void OfferSection(Part section, bool extension, Offers& offers) {
-  if (section[0] >> 4 == 0) return;
-  const unsigned most = extension ? kExtensionSectionSize : kMaxSectionSize;
-  const unsigned size = std::min(section[1] + unsigned{kSectionOverhead}, most);
-  Part rest = section.First(size - 1).From(kPayloadStart);
-  for (unsigned i = 0; rest.size() >= kDispIdHeaderSize; ++i) {
-    const unsigned blockSize = rest[2] + kDispIdHeaderSize;
-    const bool padding = rest[0] == 0 && rest[2] == 0;
-    if (padding || blockSize > rest.size()) return;
+void OfferSection(EdidBlock& block, Offers& offers) {
+  SectionCursor cursor(block);
+  if (cursor.version() >> 4 == 0) return;
+  for (unsigned i = 0; cursor.Next(); ++i) {
     offers.place.dataBlock = Low8(i);
-    OfferDataBlock(rest.First(blockSize), offers);
-    rest = rest.From(blockSize);
+    const Part part = {cursor.bytes(), cursor.at()};
+    if (cursor.tag() != kCtaDataBlocksTag) {
+      OfferDataBlock(part, offers);
+      continue;
+    }
+    offers.place.container = Low8(i);
+    const unsigned begin = part.offset + kDispIdHeaderSize;
+    OfferCtaDataBlocks({&block, begin, part.offset + part.size(), part.offset}, offers);
+    offers.place.container = TIMING_NO_BLOCK;
   }
 }
 

@@ -73,7 +73,10 @@ Mode ModeOfRow(const TimingRow& row) {
 struct Aspect {
   uint8_t code, width, height;
 };
+// By the two bits of a standard timing.
 constexpr Aspect kStdAspects[] = {{ASPECT_16_10, 16, 10}, {ASPECT_4_3, 4, 3}, {ASPECT_5_4, 5, 4}, {ASPECT_16_9, 16, 9}};
+constexpr uint16_t kStdLeastWidth = 256, kStdMostWidth = 2288;  // the first byte is not 0
+constexpr uint8_t kStdLeastRate = 60;
 constexpr Aspect kSquare = {ASPECT_1_1, 1, 1};
 
 bool CvtMode(const CvtTiming& request, Mode& mode) {
@@ -154,31 +157,35 @@ uint8_t Established3Dmt(unsigned bit) {
   return odd < std::size(kOddEst3) ? kOddEst3[odd] : Low8(Est3ToDmt(kFirstEst3Code + bit));
 }
 
-bool StandardMode(uint8_t first, uint8_t second, const StandardFormula& formula, Mode& mode, uint8_t& id) {
-  if (first == 0 || (first == 1 && second == 1)) return false;
-  const bool square = formula.squareAspect && second >> 6 == 0;
-  const unsigned code = static_cast<unsigned>(first) << 8 | second;
-  const uint16_t* found = std::find(std::begin(kStdCodes) + 1, std::end(kStdCodes), code);
+bool StandardMode(const StdTiming& std, const StandardFormula& formula, Mode& mode, uint8_t& id) {
+  const Aspect* aspect = std::find_if(std::begin(kStdAspects), std::end(kStdAspects),
+                                      [&](const Aspect& a) { return a.code == std.aspectRatio; });
+  const bool fits = std.hactive >= kStdLeastWidth && std.hactive <= kStdMostWidth && std.frameRate >= kStdLeastRate &&
+                    std.frameRate < kStdLeastRate + 64;
   id = 0;
+  if (std.valid == 0 || aspect == std::end(kStdAspects) || !fits) return false;
+  const bool square = formula.squareAspect && aspect->code == ASPECT_16_10;
+  const auto code = static_cast<unsigned>((std.hactive / 8 - 31) << 8 | (aspect - kStdAspects) << 6 |
+                                          (std.frameRate - kStdLeastRate));
+  const uint16_t* found = std::find(std::begin(kStdCodes) + 1, std::end(kStdCodes), code);
   if (!square && found != std::end(kStdCodes)) {
     id = Low8(found - kStdCodes);
     return DmtMode(id, mode);
   }
-  const Aspect& aspect = square ? kSquare : kStdAspects[second >> 6];
+  if (square) aspect = &kSquare;
   CvtTiming request = {};
-  request.aspectRatio = aspect.code;
-  request.hactive = Low16((first + 31) * 8);
-  request.vactive = Low16(request.hactive * aspect.height / aspect.width);
-  request.frameRate = Low16((second & 0x3F) + 60);
-  if (formula.kind == StandardFormula::kGtf) {
-    if (!GtfMode(request.hactive, request.vactive, request.frameRate, formula, mode)) return false;
-  } else {
-    // Reduced blanking version 1 has no other rates.
-    const bool reduced = formula.kind == StandardFormula::kCvtReduced && request.frameRate % 60 == 0;
-    request.formula = reduced ? 1 : 0;
-    if (!CvtMode(request, mode)) return false;
+  request.aspectRatio = aspect->code;
+  request.hactive = std.hactive;
+  request.vactive = Low16(std.hactive * aspect->height / aspect->width);
+  request.frameRate = std.frameRate;
+  // Reduced blanking version 1 has no other rates.
+  const bool reduced = formula.kind == StandardFormula::kCvtReduced && std.frameRate % 60 == 0;
+  request.formula = reduced ? 1 : 0;
+  const bool gtf = formula.kind == StandardFormula::kGtf;
+  if (!(gtf ? GtfMode(request.hactive, request.vactive, request.frameRate, formula, mode) : CvtMode(request, mode))) {
+    return false;
   }
-  mode.timing.aspectRatio = aspect.code;
+  mode.timing.aspectRatio = aspect->code;
   return true;
 }
 

@@ -46,8 +46,8 @@ struct StandardFormula {
   GtfCurve secondary = {};
 };
 
-// The mode of the two bytes of a standard timing; `id` is the DMT identifier, 0 for a computed one. False for none.
-bool StandardMode(uint8_t first, uint8_t second, const StandardFormula& formula, Mode& mode, uint8_t& id);
+// The mode of a standard timing; `id` becomes the DMT identifier, 0 for a computed one. False for none.
+bool StandardMode(const StdTiming& std, const StandardFormula& formula, Mode& mode, uint8_t& id);
 
 // Generalized Timing Formula (VESA GTF 1.1) by refresh rate, progressive, without margins. False where no such timing
 // can be.

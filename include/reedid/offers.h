@@ -14,6 +14,7 @@
 
 #include "reedid/image.h"
 #include "reedid/timing.h"
+#include "reedid/vesa.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -77,7 +78,7 @@ typedef struct OfferedTiming {
   uint8_t variant;          /**< which of several timings that one code stands for, from 0 */
   uint8_t source;           /**< a TimingSource */
   uint8_t vic;              /**< VIC as CTA-861 numbers it, 1..219; 0 where the timing is not told by one */
-  uint8_t dmt;              /**< DMT identifier, 1..88; 0 where the timing is not told by one or by a code for one */
+  uint8_t dmt;              /**< DMT identifier, 1..89; 0 where the timing is not told by one or by a code for one */
   uint8_t hdmiVic;          /**< HDMI_VIC, 1..4; 0 where the timing is not told by one */
   uint8_t hBorder;          /**< pixels of border on each side, within hblank */
   uint8_t vBorder;          /**< lines of border on each side, within vblank */
@@ -96,7 +97,7 @@ typedef struct OfferedTiming {
  * What is no timing is left out and the rest still told: a descriptor without clock or picture, or of 18 bytes 0xFF;
  * identifiers that no table has; formula 3 (CVT reduced blanking version 3) and video format data blocks. A CTA-861
  * collection is read on behind a data block with the reserved tag 0, where CEA_Open stops, and detailed timings are
- * read on behind one that is none. Extensions of CTA-861 version 1 and 2 have no data blocks. Checksums do not matter.
+ * read on behind one that is none, up to a slot of zeros. Extensions of CTA-861 version 1 and 2 have no data blocks. Checksums do not matter.
  *
  * A VIC is told at the clock that CTA-861 states. Sources may send one of 24, 30, 48, 60, 120 or 240 Hz at 1000/1001 of
  * it too; that is not told apart. A formula timing that is marked so is told twice, variant 1 is the slower one.
@@ -111,6 +112,25 @@ REEDID_API uint32_t EDID_GetTimings(const EdidHandle* handle, OfferedTiming* lis
  * EDID_GetTimings and pass over these sources.
  */
 REEDID_API uint32_t EDID_GetRates(const EdidHandle* handle, uint32_t* millihertz, uint32_t capacity);
+
+/**
+ * The true mode of one code, with `index`, `block` and `offset` 0 and no data block: as EDID_GetTimings would tell it. Take these
+ * where VicToDtd, DmtToDtd and StdToDtd give a row of a table to be matched against: the DMT rows of 640x480 lack their borders, and
+ * a standard timing gets the first row that fits, which for 1680x1050 is the one with reduced blanking. They print nothing; -1,
+ * record untouched, for a null pointer and where there is no such mode.
+ *
+ * By VIC as CTA-861 numbers it, 1..127 and 193..219.
+ */
+REEDID_API int32_t VicToMode(uint32_t vic, OfferedTiming* mode);
+/** By DMT identifier, 1..89; see DmtToDtd. */
+REEDID_API int32_t DmtToMode(uint32_t id, OfferedTiming* mode);
+/** By established timing: 0..16 and 128..175 as for Est12ToDmt and Est3ToDmt, which know DMT identifiers only. */
+REEDID_API int32_t EstToMode(uint32_t code, OfferedTiming* mode);
+/**
+ * By standard timing: a DMT mode, else GTF, or CVT where the range limits of `model` tell so. A null model stands for a display
+ * without range limits.
+ */
+REEDID_API int32_t StdToMode(const VesaBlock* model, const StdTiming* std, OfferedTiming* mode);
 
 #ifdef __cplusplus
 }

@@ -150,7 +150,21 @@ class Image : public Owner<EdidHandle, &EDID_Close> {
     return bytes;
   }
 
-  /// Every frame rate in Hz that the image offers, highest first: EDID_GetAllFrameRate.
+  /// Every timing that the image offers, in the order of its bytes: EDID_GetTimings.
+  std::vector<OfferedTiming> Timings() const {
+    std::vector<OfferedTiming> timings(EDID_GetTimings(get(), nullptr, 0));
+    timings.resize(EDID_GetTimings(get(), timings.data(), static_cast<uint32_t>(timings.size())));
+    return timings;
+  }
+
+  /// Their rates in mHz, highest first: EDID_GetRates.
+  std::vector<uint32_t> Rates() const {
+    std::vector<uint32_t> rates(EDID_GetRates(get(), nullptr, 0));
+    rates.resize(EDID_GetRates(get(), rates.data(), static_cast<uint32_t>(rates.size())));
+    return rates;
+  }
+
+  /// The whole-number frame rates of EDID_GetAllFrameRate; Rates() has those of the display.
   std::vector<uint16_t> FrameRates() const {
     std::vector<uint16_t> rates(255);
     rates.resize(EDID_GetAllFrameRate(get(), rates.data(), 255));

@@ -125,7 +125,8 @@ REEDID_API uint32_t DtdToDmt(const DtdTiming* timing);
 /**
  * The timing of a VIC table index (the low 8 bits count; 0, 128 and 156..255 are refused) or of a DMT identifier
  * (1..89). Image sizes, `preferred` and the reserved fields of the record stay as they were. -1 when refused, record
- * untouched.
+ * untouched. These rows are for finding: for the mode of a display take VicToMode and DmtToMode (reedid/offers.h), which
+ * have borders and rates right.
  */
 REEDID_API int32_t VicToDtd(uint32_t index, DtdTiming* timing);
 /** The timing of a DMT identifier, 1..89. -1 when refused, record untouched. */
@@ -137,7 +138,7 @@ REEDID_API int32_t DmtToDtd(uint32_t id, DtdTiming* timing);
  * tables that differ for codes 140..143. DMT identifier 0 = none; index 17 and code 176 = none.
  */
 REEDID_API uint32_t Est12ToDmt(uint32_t index);
-/** DMT identifier of an established timing III code; 0 for none. */
+/** DMT identifier of an established timing III code; 0 for none. EstToMode (reedid/offers.h) knows every mode. */
 REEDID_API uint32_t Est3ToDmt(uint32_t code);
 /** Established timing I or II index of a DMT identifier; 17 for none. */
 REEDID_API uint32_t DmtToEst12(uint32_t id);
@@ -147,7 +148,8 @@ REEDID_API uint32_t DmtToEst3(uint32_t id);
 /**
  * Expands a standard timing through the DMT table (the lowest identifier with the same width, rate and aspect); there
  * is no formula behind it. -1 with "invalid parameters" for null, an invalid entry, a zero rate or width or an aspect
- * above 7; -1 without a message when no DMT timing fits. The record is untouched unless the result is 0.
+ * above 7; -1 without a message when no DMT timing fits. The record is untouched unless the result is 0. StdToMode
+ * (reedid/offers.h) gives the mode that a display means, by formula too.
  */
 REEDID_API int32_t StdToDtd(const StdTiming* std, DtdTiming* timing);
 

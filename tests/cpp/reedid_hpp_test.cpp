@@ -44,6 +44,8 @@ TEST(ReedidHpp, RangesGoOverWhatThereIs) {
   EXPECT_EQ(BytesOf(image.Blocks()[2]).size(), 128u);
   EXPECT_EQ(image.DetailedTimings().size(), 3u);
   EXPECT_EQ(image.FrameRates(), std::vector<uint16_t>{60});
+  EXPECT_EQ(image.Rates(), std::vector<uint32_t>{60000});
+  EXPECT_EQ(image.Timings().size(), 5u);
 
   const BaseBlock base(image.Blocks()[0]);
   std::vector<uint32_t> clocks;

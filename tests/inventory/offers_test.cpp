@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "base/bytes.h"
+#include "reedid/reedid.hpp"
 #include "tests/support/corpus.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
@@ -219,6 +221,36 @@ TEST(Offers, WhatTheRecordTells) {
   EXPECT_EQ(two[0].timing.hImageSize, 326);
   EXPECT_EQ(two[1].hBorder, 0);
   EXPECT_EQ(two[1].timing.hfrontPorch, 8);
+}
+
+TEST(Offers, OfOneCode) {
+  const StdTiming std = {1, 60, 1152, ASPECT_4_3}, unused = {0, 60, 1152, ASPECT_4_3},
+                  narrow = {1, 60, 248, ASPECT_4_3};
+  const ByteVector image = Edid().Descriptor(0xFD, Hex("00 32 4B 1E 50 11 04 12 00 F0 F8 18 00 3C")).Build();
+  const Owned<EdidHandle> handle = OpenImage(image);
+  const BaseBlock model(handle->blocks[0]);
+  using Ask = std::function<int32_t(OfferedTiming*)>;
+  const std::tuple<const char*, Ask, const char*> cases[] = {
+      {"VIC", [](OfferedTiming* t) { return VicToMode(218, t); }, "6: 4096x2160 100000 @0.-.-.0:0"},
+      {"no VIC", [](OfferedTiming* t) { return VicToMode(130, t); }, nullptr},
+      {"DMT", [](OfferedTiming* t) { return DmtToMode(5, t); }, "0: 640x480 72809 @0.-.-.0:0"},
+      {"no DMT", [](OfferedTiming* t) { return DmtToMode(0, t); }, nullptr},
+      {"established", [](OfferedTiming* t) { return EstToMode(16, t); }, "1: 1152x870 75062 @0.-.-.0:0"},
+      {"established III", [](OfferedTiming* t) { return EstToMode(140, t); }, "4: 1280x768 84837 @0.-.-.0:0"},
+      {"no established", [](OfferedTiming* t) { return EstToMode(17, t); }, nullptr},
+      {"nor III", [](OfferedTiming* t) { return EstToMode(176, t); }, nullptr},
+      {"GTF", [&](OfferedTiming* t) { return StdToMode(nullptr, &std, t); }, "2: 1152x864 60000 @0.-.-.0:0"},
+      {"CVT", [&](OfferedTiming* t) { return StdToMode(model.get(), &std, t); }, "2: 1152x864 59959 @0.-.-.0:0"},
+      {"unused", [&](OfferedTiming* t) { return StdToMode(nullptr, &unused, t); }, nullptr},
+      {"too narrow", [&](OfferedTiming* t) { return StdToMode(nullptr, &narrow, t); }, nullptr},
+      {"null", [&](OfferedTiming* t) { return StdToMode(nullptr, nullptr, t); }, nullptr},
+  };
+  for (const auto& [name, ask, text] : cases) {
+    OfferedTiming timing = {};
+    EXPECT_EQ(ask(&timing), text == nullptr ? -1 : 0) << name;
+    EXPECT_EQ(TextOf(timing, true), text == nullptr ? "0: 0x0 0 @0.0.0.0:0" : text) << name;
+    EXPECT_EQ(ask(nullptr), -1) << name;
+  }
 }
 
 TEST(Rates, FallEachOnceAndStayApart) {

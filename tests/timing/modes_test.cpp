@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "vesa/std_timing.h"
+
 namespace reedid::test {
 namespace {
 
@@ -102,7 +104,10 @@ TEST(Modes, OfStandardTimingCodes) {
     SCOPED_TRACE(std::to_string(c.code));
     Mode mode;
     uint8_t dmt = 0;
-    ASSERT_EQ(StandardMode(uint8_t(c.code >> 8), uint8_t(c.code), c.formula, mode, dmt), c.text != nullptr);
+    const uint8_t bytes[] = {uint8_t(c.code >> 8), uint8_t(c.code)};
+    StdTiming std = {};
+    DecodeStdTiming(Bytes(bytes, 2), std);
+    ASSERT_EQ(StandardMode(std, c.formula, mode, dmt), c.text != nullptr);
     if (c.text == nullptr) continue;
     EXPECT_EQ(TextOf(mode), c.text);
     EXPECT_EQ(dmt, c.dmt);
