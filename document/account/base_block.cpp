@@ -21,10 +21,8 @@ constexpr size_t kStandardByte = 38;
 constexpr size_t kDescriptorsByte = 54;
 constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
 
-constexpr const char* kEstablishedNames[17] = {
-    "800x600 60 Hz",   "800x600 56 Hz", "640x480 75 Hz",   "640x480 72 Hz",  "640x480 67 Hz",  "640x480 60 Hz",
-    "720x400 88 Hz",   "720x400 70 Hz", "1280x1024 75 Hz", "1024x768 75 Hz", "1024x768 70 Hz", "1024x768 60 Hz",
-    "1024x768i 87 Hz", "832x624 75 Hz", "800x600 75 Hz",   "800x600 72 Hz",  "1152x870 75 Hz"};
+constexpr const char* kEstablishedMakers[17] = {"", "", "", "", "Apple", "", "IBM", "IBM VGA", "",
+                                                "", "", "", "", "Apple", "", "",    "Apple"};
 
 bool Is14(const VesaBlock& model) {
   return model.version == 1 && model.revision == 4;
@@ -81,20 +79,16 @@ std::string ChromaticityText(const VesaBlock& m) {
                      point(m.blueX, m.blueY), point(m.whiteX, m.whiteY));
 }
 
-// The bits of bytes 35 to 37; a few of them are no DMT timing (EDID 1.4, table 3.18).
+// The bits of bytes 35 to 37; a few of them are no DMT timings but those of old adapters (EDID 1.4, table 3.18).
 void DescribeEstablished(const VesaBlock& model, const ByteSource& at, Node& parent) {
   Node node;
   node.title = "Established timings";
   node.bytes = at(kEstablishedByte, 3);
-  for (unsigned i = 0; i < std::size(kEstablishedNames); ++i) {
+  for (unsigned i = 0; i < std::size(kEstablishedMakers); ++i) {
     if (model.established[i] == 0) continue;
-    const unsigned id = Est12ToDmt(i);
-    ByteVector from = at(kEstablishedByte + i / 8);
-    if (id == 0) {
-      node.Add(kEstablishedNames[i], "not a DMT timing", std::move(from));
-    } else {
-      node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", std::move(from));
-    }
+    const TimingItem item = EstablishedItem(i);
+    const std::string name = item.id == 0 ? kEstablishedMakers[i] : fmt::format("DMT {:#04x}", item.id);
+    node.AddTiming(name, item, "", at(kEstablishedByte + i / 8));
   }
   if (node.fields.empty()) {
     parent.Add("Established timings", "none", std::move(node.bytes));
@@ -112,7 +106,7 @@ void DescribeStandard(const VesaBlock& model, const ByteSource& at, Node& parent
   }
   Node node;
   node.title = "Standard timings";
-  AddStandard(model.standardTimings, list, node);
+  AddStandard(model, model.standardTimings, list, node);
   parent.Child(std::move(node));
 }
 

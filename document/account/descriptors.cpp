@@ -64,10 +64,10 @@ bool DescribeRange(const VesaBlock& model, const DtdSlot& slot, const ByteSource
   return true;
 }
 
-bool DescribeStandardDescriptor(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, Node& node) {
+bool DescribeStandardDescriptor(const VesaBlock& model, const DtdSlot& slot, const ByteSource& at, Node& node) {
   StdTiming timings[6];
   if (VESA_GetStandardTimings(&slot, timings) != 0) return false;
-  AddStandard(timings, at.Part(5, 12), node);
+  AddStandard(model, timings, at.Part(5, 12), node);
   node.record = {{"timings", timings}};
   return true;
 }
@@ -116,8 +116,8 @@ bool DescribeEst3(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, N
   node.Add("Version", fmt::format("{}", record.version), at(5));
   for (unsigned i = 0; i < std::size(record.flags); ++i) {
     if (record.flags[i] == 0) continue;
-    const unsigned id = Est3ToDmt(128 + i);
-    node.AddTiming(fmt::format("DMT {:#04x}", id), DmtItem(id), "", at(6 + i / 8));
+    const TimingItem item = EstablishedItem(128 + i);
+    node.AddTiming(item.id == 0 ? "Reserved bit" : fmt::format("DMT {:#04x}", item.id), item, "", at(6 + i / 8));
   }
   return true;
 }

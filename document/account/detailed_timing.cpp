@@ -67,7 +67,8 @@ Node DescribeDtd(const std::string& title, const DtdSlot& slot, const ByteSource
 Node DescribeIdentified(const std::string& title, const TimingItem& item) {
   Node node = DescribeTiming(title, item);
   const unsigned vic = DtdToVic(&item.timing);
-  const unsigned dmt = DtdToDmt(&item.timing);
+  const bool identified = item.kind == TimingKind::kOther && item.id != 0;
+  const unsigned dmt = identified ? item.id : DtdToDmt(&item.timing);
   const DtdTiming& t = item.timing;
   node.Add("Sync", fmt::format("horizontal {}, vertical {}", t.hsyncPositive ? '+' : '-', t.vsyncPositive ? '+' : '-'));
   node.Add("VIC", vic == 0 ? "none" : fmt::format("{}", CtaVic(vic)));

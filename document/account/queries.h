@@ -11,16 +11,20 @@
 
 namespace reedid::document {
 
-// All whole-number frame rates that the image offers, highest first.
-std::vector<uint16_t> AllRates(const Image& image);
+// All rates of the timings that the image offers, in mHz, highest first.
+std::vector<uint32_t> AllRates(const Image& image);
+
+// Whole-number rates at which a link may run the display, highest first: those of its detailed timings, VICs and DisplayID timings.
+// Established and standard timings name modes of other displays; where nothing else fits, the usual rates follow.
+std::vector<uint16_t> LinkRates(const Image& image);
 
 // The timing that a source should use; none when the image names none.
 std::optional<TimingItem> PreferredOf(const Image& image);
 
 // Every detailed timing: as the image has them, or the highest rate or the largest area first.
 enum class TimingOrder : uint8_t { kImage, kRate, kArea };
-std::vector<DtdTiming> DetailedTimings(const Image& image, TimingOrder order);
-Node DescribeTimings(const std::string& name, std::span<const DtdTiming> timings);
+std::vector<OfferedTiming> DetailedTimings(const Image& image, TimingOrder order);
+Node DescribeTimings(const std::string& name, std::span<const OfferedTiming> timings);
 
 // The kinds of audio that the image offers.
 Node DescribeAudioFormats(const Image& image);

@@ -8,25 +8,7 @@
 #include "document/account/records.h"
 
 namespace reedid::document {
-namespace {
-
-unsigned StandardHeight(const StdTiming& timing) {
-  const unsigned width = timing.hactive;
-  switch (timing.aspectRatio) {
-    case ASPECT_16_10:
-      return width * 10 / 16;
-    case ASPECT_4_3:
-      return width * 3 / 4;
-    case ASPECT_5_4:
-      return width * 4 / 5;
-    default:
-      return width * 9 / 16;
-  }
-}
-
-}  // namespace
-
-void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node) {
+void AddStandard(const VesaBlock& model, std::span<const StdTiming> timings, const ByteSource& at, Node& node) {
   ByteVector unused;
   for (unsigned i = 0; i < timings.size(); ++i) {
     const StdTiming& timing = timings[i];
@@ -36,15 +18,11 @@ void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node&
       continue;
     }
     const std::string name = fmt::format("Timing {}", i + 1);
-    TimingItem item;
-    if (StdToDtd(&timing, &item.timing) == 0) {
-      item.id = DtdToDmt(&item.timing);
+    const TimingItem item = StandardItem(&model, timing);
+    if (IsKnown(item)) {
       node.AddTiming(name, item, "", std::move(from));
     } else {
-      node.Add(name,
-               fmt::format("{}x{} {} Hz {}", timing.hactive, StandardHeight(timing), timing.frameRate,
-                           AspectText(timing.aspectRatio)),
-               std::move(from));
+      node.Add(name, fmt::format("{} pixels {} Hz, no timing", timing.hactive, timing.frameRate), std::move(from));
     }
   }
   if (!unused.empty()) node.Add("Unused", "", std::move(unused));

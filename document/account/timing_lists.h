@@ -8,7 +8,7 @@
 namespace reedid::document {
 
 // Standard timings, of the base block or of its descriptor; `at` has the two bytes of each from 0 on.
-void AddStandard(std::span<const StdTiming> timings, const ByteSource& at, Node& node);
+void AddStandard(const VesaBlock& model, std::span<const StdTiming> timings, const ByteSource& at, Node& node);
 
 // Timing codes and formula timings of `size` bytes each; DisplayID and CTA-861 share their forms and their payloads.
 void AddTimingCodes(const TimingCodeRecord& record, const ByteSource& payload, Node& node);

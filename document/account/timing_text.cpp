@@ -2,16 +2,25 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
 namespace reedid::document {
 
+namespace {
+
+TimingItem OtherItem(int32_t result, const OfferedTiming& mode) {
+  return result == 0 ? TimingItem{TimingKind::kOther, mode.dmt, false, mode.timing} : TimingItem{};
+}
+
+}  // namespace
+
 double RefreshRate(const DtdTiming& t) {
-  const double lines = t.vactive + t.vblank + (t.interlaced ? 0.5 : 0.0);
+  const bool halfLine = t.interlaced != 0 && !(t.hactive == 1920 && t.vactive == 540 && t.vblank == 85);
+  const double lines = t.vactive + t.vblank + (halfLine ? 0.5 : 0.0);
   const double pixels = t.hactive + t.hblank;
-  const double rate = pixels > 0 && lines > 0 ? t.pixelClock * 1000.0 / (pixels * lines) : 0.0;
-  // A few rows of the DMT table have a blanking that their rate contradicts; the rate is what they are known by.
-  return t.frameRate != 0 && rate < 256 && std::abs(rate - t.frameRate) > 1 ? t.frameRate : rate;
+  return pixels > 0 && lines > 0 ? t.pixelClock * 1000.0 / (pixels * lines) : 0.0;
+}
+
+std::string RateText(uint32_t millihertz) {
+  return fmt::format("{}.{:03}", millihertz / 1000, millihertz % 1000);
 }
 
 std::string AspectText(unsigned code) {
@@ -50,14 +59,23 @@ unsigned VicIndex(unsigned vic) {
 
 TimingItem VicItem(unsigned index, bool ycc420Only) {
   TimingItem item = {ycc420Only ? TimingKind::kVic420 : TimingKind::kVic, CtaVic(index), ycc420Only, {}};
-  if (VicToDtd(index, &item.timing) != 0) item.timing = {};
+  if (OfferedTiming mode; VicToMode(item.id, &mode) == 0) item.timing = mode.timing;
   return item;
 }
 
 TimingItem DmtItem(unsigned id) {
-  TimingItem item = {TimingKind::kOther, id, false, {}};
-  if (DmtToDtd(id, &item.timing) != 0) item.timing = {};
-  return item;
+  OfferedTiming mode;
+  return OtherItem(DmtToMode(id, &mode), mode);
+}
+
+TimingItem EstablishedItem(unsigned code) {
+  OfferedTiming mode;
+  return OtherItem(EstToMode(code, &mode), mode);
+}
+
+TimingItem StandardItem(const VesaBlock* model, const StdTiming& timing) {
+  OfferedTiming mode;
+  return OtherItem(StdToMode(model, &timing, &mode), mode);
 }
 
 TimingItem FormulaItem(const CvtTiming& request) {

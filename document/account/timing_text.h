@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "reedid/offers.h"
 #include "reedid/reedid.h"
 
 namespace reedid::document {
@@ -18,7 +19,7 @@ struct TimingItem {
   DtdTiming timing = {};
 };
 
-// Hz; the field rate when interlaced. A field has half a line more than the descriptor says (EDID 1.4, 3.12).
+// Hz; the field rate when interlaced. A field has half a line more than the descriptor says (EDID 1.4, 3.12), but for VIC 39.
 double RefreshRate(const DtdTiming& timing);
 
 // "16:9", "" when the code says none.
@@ -40,9 +41,15 @@ std::string ItemText(const TimingItem& item);
 unsigned CtaVic(unsigned index);
 unsigned VicIndex(unsigned vic);
 
-// The items of a VIC (by table index), of a DMT identifier, of a formula; without a row, all counts are 0.
+// "59.940"
+std::string RateText(uint32_t millihertz);
+
+// The items of a VIC (by table index), a DMT identifier, an established timing (as EstToMode counts), a standard timing, a formula:
+// true modes, with borders in their blanking. Without such a mode, all counts are 0.
 TimingItem VicItem(unsigned index, bool ycc420Only = false);
 TimingItem DmtItem(unsigned id);
+TimingItem EstablishedItem(unsigned code);
+TimingItem StandardItem(const VesaBlock* model, const StdTiming& timing);
 TimingItem FormulaItem(const CvtTiming& request);
 
 // Rows without any active pixel: an identifier that is in no table, a formula that cannot be expanded.

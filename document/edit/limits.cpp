@@ -72,7 +72,7 @@ Rates ParseRates(const std::string& text) {
 
 Image ApplyLimit(Image image, const Limit& limit, const Rates& rates) {
   if (limit.link != nullptr) {
-    LimitLink(*limit.link, rates.empty() ? AllRates(image) : rates, image);
+    LimitLink(*limit.link, rates.empty() ? LinkRates(image) : rates, image);
   } else {
     limit.apply(image.handle());
   }

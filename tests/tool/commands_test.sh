@@ -250,7 +250,9 @@ expect 0 check back.bin
 
 # --- what is offered
 expect 0 rates tv-4k.bin
-[ "$(head -n 1 out)" = '120 Hz' ] || fail "rates: $(cat out)"
+[ "$(head -n 1 out)" = '120.000 Hz' ] || fail "rates: $(cat out)"
+expect 0 rates tv-4k.bin --json
+has out '59.94'
 expect 0 timings gaming-dp.bin --sort rate
 has out '^  1  2560x1440 164.958 Hz 699.500 MHz 16:9$'
 has out '^  3  2560x1440 59.951 Hz 241.500 MHz, preferred$'
@@ -288,6 +290,11 @@ done <<END
 0 DMT.*0x52 std 1920 16:9 60
 2 - std 1920 17:9 60
 0 VIC.5: find 1920x1080i@60
+0 VIC.16: find 1920x1080@60
+0 Near.*1920x1081.59 find 1920x1081@59
+0 640x480.59.940 dmt 4
+0 1680x1050.59.954 std 1680 16:10 60
+0 1152x864.60.000 std 1152 4:3 60
 1 - find 1921x90@17
 2 - what 97
 END

@@ -63,6 +63,12 @@ std::vector<Edit> ParseEdits(const std::vector<EditWord>& words) {
   return edits;
 }
 
+std::string RatesText(const Image& image) {
+  std::vector<std::string> texts;
+  for (const uint32_t rate : document::AllRates(image)) texts.push_back(document::RateText(rate));
+  return fmt::format("{}", fmt::join(texts, ", "));
+}
+
 }  // namespace
 
 Exit RunEdit(const EditOptions& options, Streams& streams) {
@@ -92,10 +98,9 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   Image image = ReadImage(options.input);
   document::CheckHighRefresh(image);
   const Node before = DescribeImage(image);
-  const Rates ratesBefore = document::AllRates(image);
+  const std::string ratesBefore = RatesText(image);
   image = document::HighRefresh(std::move(image));
-  const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", fmt::join(ratesBefore, ", "),
-                                        fmt::join(document::AllRates(image), ", "));
+  const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", ratesBefore, RatesText(image));
   Finish(image, before, options.output, options.quiet, streams, rates);
   return Exit::kDone;
 }

@@ -29,11 +29,16 @@ Answer AnswerOf(const Node& node, const Options& options, const Streams& streams
 // Alone, a rate to a line; among others, all rates on the line of their image.
 Exit RunRates(const QueryOptions& options, Streams& streams) {
   return AnswerEach(options.inputs, options.json, streams, [](const Image& image, bool single) {
-    const std::vector<uint16_t> rates = document::AllRates(image);
-    Answer answer = {"", {{"frameRates", rates}}};
-    for (const unsigned rate : rates) answer.text += fmt::format("{} Hz\n", rate);
-    if (!single)
-      answer.text = fmt::format("{}: {} Hz\n", document::WithoutControls(image.name()), fmt::join(rates, ", "));
+    std::vector<std::string> texts;
+    Answer answer = {"", {{"frameRates", document::Json::array()}}};
+    for (const uint32_t rate : document::AllRates(image)) {
+      texts.push_back(document::RateText(rate));
+      answer.json["frameRates"].push_back(rate / 1000.0);
+      answer.text += texts.back() + " Hz\n";
+    }
+    if (!single) {
+      answer.text = fmt::format("{}: {} Hz\n", document::WithoutControls(image.name()), fmt::join(texts, ", "));
+    }
     return answer;
   });
 }

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <optional>
 
 #include "commands.h"
@@ -93,19 +95,46 @@ void AddStd(const TimingOptions& options, Node& node) {
   const unsigned rate = RequireNumber(options.words[3], kRight);
   if (rate > 255) return;
   standard.frameRate = static_cast<uint8_t>(rate);
-  TimingItem item;
-  if (StdToDtd(&standard, &item.timing) == 0) AddKnown("Standard timing", item, node);
+  AddKnown("Standard timing", document::StandardItem(nullptr, standard), node);
 }
 
-// Tables of interlaced formats count the lines of a field.
+// How far a timing is from a format: columns, lines, and rates that are more than 1000/1001 apart. Tables of interlaced formats count
+// the lines of a field.
+constexpr unsigned kFarAway = ~0u;
+unsigned Distance(const DtdTiming& timing, const Format& format) {
+  constexpr int kMost = 2;
+  const int columns = std::abs(timing.hactive - format.width);
+  const int lines = std::abs(timing.vactive * (timing.interlaced ? 2 : 1) - format.lines);
+  const double rate = std::abs(document::RefreshRate(timing) - format.rate);
+  if (columns > kMost || lines > kMost || rate > 1.001 || (timing.interlaced != 0) != format.interlaced)
+    return kFarAway;
+  return static_cast<unsigned>(columns + lines) + (rate > format.rate * 0.0011 ? 1 : 0);
+}
+
+// The nearest of the items that `make` has for the numbers up to `last`, the first of them when several are.
+template <class Make>
+void AddNearest(const char* name, unsigned last, const Format& format, Make make, Node& node) {
+  unsigned best = 0, distance = kFarAway;
+  for (unsigned number = 1; number <= last; ++number) {
+    const TimingItem item = make(number);
+    const unsigned found = IsKnown(item) ? Distance(item.timing, format) : kFarAway;
+    if (found >= distance) continue;
+    best = number;
+    distance = found;
+  }
+  if (best == 0) return;
+  AddKnown(fmt::format(fmt::runtime(name), best), make(best), node);
+  if (distance == 0) return;
+  node.children.back().Add("Near", fmt::format("{}x{}{} {} Hz was asked for", format.width, format.lines,
+                                               format.interlaced ? "i" : "", format.rate));
+}
+
 void AddSearch(const TimingOptions& options, Node& node) {
-  const Format format = RequireFormat(options.words[1], "find 1920x1080@60");
-  const bool interlaced = options.interlaced || format.interlaced;
-  const uint32_t lines = interlaced ? format.lines / 2u : format.lines;
-  const uint32_t vic = FindVic(format.width, lines, format.rate, ASPECT_UNKNOWN, interlaced);
-  const uint32_t dmt = FindDmt(format.width, lines, format.rate, ASPECT_UNKNOWN, interlaced);
-  if (vic != 0) AddKnown(fmt::format("VIC {}", document::CtaVic(vic)), document::VicItem(vic), node);
-  if (dmt != 0) AddKnown(fmt::format("DMT {:#04x}", dmt), document::DmtItem(dmt), node);
+  Format format = RequireFormat(options.words[1], "find 1920x1080@60");
+  format.interlaced = options.interlaced || format.interlaced;
+  const auto vic = [](unsigned number) { return document::VicItem(document::VicIndex(number)); };
+  AddNearest("VIC {}", 219, format, vic, node);
+  AddNearest("DMT {:#04x}", 89, format, document::DmtItem, node);
 }
 
 struct Source {
