@@ -170,7 +170,7 @@ void OfferSection(EdidBlock& block, Offers& offers) {
   for (unsigned i = 0; cursor.Next(); ++i) {
     offers.place.dataBlock = Low8(i);
     const Part part = {cursor.bytes(), cursor.at()};
-    if (cursor.tag() != kCtaDataBlocksTag) {
+    if (cursor.tag() != DISPID20_TAG_CTA) {
       OfferDataBlock(part, offers);
       continue;
     }

@@ -5,7 +5,7 @@
 namespace reedid {
 namespace {
 
-constexpr uint8_t kDummy[kSlotSize] = {0, 0, 0, kDummyTag};
+constexpr uint8_t kDummy[kSlotSize] = {0, 0, 0, EDID_DESCRIPTOR_DUMMY};
 
 }  // namespace
 
@@ -38,7 +38,8 @@ unsigned FreeBaseSlot(const EdidBlock& block) {
   if (!HasBaseSlots(block)) return kBaseSlots;
   for (unsigned i = 0; i < kBaseSlots; ++i) {
     const Bytes slot = BaseSlot(block, i);
-    if (UsedEnd(slot, 0, kSlotSize) == 0 || (!IsTimingSlot(slot) && slot[2] == 0 && slot[3] == kDummyTag)) return i;
+    if (UsedEnd(slot, 0, kSlotSize) == 0 || (!IsTimingSlot(slot) && slot[2] == 0 && slot[3] == EDID_DESCRIPTOR_DUMMY))
+      return i;
   }
   return kBaseSlots;
 }

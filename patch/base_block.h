@@ -9,8 +9,6 @@ namespace reedid {
 
 inline constexpr unsigned kBaseSlots = 4;
 inline constexpr unsigned kSlotSize = 18;
-inline constexpr uint8_t kDummyTag = 0x10;
-inline constexpr uint8_t kRangeLimitsSlotTag = 0xFD;
 
 constexpr unsigned BaseSlotAt(unsigned index) {
   return 54 + kSlotSize * index;

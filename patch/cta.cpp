@@ -4,6 +4,7 @@
 #include "patch/cta.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "timing/dtd.h"
 
@@ -28,11 +29,19 @@ unsigned CtaUsedEnd(const EdidBlock& block) {
   return UsedEnd(BytesOf(block), std::max(kCollectionStart, slots.begin + slots.count * kDtdSize), kDataEnd);
 }
 
+// Bytes behind the timings that are too few for one more are padding that should be 0. Moved up they would become one.
+void ClearLeftover(EdidBlock& block) {
+  const CtaSlots slots = SlotsOf(block);
+  const unsigned end = slots.begin + slots.count * kDtdSize;
+  if (slots.begin != 0 && end + kDtdSize > kDataEnd) std::memset(block.bytes + end, 0, kDataEnd - end);
+}
+
 // Edits the collection: the timings move along.
 bool SpliceCollection(const CtaRun& run, unsigned at, unsigned size, Bytes fresh) {
   EdidBlock& block = *run.block;
   const unsigned offset = block.bytes[kOffsetByte];
   if (offset != 0 && !IsOffset(offset)) return false;
+  if (fresh.size() < size) ClearLeftover(block);
   const unsigned used = std::max(at + size, CtaUsedEnd(block));
   if (!Splice(block, at, size, fresh, used, kDataEnd)) return false;
   const bool empty = offset == 0 && used == kCollectionStart;
@@ -106,6 +115,7 @@ CtaSlots SlotsOf(const EdidBlock& block) {
 void EraseCtaSlot(EdidBlock& block, unsigned index) {
   const CtaSlots slots = SlotsOf(block);
   if (index >= slots.count) return;
+  ClearLeftover(block);
   Splice(block, slots.begin + index * kDtdSize, kDtdSize, {}, CtaUsedEnd(block), kDataEnd);
   RefreshChecksums(block);
 }

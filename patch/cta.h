@@ -8,8 +8,6 @@
 
 namespace reedid {
 
-inline constexpr uint8_t kCtaDataBlocksTag = 0x81;  // a DisplayID data block that holds CTA data blocks
-
 // Where CTA data blocks stand one behind another: the collection of a CTA extension, or a DisplayID data block 0x81.
 struct CtaRun {
   EdidBlock* block = nullptr;
@@ -62,7 +60,7 @@ template <class Visit>
 void VisitCtaDataBlocks(EdidBlock& block, Visit&& visit) {
   for (CtaCursor cursor(CollectionOf(block)); cursor.Next();) visit(cursor);
   for (SectionCursor holder(block); holder.Next();) {
-    if (holder.tag() != kCtaDataBlocksTag) continue;
+    if (holder.tag() != DISPID20_TAG_CTA) continue;
     const unsigned begin = holder.at() + kDispIdHeaderSize;
     const unsigned end = holder.at() + static_cast<unsigned>(holder.bytes().size());
     for (CtaCursor cursor({&block, begin, end, holder.at()}); cursor.Next();) visit(cursor);
