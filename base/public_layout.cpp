@@ -201,5 +201,12 @@ SIZE(DispIdRangeLimits, 28);
 
 PIN(AudioFmtCap, 0, 1, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt);
 SIZE(AudioFmtCap, 11);
+PIN(EdidLink, 0, 4, maxTmdsClock, maxPixelClock);
+PIN(EdidLink, 8, 1, maxFrlRate, ycc420, dsc, dvi, maxBitsPerColour);
+PIN(EdidLink, 14, 2, maxWidth, maxHeight);
+PIN(EdidLink, 20, 4, maxRate);
+PIN(EdidLink, 24, kPointer, rates);
+PIN(EdidLink, 24 + kPointer, 4, rateCount);
+SIZE(EdidLink, 24 + 2 * kPointer);
 
 }  // namespace

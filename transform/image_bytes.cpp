@@ -4,19 +4,17 @@
 
 #include "base/log.h"
 #include "edid/image.h"
+#include "patch/hdmi_video.h"
 #include "patch/image.h"
 #include "reedid/transforms.h"
 
 namespace reedid {
 namespace {
 
-constexpr uint8_t kHdmiOui[] = {0x03, 0x0C, 0x00};
 constexpr unsigned kAddressAt = 4;  // in the HDMI 1.4b VSDB
 
 bool IsHdmiWithAddress(const CtaCursor& cursor) {
-  const Bytes bytes = cursor.bytes();
-  return cursor.Is(CEA_TAG_VENDOR) && bytes.size() >= kAddressAt + 2 &&
-         std::memcmp(bytes.data() + 1, kHdmiOui, sizeof kHdmiOui) == 0;
+  return IsHdmi14b(cursor) && cursor.bytes().size() >= kAddressAt + 2;
 }
 
 // A port is a path from the root: digits other than 0, then zeros. 0.0.0.0 is the root itself, F.F.F.F no address.

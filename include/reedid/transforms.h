@@ -168,6 +168,65 @@ REEDID_API int32_t EDID_GenerateImage(const EdidHandle* handle, uint8_t* out, ui
  */
 REEDID_API int32_t EDID_PatchPhyAddr(EdidHandle* handle, uint16_t physAddr);
 
+/** What a link carries. Zero is "no limit" where it is not said otherwise. */
+typedef struct EdidLink {
+  uint32_t maxTmdsClock;    /**< kHz, TMDS character rate at 8 bits a colour */
+  uint32_t maxPixelClock;   /**< kHz, a limit of its own, also in 4:2:0 */
+  uint8_t maxFrlRate;       /**< HDMI FRL rate, 0..6 as HfVsdbRecord.Max_FRL_Rate; 0 = no FRL */
+  uint8_t ycc420;           /**< 1 YCbCr 4:2:0 passes, at half the clock; 0 = it does not */
+  uint8_t dsc;              /**< 1 compressed video passes, over FRL; 0 = it does not */
+  uint8_t dvi;              /**< 1 a link of DVI: everything that makes a display one of HDMI goes, sound with it */
+  uint8_t maxBitsPerColour; /**< 8, 10, 12, 16 */
+  uint16_t maxWidth;        /**< pixels */
+  uint16_t maxHeight;       /**< lines of a frame */
+  uint32_t maxRate;         /**< mHz, of fields when interlaced; half a Hz more passes */
+  const uint32_t* rates;    /**< rateCount wanted rates in mHz, owned by the caller; may be null for none */
+  uint32_t rateCount;       /**< 0 = the display's own rates are wanted */
+} EdidLink;
+
+REEDID_API extern const EdidLink EDID_LINK_HDMI14;         /**< HDMI 1.4: 340 MHz, no 4:2:0, no FRL */
+REEDID_API extern const EdidLink EDID_LINK_HDMI20;         /**< HDMI 2.0: 600 MHz, 4:2:0 */
+REEDID_API extern const EdidLink EDID_LINK_DVI;            /**< DVI, single link: 165 MHz, 8 bits, no sound */
+REEDID_API extern const EdidLink EDID_LINK_300MHZ_420;     /**< 300 MHz with 4:2:0: 2160p60 on hardware of HDMI 1.4 */
+REEDID_API extern const EdidLink EDID_LINK_CAPTURE_165MHZ; /**< capture of HDMI up to 165 MHz, 8 bits */
+REEDID_API extern const EdidLink EDID_LINK_FRL3;           /**< HDMI 2.1 with FRL 3, 24 Gbit/s, and DSC */
+REEDID_API extern const EdidLink EDID_LINK_FRL4;           /**< FRL 4, 32 Gbit/s */
+REEDID_API extern const EdidLink EDID_LINK_FRL5;           /**< FRL 5, 40 Gbit/s */
+REEDID_API extern const EdidLink EDID_LINK_FRL6;           /**< FRL 6, 48 Gbit/s: all of HDMI 2.1 */
+
+/**
+ * Limits an image to a link. Take this for every limit; EDID_LimitToHDMI20 and EDID_LimitToHDMI14 write whole blocks
+ * anew, may choose rates that no display has, and need not leave a preferred timing.
+ *
+ * What the link carries stays byte for byte; an image with nothing above comes out as it went in. Of the rest:
+ * - A detailed timing (DTD, DisplayID types I, II, VII) is slowed down to the highest rate that the display offers in
+ *   detailed timings, VICs or DisplayID timings, else to 60, 50, 30, 25 or 24 Hz, within its range limits. It goes when
+ *   there is none, or when the image offers the same picture at that rate already. With wanted rates only those count.
+ * - A VIC becomes a slower one of the same format under the same conditions, or goes. One that the display takes in
+ *   4:2:0 too, and the link in that form only, becomes a 4:2:0-only one; with wanted rates, if its rate is one of them.
+ * - Other timings go.
+ * - The preferred timing stays a timing: slowed down, else another mode of the same size (VIC, CVT with reduced
+ *   blanking), else the next detailed timing or the largest that is left.
+ * - Free slots of the base block become dummy descriptors. The 4:2:0 map, HDMI 3D formats, short video references and
+ *   the native count, which refer to timings by their place, stay true; no native mark appears.
+ * - Range limits, HDMI and HDMI Forum blocks tell no more than the link has, and enough for the timings. The HDMI Forum
+ *   block goes when the link has no FRL, no 4:2:0 and at most 340 MHz.
+ * DisplayID extensions stay, with their timings limited: a source that does not know them does not read them.
+ *
+ * Done twice equals once. 0; -1, image unchanged: "invalid parameters", "malloc fail" (it works on a copy), "no timing
+ * fits the link", "no room to tell the TMDS clock" (of a display without HDMI Forum block in a full extension).
+ */
+REEDID_API int32_t EDID_LimitToLink(EdidHandle* handle, const EdidLink* link);
+
+/**
+ * Takes away all that tells of high dynamic range: HDR static and dynamic metadata, Dolby Vision, HDR10+ and
+ * source-based tone mapping, in CTA extensions and in DisplayID; ICtCp of the colorimetry; ST 2084 and hybrid log of
+ * the DisplayID interface features. Wide colour (BT.2020, DCI-P3) stays: pictures of standard range have it too. Take
+ * this to limit to SDR; EDID_LimitToSDR leaves HDR10+ and what stands in DisplayID. Allocates nothing. 0, or -1 with
+ * "invalid parameters".
+ */
+REEDID_API int32_t EDID_StripHdr(EdidHandle* handle);
+
 #ifdef __cplusplus
 }
 #endif

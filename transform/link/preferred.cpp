@@ -1,0 +1,220 @@
+// The preferred timing under a limit: the first descriptor of the base block (EDID 1.4, 3.10.1) stays a timing.
+
+#include <algorithm>
+
+#include "patch/base_block.h"
+#include "timing/dtd.h"
+#include "timing/tables.h"
+#include "transform/link/hdmi.h"
+#include "transform/link/timings.h"
+
+namespace reedid {
+namespace {
+
+constexpr unsigned kSizeBytes = 12;  // image size in a detailed timing descriptor: 12, 13, 14
+
+// A mode that could stand in the first descriptor.
+struct Candidate {
+  bool found = false;
+  OfferedTiming mode = {};
+};
+
+OfferedTiming ModeFrom(const Mode& mode) {
+  OfferedTiming offer = {};
+  offer.timing = mode.timing;
+  offer.rate = RateOf(mode);
+  offer.vTotalHalfLines = mode.vTotalHalfLines;
+  return offer;
+}
+
+bool FitsDescriptor(const DtdTiming& t) {
+  return t.pixelClock >= 10 && t.pixelClock < 655360 && t.hactive < 4096 && t.hblank < 4096 && t.vactive < 4096 &&
+         t.vblank < 4096 && t.hfrontPorch < 1024 && t.hsyncWidth < 1024 && t.vfrontPorch < 64 && t.vsyncWidth < 64;
+}
+
+bool IsTaken(const LinkBudget& budget, const OfferedTiming& mode, bool anyRange) {
+  const uint32_t clock = mode.timing.pixelClock;
+  return FitsDescriptor(mode.timing) && (anyRange ? budget.TakesAnyRange(mode, clock) : budget.Takes(mode, clock));
+}
+
+// The video format, else the CVT timing with reduced blanking, of a progressive picture at a rate.
+Candidate ModeOfSize(const LinkBudget& budget, const OfferedTiming& picture, uint32_t rate, bool anyRange) {
+  Candidate candidate;
+  for (unsigned row = 1; row < kVicRows && !candidate.found; ++row) {
+    Mode mode;
+    if (row == kEmptyVicRow || !VicMode(row, mode)) continue;
+    candidate.mode = ModeFrom(mode);
+    candidate.found = mode.timing.hactive == picture.timing.hactive && mode.timing.vactive == picture.timing.vactive &&
+                      mode.timing.interlaced == picture.timing.interlaced && SameRate(candidate.mode.rate, rate) &&
+                      IsTaken(budget, candidate.mode, anyRange);
+  }
+  if (candidate.found || picture.timing.interlaced != 0) return candidate;
+  for (unsigned formula = 1; formula <= 2; ++formula) {
+    CvtTiming request = {};
+    request.formula = Low8(formula);
+    request.aspectRatio = ASPECT_UNKNOWN;
+    request.hactive = picture.timing.hactive;
+    request.vactive = picture.timing.vactive;
+    request.frameRate = Low16((rate + 500) / 1000);
+    DtdTiming timing;
+    if (ExpandCvt(request, timing) != nullptr || timing.hactive != picture.timing.hactive) continue;
+    candidate.mode = ModeFrom(ModeOf(timing));
+    candidate.found = SameRate(candidate.mode.rate, rate) && IsTaken(budget, candidate.mode, anyRange);
+    if (candidate.found) break;
+  }
+  return candidate;
+}
+
+// Another mode of the same picture, at the highest rate of the display.
+Candidate SamePicture(const LinkBudget& budget, const OfferedTiming& preferred, bool anyRange) {
+  Candidate candidate;
+  budget.BestRate({preferred.rate, true, true}, [&](uint32_t rate) {
+    const Candidate other = ModeOfSize(budget, preferred, rate, anyRange);
+    if (other.found) candidate = other;
+    return other.found;
+  });
+  return candidate;
+}
+
+bool IsBetter(const OfferedTiming& mode, const Candidate& best) {
+  const auto area = [](const OfferedTiming& m) { return uint32_t{m.timing.hactive} * m.timing.vactive; };
+  if (!best.found || area(mode) != area(best.mode)) return !best.found || area(mode) > area(best.mode);
+  const bool detailed = mode.source == TIMING_DETAILED, bestDetailed = best.mode.source == TIMING_DETAILED;
+  return detailed != bestDetailed ? detailed : mode.rate > best.mode.rate;
+}
+
+// The largest picture that the image offers and the link carries; as a detailed timing, or fastest.
+Candidate LargestOffered(const EdidHandle& image, const LinkBudget& budget, bool anyRange) {
+  Candidate best;
+  VisitOffers(image, [&](const OfferedTiming& offer) {
+    const bool reached =
+        offer.block == 0 || image.blocks[offer.block].type == EDID_BLOCK_CEA || offer.source != TIMING_DETAILED;
+    if (IsPreferredSlot(offer) || offer.timing.interlaced != 0 || offer.ycc420 == YCC420_ONLY || !reached) return;
+    if (IsBetter(offer, best) && IsTaken(budget, offer, anyRange)) best = {true, offer};
+  });
+  return best;
+}
+
+// The largest video format that is no larger than a picture, at a rate of the display.
+Candidate SmallerFormat(const LinkBudget& budget, const OfferedTiming& picture) {
+  Candidate best;
+  budget.BestRate({picture.rate, true, true}, [&](uint32_t rate) {
+    for (unsigned row = 1; row < kVicRows; ++row) {
+      Mode mode;
+      if (row == kEmptyVicRow || !VicMode(row, mode) || mode.timing.interlaced != 0) continue;
+      const OfferedTiming format = ModeFrom(mode);
+      const bool smaller =
+          format.timing.hactive <= picture.timing.hactive && format.timing.vactive <= picture.timing.vactive;
+      if (smaller && SameRate(format.rate, rate) && IsBetter(format, best) && IsTaken(budget, format, false)) {
+        best = {true, format};
+      }
+    }
+    return false;  // another rate may have a larger one
+  });
+  return best;
+}
+
+DtdTiming SizeOf(Bytes slot) {
+  DtdTiming size = {};
+  size.hImageSize = Low16(slot[kSizeBytes] | Bits(slot[kSizeBytes + 2], 4, 4) << 8);
+  size.vImageSize = Low16(slot[kSizeBytes + 1] | Bits(slot[kSizeBytes + 2], 0, 4) << 8);
+  return size;
+}
+
+// The size of the picture on the screen: as it was, or what another shape has of the screen (base block bytes 21 and 22,
+// cm; a 0 makes them a ratio).
+void SetImageSize(const EdidBlock& base, DtdTiming& timing) {
+  const DtdTiming told = SizeOf(BaseSlot(base, 0));
+  uint32_t width = told.hImageSize, height = told.vImageSize;
+  const auto scaled = [](uint32_t size, uint32_t of, uint32_t to) { return to == 0 ? size : size * of / to; };
+  const auto less = [](uint32_t a, uint32_t b) { return a * 20 < b * 19; };
+  if (less(scaled(height, timing.hactive, timing.vactive), width) ||
+      less(scaled(width, timing.vactive, timing.hactive), height)) {
+    if (base.bytes[21] != 0 && base.bytes[22] != 0) {
+      width = std::max(width, base.bytes[21] * 10u);
+      height = std::max(height, base.bytes[22] * 10u);
+    }
+    const uint32_t fullWidth = width;
+    width = std::min(width, scaled(height, timing.hactive, timing.vactive));
+    height = std::min(height, scaled(fullWidth, timing.vactive, timing.hactive));
+  }
+  timing.hImageSize = Low16(width);
+  timing.vImageSize = Low16(height);
+}
+
+// Whether an image size is that of a picture which fills a screen of this size, one way or the other.
+bool IsSizeOf(Bytes slot, const DtdTiming& wanted) {
+  const DtdTiming told = SizeOf(slot);
+  const auto close = [](uint32_t a, uint32_t b) { return a * 20 >= b * 19 && b * 20 >= a * 19; };
+  return close(told.hImageSize, wanted.hImageSize) && close(told.vImageSize, wanted.vImageSize);
+}
+
+void WriteSize(uint8_t* slot, const DtdTiming& timing) {
+  slot[kSizeBytes] = Low8(timing.hImageSize);
+  slot[kSizeBytes + 1] = Low8(timing.vImageSize);
+  slot[kSizeBytes + 2] = Low8((timing.hImageSize >> 8) << 4 | timing.vImageSize >> 8);
+}
+
+// The first descriptor becomes this mode. A picture of another size is not what the panel natively has.
+bool WritePreferred(EdidHandle& image, const OfferedTiming& preferred, const Candidate& candidate) {
+  EdidBlock& base = image.blocks[0];
+  DtdTiming timing = candidate.mode.timing;
+  SetImageSize(base, timing);
+  DtdSlot slot;
+  if (candidate.mode.source == TIMING_DETAILED) {
+    BytesOf(image.blocks[candidate.mode.block]).From(candidate.mode.offset).First(kSlotSize).CopyTo(slot.bytes);
+    if (!IsSizeOf(Bytes(slot.bytes, sizeof slot.bytes), timing)) WriteSize(slot.bytes, timing);
+    if (candidate.mode.block == 0) EraseDetailedTiming(image, PlaceOf(candidate.mode));
+  } else if (VESA_SetDTD(&timing, &slot) != 0) {
+    return false;
+  }
+  SetBaseSlot(base, 0, Bytes(slot.bytes, sizeof slot.bytes));
+  if (timing.hactive != preferred.timing.hactive || timing.vactive != preferred.timing.vactive) {
+    ClearNativeTimings(image);
+  }
+  WidenRange(image, candidate.mode);
+  return true;
+}
+
+bool SlowDown(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& preferred) {
+  const auto taken = [&](uint32_t rate) {
+    OfferedTiming slower = preferred;
+    slower.rate = rate;
+    return budget.Takes(slower, ClockAt(preferred, rate, 10));
+  };
+  const uint32_t rate = budget.BestRate({preferred.rate, true}, taken);
+  if (rate == 0) return false;
+  uint8_t clock[2];
+  PutLe16(clock, ClockAt(preferred, rate, 10) / 10);
+  Overwrite(image.blocks[0], preferred.offset, Bytes(clock, sizeof clock));
+  return true;
+}
+
+bool Replace(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& preferred) {
+  const auto write = [&](const Candidate& candidate) {
+    return candidate.found && WritePreferred(image, preferred, candidate);
+  };
+  Mode vga;
+  const bool known = VicMode(1, vga);
+  const Candidate last = {known && IsTaken(budget, ModeFrom(vga), true), ModeFrom(vga)};
+  // Within the display's range limits; then those that it offers in spite of them.
+  return write(SamePicture(budget, preferred, false)) || write(LargestOffered(image, budget, false)) ||
+         write(SmallerFormat(budget, preferred)) || write(LargestOffered(image, budget, true)) ||
+         write(SamePicture(budget, preferred, true)) || write(last);
+}
+
+}  // namespace
+
+bool LimitPreferred(EdidHandle& image, const LinkBudget& budget) {
+  OfferedTiming preferred;
+  bool found = false;
+  VisitOffers(image, [&](const OfferedTiming& offer) {
+    if (!IsPreferredSlot(offer) || budget.CarriedOf(offer) == Carried::kWhole) return;
+    preferred = offer;
+    found = true;
+  });
+  if (!found) return true;
+  return SlowDown(image, budget, preferred) || Replace(image, budget, preferred);
+}
+
+}  // namespace reedid

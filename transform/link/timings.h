@@ -1,0 +1,39 @@
+// Taking the timings out of an image that a link does not carry, or slowing them down to a rate of the display.
+#pragma once
+
+#include "patch/video.h"
+#include "transform/link/budget.h"
+
+namespace reedid {
+
+// The base block's first descriptor: the timing that a source takes when it has no other reason.
+constexpr bool IsPreferredSlot(const OfferedTiming& offer) {
+  return offer.block == 0 && offer.source == TIMING_DETAILED && offer.offset == 54;
+}
+
+constexpr BytePlace PlaceOf(const OfferedTiming& offer) {
+  return {offer.block, offer.offset};
+}
+
+// Whether the image offers this picture at this rate elsewhere, in a form that the link carries.
+bool IsOfferedElsewhere(const EdidHandle& image, const LinkBudget& budget, const OfferedTiming& mode, uint32_t rate);
+
+// What becomes of a timing that the link does not carry as it is offered.
+enum class Outcome {
+  kChanged,  // it is carried now
+  kGone,
+  kKept,  // it could not be changed: the preferred timing, which another has to replace, or what no edit reaches
+};
+Outcome LimitOffer(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& offer);
+
+// Takes a timing that is neither a detailed one nor a VIC of CTA-861 out of its list. False when it cannot be.
+bool EraseOffer(EdidHandle& image, const OfferedTiming& offer);
+
+// Every timing but the preferred one.
+void LimitTimings(EdidHandle& image, const LinkBudget& budget);
+
+// The preferred timing is one, and carried: slowed down, or another mode of the same size, or the next detailed timing,
+// or the largest that the image still offers. False when the link carries none at all.
+bool LimitPreferred(EdidHandle& image, const LinkBudget& budget);
+
+}  // namespace reedid
