@@ -1,6 +1,6 @@
 #!/bin/sh
 # The man page tells of every command and option of the help and of the version, bash completes from the help, and the
-# picture in the documents is new.
+# picture and the rules in the documents are new.
 # usage: man_test.sh SOURCE_DIR REEDID
 set -eu
 source_dir=$1 reedid=$2
@@ -25,6 +25,9 @@ done
 shape() { tr -d '0-9.-'; }
 [ "$("$reedid" plot sample:tv-4k -o - | shape)" = "$(shape <"$source_dir/docs/plot-tv-4k.svg")" ] ||
   fail "docs/plot-tv-4k.svg is old: reedid plot sample:tv-4k -o docs/plot-tv-4k.svg"
+
+"$reedid" explain --markdown | diff - "$source_dir/docs/rules.md" >&2 ||
+  fail "docs/rules.md is old: reedid explain --markdown >docs/rules.md"
 
 if command -v bash >/dev/null; then
   completed=$(PATH="$(dirname "$reedid"):$PATH" bash -c '. "$1"; COMP_WORDS=(reedid ch) COMP_CWORD=1; _reedid

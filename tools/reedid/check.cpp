@@ -1,13 +1,13 @@
-// check: are images valid, and what did the library have to say about them?
+// check: what do images state wrongly? explain: what is a rule about?
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <optional>
-#include <sstream>
 
 #include "commands.h"
-#include "document/account/image_account.h"
-#include "document/read/override_count.h"
+#include "document/check/rule_text.h"
+#include "findings.h"
 #include "input.h"
 #include "inputs.h"
 #include "terminal.h"
@@ -15,121 +15,136 @@
 namespace reedid::tool {
 namespace {
 
-using document::Field;
+using document::Finding;
 using document::Image;
-using document::Node;
+using document::Severity;
 
-constexpr char kNote[] = "note";
-
-// "[WARN:CEA_Open:71]: checksum error(12,34)" -> "warning: checksum error(12,34) (CEA_Open)"
-std::string ReadableDiagnostic(const std::string& line) {
-  const size_t name = line.find(':');
-  const size_t number = line.find(':', name + 1);
-  const size_t end = line.find("]: ");
-  if (!line.starts_with('[') || number == line.npos || end == line.npos || number > end) return line;
-  const std::string level = line.substr(1, name - 1);
-  const char* word = level == "ERR" ? "error" : level == "WARN" ? "warning" : kNote;
-  return fmt::format("{}: {} ({})", word, line.substr(end + 3), line.substr(name + 1, number - name - 1));
-}
-
-void AddDiagnostics(const std::string& where, const std::string& log, Node& node) {
-  std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) {
-    Field& field = node.Add(where, ReadableDiagnostic(line));
-    field.isFault = !field.value.starts_with(kNote);
+// Which findings count.
+class Filter {
+ public:
+  explicit Filter(const CheckOptions& options) : strict_(options.strict) {
+    for (const std::string& id : options.rules) only_.push_back(&NamedRule(id));
+    for (const std::string& id : options.withoutRules) without_.push_back(&NamedRule(id));
+    for (const Severity severity : {Severity::kNote, Severity::kWarning, Severity::kError}) {
+      if (options.severity == document::ToText(severity)) lowest_ = severity;
+    }
   }
-}
-
-// The count byte may stay at 1 by intent, when the HDMI Forum's override block gives the real number.
-bool CountIsRight(const Image& image) {
-  const EdidBlock& first = image.blocks()[0];
-  const unsigned extensions = static_cast<unsigned>(image.blocks().size() - 1);
-  const unsigned count = first.bytes[image.IsEdid() ? 126 : 3];
-  return count == extensions || (image.IsEdid() && count == 1 && document::OverrideCount(image.blocks()) == extensions);
-}
-
-void CheckBlock(const EdidBlock& block, unsigned index, Node& node) {
-  const std::string where = fmt::format("block {}", index);
-  if (block.type == EDID_BLOCK_UNKNOWN || block.type == EDID_BLOCK_MAP) {
-    node.Add(where, fmt::format("{} (tag {:02x}), which a valid image here does not have",
-                                document::BlockKindName(block), block.bytes[0]))
-        .isFault = true;
+  std::vector<Finding> Of(const Image& image) const {
+    std::vector<Finding> findings = document::Check(BytesOf(image), ThisYear());
+    std::erase_if(findings, [&](const Finding& finding) { return !Counts(finding); });
+    return findings;
   }
-  // Describing a block opens it and decodes all that it holds.
-  AddDiagnostics(where, CaptureDiagnostics([&] { document::DescribeBlock(block, index); }), node);
-}
+  Exit ExitOf(const std::vector<Finding>& findings) const {
+    const Severity bad = strict_ ? Severity::kWarning : Severity::kError;
+    return std::ranges::any_of(findings, [&](const Finding& finding) { return finding.severity >= bad; }) ? Exit::kNo
+                                                                                                          : Exit::kDone;
+  }
 
-// What there is to say of one input, and why it is none.
+ private:
+  static bool Holds(const std::vector<const document::Rule*>& rules, const Finding& finding) {
+    return std::ranges::find(rules, finding.rule) != rules.end();
+  }
+  bool Counts(const Finding& finding) const {
+    return finding.severity >= lowest_ && (only_.empty() || Holds(only_, finding)) && !Holds(without_, finding);
+  }
+  std::vector<const document::Rule*> only_, without_;
+  Severity lowest_ = Severity::kNote;
+  bool strict_;
+};
+
+// An input that is read, or the reason why it cannot be. What the library has to say of it, the rules say better.
 struct Verdict {
-  Node node;
-  Exit exit = Exit::kDone;
+  std::vector<Finding> findings;
   std::optional<ToolError> failure;
 };
 
-void CheckImage(const Image& image, Verdict& verdict) {
-  const auto blocks = image.blocks();
-  bool valid = false;
-  CaptureDiagnostics([&] { valid = isValidEdid(image.handle()) != 0 && CountIsRight(image); });
-  if (!image.firstBlockFaults().empty()) verdict.node.Add("block 0", image.firstBlockFaults()).isFault = true;
-  for (unsigned i = 0; i < blocks.size(); ++i) CheckBlock(blocks[i], i, verdict.node);
-  verdict.node.title = fmt::format("{}: {}", image.name(), valid ? "valid" : "not valid");
-  verdict.exit = valid ? Exit::kDone : Exit::kNo;
-}
-
-Verdict Check(const std::string& input) {
+Verdict CheckInput(const std::string& input, const Filter& filter) {
   Verdict verdict;
-  std::optional<Image> image;
-  const std::string opening = CaptureDiagnostics([&] {
+  CaptureDiagnostics([&] {
     try {
-      image = ReadImage(input);
+      verdict.findings = filter.Of(ReadImage(input));
     } catch (const ToolError& error) {
       verdict.failure = error;
+    } catch (const document::Error& error) {
+      verdict.failure = FromDocument(error);
     }
   });
-  AddDiagnostics("image", opening, verdict.node);
-  if (image) {
-    CheckImage(*image, verdict);
-  } else {
-    verdict.node.title = fmt::format("{}: no EDID", ShownName(input));
-    verdict.exit = verdict.failure->code();
-  }
   return verdict;
 }
 
-Exit CheckSingle(const CheckOptions& options, Streams& streams) {
-  const document::TextStyle style = StyleFor(options.color, streams);
-  const Verdict verdict = Check(options.inputs[0]);
-  if (!options.quiet || verdict.exit != Exit::kDone) streams.Result(ToText(verdict.node, style));
-  if (verdict.failure) throw ToolError(*verdict.failure);
-  return verdict.exit;
+// The reason without the name that stands in front of it already.
+document::Node FailureNode(const std::string& input, const ToolError& failure) {
+  const std::string name = ShownName(input);
+  std::string reason = failure.what();
+  if (reason.starts_with(name + ": ")) reason.erase(0, name.size() + 2);
+  document::Node node;
+  node.title = fmt::format("{}: no EDID", name);
+  node.Add("image", "error: " + reason).isFault = true;
+  return node;
 }
 
-// The reason among the diagnostics, without the name that stands in front of it already.
-void AddReason(const std::string& input, Verdict& verdict) {
-  std::string reason = verdict.failure->what();
-  if (const std::string name = ShownName(input) + ": "; reason.starts_with(name)) reason.erase(0, name.size());
-  verdict.node.Add("image", "error: " + reason).isFault = true;
+document::Node VerdictNode(const std::string& input, const Verdict& verdict) {
+  if (verdict.failure) return FailureNode(input, *verdict.failure);
+  return FindingsNode(fmt::format("{}: {}", ShownName(input), CountText(verdict.findings)), verdict.findings);
+}
+
+Exit CheckSingle(const CheckOptions& options, const Filter& filter, Streams& streams) {
+  const std::string& input = options.inputs[0];
+  const Verdict verdict = CheckInput(input, filter);
+  if (verdict.failure) throw ToolError(*verdict.failure);
+  const Exit exit = filter.ExitOf(verdict.findings);
+  if (!options.quiet || exit != Exit::kDone) {
+    streams.Result(ToText(VerdictNode(input, verdict), StyleFor(options.color, streams)));
+  }
+  return exit;
+}
+
+Exit CheckSeveral(const CheckOptions& options, const Filter& filter, Streams& streams) {
+  size_t valid = 0, notValid = 0, none = 0;
+  document::RuleCounts counts;
+  const document::TextStyle style = StyleFor(options.color, streams);
+  Progress progress;
+  const Exit worst = ForEachInput(options.inputs, progress, [&](const std::string& input) {
+    const Verdict verdict = CheckInput(input, filter);
+    const Exit exit = verdict.failure ? verdict.failure->code() : filter.ExitOf(verdict.findings);
+    ++(verdict.failure ? none : exit == Exit::kDone ? valid : notValid);
+    counts.Add(verdict.findings);
+    if (options.quiet && exit == Exit::kDone) return exit;
+    progress.Erase();
+    streams.Result(ToText(VerdictNode(input, verdict), style));
+    return exit;
+  });
+  progress.Erase();
+  if (options.quiet) return worst;
+  const std::string table = counts.Text();
+  if (!table.empty()) streams.Result("\n  inputs  severity rule\n" + table);
+  streams.Result(fmt::format("{} valid, {} not valid, {} no EDID\n", valid, notValid, none));
+  return worst;
 }
 
 }  // namespace
 
 Exit RunCheck(const CheckOptions& options, Streams& streams) {
-  if (IsSingle(options.inputs)) return CheckSingle(options, streams);
-  size_t valid = 0, notValid = 0, none = 0;
-  const document::TextStyle style = StyleFor(options.color, streams);
-  Progress progress;
-  const Exit worst = ForEachInput(options.inputs, progress, [&](const std::string& input) {
-    Verdict verdict = Check(input);
-    ++(verdict.failure ? none : verdict.exit == Exit::kDone ? valid : notValid);
-    if (verdict.failure) AddReason(input, verdict);
-    if (options.quiet && verdict.exit == Exit::kDone) return verdict.exit;
-    progress.Erase();
-    streams.Result(ToText(verdict.node, style));
-    return verdict.exit;
+  const Filter filter(options);
+  if (!options.json) {
+    return IsSingle(options.inputs) ? CheckSingle(options, filter, streams) : CheckSeveral(options, filter, streams);
+  }
+  Exit worst = Exit::kDone;
+  const Exit answered = AnswerEach(options.inputs, true, streams, [&](const Image& image, bool) {
+    const std::vector<Finding> findings = filter.Of(image);
+    worst = std::max(worst, filter.ExitOf(findings));
+    return Answer{"", FindingsJson(findings)};
   });
-  progress.Erase();
-  if (!options.quiet) streams.Result(fmt::format("{} valid, {} not valid, {} no EDID\n", valid, notValid, none));
-  return worst;
+  return std::max(worst, answered);
+}
+
+Exit RunExplain(const ExplainOptions& options, Streams& streams) {
+  if (options.markdown) {
+    streams.Result(document::RulesMarkdown());
+  } else {
+    streams.Result(options.rule.empty() ? document::RuleList() : document::RuleText(NamedRule(options.rule)));
+  }
+  return Exit::kDone;
 }
 
 }  // namespace reedid::tool

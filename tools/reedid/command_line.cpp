@@ -50,10 +50,35 @@ void AddShow(CLI::App& app, Command& chosen) {
 
 void AddCheck(CLI::App& app, Command& chosen) {
   CheckOptions* options = nullptr;
-  CLI::App* command = AddCommand(app, "check", "Valid or not, with every diagnostic", chosen, RunCheck, options);
+  CLI::App* command =
+      AddCommand(app, "check", "What an EDID states wrongly, and what to do", chosen, RunCheck, options);
   command->add_option("input", options->inputs, kInputsHelp)->required();
+  command->add_option("--rule", options->rules, "this rule only; may be given again")->allow_extra_args(false);
+  command->add_option("--no-rule", options->withoutRules, "all rules but this one")->allow_extra_args(false);
+  command->add_option("--severity", options->severity, "findings of this severity and worse")
+      ->check(CLI::IsMember({"note", "warning", "error"}))
+      ->capture_default_str();
+  command->add_flag("--strict", options->strict, "exit code 1 for warnings, too");
+  command->add_flag("--json", options->json, kJsonHelp);
   command->add_flag("-q,--quiet", options->quiet, "nothing of what is valid");
   AddColor(*command, options->color);
+}
+
+void AddExplain(CLI::App& app, Command& chosen) {
+  ExplainOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "explain", "What a rule of check is about", chosen, RunExplain, options);
+  command->add_option("rule", options->rule, "the rule; without it, list all");
+  command->add_flag("--markdown", options->markdown, "all rules as a page (docs/rules.md)");
+}
+
+void AddFix(CLI::App& app, Command& chosen) {
+  FixOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "fix", "Mend what check finds", chosen, RunFix, options);
+  command->add_option("input", options->input, kInputHelp)->required();
+  command->add_option("--rule", options->rules, "what this rule finds, and nothing else; may be given again")
+      ->allow_extra_args(false);
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("-q,--quiet", options->quiet, "no table of changes");
 }
 
 void AddPhys(CLI::App& app, Command& chosen) {
@@ -206,6 +231,7 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   });
   AddShow(app, chosen);
   AddCheck(app, chosen);
+  AddExplain(app, chosen);
   AddPlot(app, chosen);
   AddDiff(app, chosen);
   AddQuery(app, chosen, "rates", "Every frame rate that is offered", RunRates);
@@ -215,6 +241,7 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   AddTiming(app, chosen);
   AddPhys(app, chosen);
   AddLimit(app, chosen);
+  AddFix(app, chosen);
   AddHighRefresh(app, chosen);
   AddEdit(app, chosen);
   AddToHdmi(app, chosen);

@@ -87,9 +87,28 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
 struct CheckOptions {
   std::vector<std::string> inputs;
   std::string color = kAutoColor;
+  std::vector<std::string> rules;         // only these; none: all
+  std::vector<std::string> withoutRules;  // all but these
+  std::string severity = "note";          // this and worse
+  bool strict = false;                    // warnings count as errors
+  bool json = false;
   bool quiet = false;  // only what is not valid
 };
 Exit RunCheck(const CheckOptions& options, Streams& streams);
+
+struct ExplainOptions {
+  std::string rule;  // empty: list
+  bool markdown = false;
+};
+Exit RunExplain(const ExplainOptions& options, Streams& streams);
+
+struct FixOptions {
+  std::string input;
+  std::vector<std::string> rules;  // none: what is safe
+  std::string output;
+  bool quiet = false;
+};
+Exit RunFix(const FixOptions& options, Streams& streams);
 
 struct PhysOptions {
   std::string input;

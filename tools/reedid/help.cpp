@@ -23,12 +23,15 @@ constexpr CommandHelp kCommands[] = {
      "  reedid show sample:tv-4k              a built-in EDID\n"
      "  reedid show --json displays/          all files of a folder, as one array"},
     {"check", kLook,
-     "Valid is an image whose blocks are all of a known kind, can be opened and have right checksums,\n"
-     "and whose count byte tells how many follow. Exit code 0 valid, 1 not valid, 3 no EDID at all;\n"
-     "of several inputs the highest, and a last line counts them.\n\n"
+     "An error may stop a source, a warning contradicts a standard, a note is worth knowing; 'reedid explain'\n"
+     "tells what each rule is about, 'reedid fix' mends. Valid is what has no error: exit code 0 valid, 1 not\n"
+     "valid, 3 no EDID at all; of several inputs the highest, and a table counts them by rule.\n\n"
      "Examples:\n"
      "  reedid check display.bin\n"
+     "  reedid check --severity warning --no-rule name-missing display.bin\n"
      "  reedid check -q displays/             of a whole folder, only what is not valid"},
+    {"explain", kLook,
+     "Examples:\n  reedid explain                        list all rules\n  reedid explain hdmi-tmds-unset"},
     {"plot", kLook,
      "Left the colours that the display states, in the chromaticity diagram with the usual colour spaces; right all\n"
      "timings by pixel clock and refresh rate, with what the HDMI links can carry.\n\n"
@@ -57,6 +60,13 @@ constexpr CommandHelp kCommands[] = {
      "Limits: hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch (two-channel audio), sdr (no HDR), frl40g (40 Gbit/s).\n"
      "What changed is printed as a table. Exit code 1: a timing still needs more; it is named.\n\n"
      "Example:\n  reedid limit hdmi20 display.bin -o hdmi20.bin"},
+    {"fix", kChange,
+     "Without --rule, all that can be mended without changing what the display says. With it, what that rule finds,\n"
+     "also where it changes that. A repair after which something else would be wrong is not made. What is left to\n"
+     "decide is listed, with the command that would do it.\n\n"
+     "Examples:\n"
+     "  reedid fix display.bin -o mended.bin\n"
+     "  reedid fix display.bin --rule serial-placeholder -o mended.bin"},
     {"high-refresh", kChange, "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
     {"edit", kChange, "Example:\n  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin"},
     {"to-hdmi", kChange,
@@ -83,7 +93,7 @@ constexpr char kFooter[] =
     "Examples:\n"
     "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"
     "  reedid show sample:tv-4k                          try it without a display\n"
-    "  reedid check displays/                            which EDIDs of a folder are valid?\n"
+    "  reedid check displays/                            what do the EDIDs of a folder state wrongly?\n"
     "  reedid plot display.bin -o display.svg            its colours and timings as a picture\n"
     "  reedid limit hdmi20 display.bin -o hdmi20.bin     an EDID whose timings all fit HDMI 2.0\n"
     "  reedid diff display.bin hdmi20.bin                what did that change?\n"
