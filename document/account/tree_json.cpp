@@ -59,7 +59,7 @@ Json ToJson(const Node& root, bool hex) {
 }
 
 std::string JsonText(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace reedid::document

@@ -14,7 +14,8 @@ Json ToJson(const Node& root, bool hex = false);
 // A timing and what it is: "kind", "id", "ycc420Only", "refreshHz", "timing".
 Json ItemJson(const TimingItem& item);
 
-// As a file or a terminal gets it: two blanks of indentation, a newline at the end, bytes that are no UTF-8 replaced.
+// As a file or a terminal gets it: two blanks of indentation, a newline at the end. All of it is ASCII, other characters
+// are written as \u009b, so a terminal obeys none; bytes that are no UTF-8 are replaced.
 std::string JsonText(const Json& json);
 
 }  // namespace reedid::document

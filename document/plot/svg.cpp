@@ -7,32 +7,12 @@
 #include <cstdint>
 #include <utility>
 
+#include "document/printable.h"
+
 namespace reedid::document {
 namespace {
 
 constexpr double kLargest = 1e6;  // no picture is larger, and renderers choke on more
-constexpr char32_t kNone = 0xFFFFFFFF;
-
-struct Character {
-  char32_t code;  // kNone: the bytes are no UTF-8
-  size_t size;
-};
-
-// The first character of `text`, in its shortest form only.
-Character FirstCharacter(std::string_view text) {
-  const auto byte = [text](size_t i) { return i < text.size() ? static_cast<uint8_t>(text[i]) : 0u; };
-  const unsigned lead = byte(0);
-  if (lead < 0x80) return {lead, 1};
-  const size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4) return {kNone, 1};
-  char32_t code = lead & (0x7Fu >> size);
-  for (size_t i = 1; i < size; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {kNone, 1};
-    code = code << 6 | (byte(i) & 0x3F);
-  }
-  constexpr char32_t kSmallest[] = {0x80, 0x800, 0x10000};
-  return code < kSmallest[size - 2] ? Character{kNone, 1} : Character{code, size};
-}
 
 // XML 1.0, production 2.
 bool IsXmlCharacter(char32_t code) {
