@@ -4,19 +4,19 @@
 
 namespace reedid::document {
 
-ByteVector ByteSource::operator()(std::initializer_list<size_t> offsets) const {
-  ByteVector taken;
+SourceBytes ByteSource::operator()(std::initializer_list<size_t> offsets) const {
+  SourceBytes taken;
   for (const size_t offset : offsets) {
     if (offset >= bytes_.size()) continue;
-    taken.push_back(bytes_[offset]);
+    taken.Add(bytes_[offset], start_ + offset);
     (*given_)[start_ + offset] = true;
   }
   return taken;
 }
 
-ByteVector ByteSource::operator()(size_t first, size_t count) const {
-  ByteVector taken;
-  for (size_t i = first; i < bytes_.size() && i - first < count; ++i) taken.push_back((*this)({i}).front());
+SourceBytes ByteSource::operator()(size_t first, size_t count) const {
+  SourceBytes taken;
+  for (size_t i = first; i < bytes_.size() && i - first < count; ++i) taken.Add((*this)({i}));
   return taken;
 }
 
@@ -28,10 +28,10 @@ ByteSource ByteSource::Part(size_t first, size_t count) const {
   return part;
 }
 
-ByteVector ByteSource::Rest() const {
-  ByteVector rest;
+SourceBytes ByteSource::Rest() const {
+  SourceBytes rest;
   for (size_t i = 0; i < bytes_.size(); ++i) {
-    if (!(*given_)[start_ + i]) rest.push_back((*this)({i}).front());
+    if (!(*given_)[start_ + i]) rest.Add((*this)({i}));
   }
   return rest;
 }

@@ -84,7 +84,7 @@ const Vendor* FindVendor(unsigned oui) {
 // The OUI of a vendor-specific block, least significant byte first, added to the title.
 const Vendor* AddVendor(const ByteSource& at, size_t ouiByte, Node& node) {
   if (at.size() < ouiByte + 3) return nullptr;
-  const ByteVector b = at(ouiByte, 3);
+  const SourceBytes b = at(ouiByte, 3);
   const Vendor* vendor = FindVendor(unsigned{b[0]} | unsigned{b[1]} << 8 | unsigned{b[2]} << 16);
   node.title += vendor != nullptr ? fmt::format(", {}", vendor->name)
                                   : fmt::format(", OUI {:02x}-{:02x}-{:02x}", b[2], b[1], b[0]);
@@ -120,7 +120,7 @@ Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model, const B
     return node;
   }
   if (render != nullptr) node.Add("Not decoded", "its size is outside what is read of this kind").isFault = true;
-  if (ByteVector rest = at.Rest(); !rest.empty()) node.AddBytes("Bytes", std::move(rest));
+  if (SourceBytes rest = at.Rest(); !rest.empty()) node.AddBytes("Bytes", std::move(rest));
   return node;
 }
 

@@ -73,7 +73,7 @@ bool DescribeStandardDescriptor(const VesaBlock& model, const DtdSlot& slot, con
 }
 
 // A code stands for up to five timings; lines below 1 are an unused entry.
-void AddCvtCode(const VesaCvtCode& code, unsigned number, const ByteVector& from, Node& node) {
+void AddCvtCode(const VesaCvtCode& code, unsigned number, const SourceBytes& from, Node& node) {
   const struct {
     uint8_t flag;
     uint16_t rate;
@@ -158,6 +158,7 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
   const DescriptorKind kind = KindOf(slot.bytes[3]);
   Node node;
   node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
+  node.kind = fmt::format("{} ({:02x})", kind.name, slot.bytes[3]);
   node.bytes = at(0, 5);
   node.isPrivate = kind.tag == EDID_DESCRIPTOR_SERIAL_NUMBER;
   const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);

@@ -15,7 +15,7 @@ std::string SyncText(const DtdSlot& slot) {
   return (bits & 0x08) != 0 ? "bipolar analog composite" : "analog composite";
 }
 
-void AddPorches(const char* name, const unsigned (&t)[4], ByteVector from, Node& node) {
+void AddPorches(const char* name, const unsigned (&t)[4], SourceBytes from, Node& node) {
   const auto [active, blank, front, sync] = t;
   if (front + sync > blank) {
     const std::string text = fmt::format("front porch {} and sync {} exceed the blanking {}", front, sync, blank);
@@ -34,10 +34,13 @@ Node DescribeTiming(const std::string& title, const TimingItem& item, TimingByte
   const DtdTiming& t = item.timing;
   Node node;
   node.title = fmt::format("{}: {}", title, TimingText(t));
+  node.label = title;
+  node.isTiming = true;
   node.bytes = std::move(from.title);
   AddPorches("Horizontal", {t.hactive, t.hblank, t.hfrontPorch, t.hsyncWidth}, std::move(from.horizontal), node);
   AddPorches(t.interlaced ? "Vertical (field)" : "Vertical", {t.vactive, t.vblank, t.vfrontPorch, t.vsyncWidth},
              std::move(from.vertical), node);
+  for (Field& field : node.fields) field.isTiming = true;
   node.timings.push_back(item);
   return node;
 }

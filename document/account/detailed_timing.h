@@ -9,7 +9,7 @@ namespace reedid::document {
 
 // The bytes of the title (clock and flags) and of the two directions.
 struct TimingBytes {
-  ByteVector title, horizontal, vertical;
+  SourceBytes title, horizontal, vertical;
 };
 
 // A timing with its porches.

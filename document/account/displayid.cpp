@@ -94,12 +94,13 @@ Node DescribeDataBlock(const DispIdDataBlock& entry, const ByteSource& at) {
   const DataBlockKind kind = KindOf(entry.tag);
   Node node;
   node.title = fmt::format("{} ({:02x}), revision {}", kind.name, entry.tag, entry.revision);
+  node.label = fmt::format("{} ({:02x})", kind.name, entry.tag);
   node.bytes = at(0, 3);
   node.isPrivate = kind.isPrivate;
   if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags), at(1));
   if (DescribeSectionBlock(entry, at, node)) {
     node.AddRest(at);
-  } else if (ByteVector rest = at.Rest(); !rest.empty()) {
+  } else if (SourceBytes rest = at.Rest(); !rest.empty()) {
     node.AddBytes("Bytes", std::move(rest));
     node.isPrivate = kind.isPrivate || IsProductId(entry.tag);
   }

@@ -45,7 +45,7 @@ unsigned TypeIISize(const ByteSource&) {
 
 // With aspect ratio and image size, as bit 6 of byte 2 says.
 unsigned TypeVISize(const ByteSource& at) {
-  const ByteVector third = at(2);
+  const SourceBytes third = at(2);
   return !third.empty() && (third[0] & 0x40) != 0 ? 17 : 14;
 }
 
@@ -96,7 +96,7 @@ bool DescribeBitmap(const DispIdDataBlock& entry, const ByteSource& at, Node& no
   const auto count = Read(entry, get, flags.data());
   for (unsigned id = 1; id < count.value_or(0); ++id) {
     if (flags[id] == 0) continue;
-    const ByteVector from = at(kHeader + (id - 1) / 8);
+    const SourceBytes from = at(kHeader + (id - 1) / 8);
     if (isVic) {
       node.AddTiming(fmt::format("VIC {}", CtaVic(id)), VicItem(id), "", from);
     } else {

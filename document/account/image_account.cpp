@@ -53,12 +53,14 @@ Node DescribeBlock(const EdidBlock& block, unsigned index) {
   const ByteSource at(bytes);
   Node node;
   node.title = fmt::format("Block {}: {}", index, BlockKindName(block));
+  node.kind = BlockKindName(block);
+  node.block.assign(bytes.begin(), bytes.end());
   if (block.type == EDID_BLOCK_UNKNOWN) node.Add("Tag", fmt::format("{:02x}", bytes[0]), at(0));
   AddChecksum("Checksum", bytes, at, node);
   node.privateKeys.push_back("checksum");
   // Whole blocks of bytes may hold anything, and so may what is left, where a block has room for more, mostly zeros.
   if (!DescribeContent(block, index, at, node)) node.AddBytes("Bytes", at.All()).publicValue = kHidden;
-  if (ByteVector rest = at.Rest(); std::any_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte != 0; })) {
+  if (SourceBytes rest = at.Rest(); std::any_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte != 0; })) {
     node.AddBytes("Other bytes", std::move(rest)).publicValue = kHidden;
   }
   return node;

@@ -9,12 +9,12 @@
 
 namespace reedid::document {
 void AddStandard(const VesaBlock& model, std::span<const StdTiming> timings, const ByteSource& at, Node& node) {
-  ByteVector unused;
+  SourceBytes unused;
   for (unsigned i = 0; i < timings.size(); ++i) {
     const StdTiming& timing = timings[i];
-    ByteVector from = at(2 * i, 2);
+    SourceBytes from = at(2 * i, 2);
     if (!timing.valid) {
-      unused.insert(unused.end(), from.begin(), from.end());
+      unused.Add(from);
       continue;
     }
     const std::string name = fmt::format("Timing {}", i + 1);
@@ -52,7 +52,7 @@ void AddFormulas(std::span<const CvtTiming> timings, size_t size, const ByteSour
     if (timing.hactive == 0) continue;
     const TimingItem item = FormulaItem(timing);
     const std::string name = kFormulas[timing.formula & 3];
-    ByteVector from = payload(i * size, size);
+    SourceBytes from = payload(i * size, size);
     if (!IsKnown(item)) {
       node.Add(name, fmt::format("{} pixels {} Hz, cannot be expanded", timing.hactive, timing.frameRate),
                std::move(from));

@@ -11,12 +11,11 @@ void CollectItems(const Node& node, std::vector<TimingItem>& items) {
 }
 
 // Zeros, or a line feed and blanks behind it, as the standards fill up.
-bool IsFilling(const ByteVector& bytes) {
+bool IsFilling(const SourceBytes& bytes) {
   const auto are = [](auto first, auto last, uint8_t value) {
     return std::all_of(first, last, [value](uint8_t byte) { return byte == value; });
   };
-  return are(bytes.begin(), bytes.end(), 0) ||
-         (bytes.front() == '\n' && are(bytes.begin() + 1, bytes.end(), uint8_t{' '}));
+  return are(bytes.begin(), bytes.end(), 0) || (bytes[0] == '\n' && are(bytes.begin() + 1, bytes.end(), uint8_t{' '}));
 }
 
 }  // namespace
@@ -27,18 +26,20 @@ std::vector<TimingItem> ItemsOf(const Node& root) {
   return items;
 }
 
-void Node::AddTiming(const std::string& name, const TimingItem& item, const std::string& more, ByteVector from) {
-  Add(name, (IsKnown(item) ? TimingText(item.timing) : "not in the tables") + more, std::move(from));
-  if (IsKnown(item)) timings.push_back(item);
+void Node::AddTiming(const std::string& name, const TimingItem& item, const std::string& more, SourceBytes from) {
+  Field& field = Add(name, (IsKnown(item) ? TimingText(item.timing) : "not in the tables") + more, std::move(from));
+  if (!IsKnown(item)) return;
+  field.isTiming = true;
+  timings.push_back(item);
 }
 
-Field& Node::AddBytes(const std::string& name, ByteVector from) {
+Field& Node::AddBytes(const std::string& name, SourceBytes from) {
   std::string text = Hex(from);
   return Add(name, std::move(text), std::move(from));
 }
 
 void Node::AddRest(const ByteSource& at, const std::string& name) {
-  ByteVector rest = at.Rest();
+  SourceBytes rest = at.Rest();
   if (rest.empty()) return;
   if (IsFilling(rest)) {
     Add("Unused", "", std::move(rest));
@@ -48,10 +49,11 @@ void Node::AddRest(const ByteSource& at, const std::string& name) {
 }
 
 void HidePrivate(Node& root) {
+  root.block.clear();
   for (Field& field : root.fields) {
     if (!root.isPrivate && !field.publicValue) continue;
     field.value = field.publicValue.value_or(kHidden);
-    field.bytes.clear();
+    field.bytes.Clear();
   }
   for (const std::string& key : root.privateKeys) {
     if (root.record.contains(key)) root.record[key] = nullptr;

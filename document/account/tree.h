@@ -19,27 +19,32 @@ inline constexpr char kHidden[] = "hidden";
 struct Field {
   std::string name;
   std::string value;                            // without one, the field only names what its bytes are
-  ByteVector bytes = {};                        // what the value was made from
+  SourceBytes bytes = {};                       // what the value was made from
   bool isFault = false;                         // tells of something wrong with the data, which should stand out
+  bool isTiming = false;                        // tells one of the node's timings, or a part of its only one
   std::optional<std::string> publicValue = {};  // of a field that gives away one unit: what to say instead
 };
 
 struct Node {
   std::string title;
+  std::string label = {};  // the title without values and numbers that change; empty: the title itself
+  std::string kind = {};   // what may be the same part of another image; empty: that of the same label
   std::vector<Field> fields;
   std::vector<Node> children;
   Json record;                      // what the fields were made from, by the field names of the library's record
   std::vector<TimingItem> timings;  // the timings that this node itself stands for
-  ByteVector bytes;                 // what the title was made from: header bytes
+  SourceBytes bytes;                // what the title was made from: header bytes
+  bool isTiming = false;            // one timing, which the title tells
+  ByteVector block;                 // of a block of the image: all its bytes
   bool isPrivate = false;           // all that it holds gives away one unit
   std::vector<std::string> privateKeys = {};  // those of the record that do
 
-  Field& Add(std::string name, std::string value, ByteVector from = {}) {
+  Field& Add(std::string name, std::string value, SourceBytes from = {}) {
     fields.push_back({std::move(name), std::move(value), std::move(from)});
     return fields.back();
   }
   // A field that gives away one unit, as does the record's value of this name.
-  void AddPrivate(std::string name, std::string value, ByteVector from, const std::string& key) {
+  void AddPrivate(std::string name, std::string value, SourceBytes from, const std::string& key) {
     Add(std::move(name), std::move(value), std::move(from)).publicValue = kHidden;
     privateKeys.push_back(key);
   }
@@ -48,9 +53,9 @@ struct Node {
     return children.back();
   }
   // A field of its own for the timing, which is an item too.
-  void AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "", ByteVector from = {});
+  void AddTiming(const std::string& name, const TimingItem& item, const std::string& more = "", SourceBytes from = {});
   // A field whose value are the bytes themselves.
-  Field& AddBytes(const std::string& name, ByteVector from);
+  Field& AddBytes(const std::string& name, SourceBytes from);
   // What no field was made from: a value unless it is mere filling.
   void AddRest(const ByteSource& at, const std::string& name = "Other bytes");
 };

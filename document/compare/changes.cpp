@@ -3,200 +3,230 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <functional>
-#include <map>
+#include <list>
+#include <set>
+#include <utility>
+
+#include "document/compare/byte_changes.h"
+#include "document/compare/timing_pairs.h"
+#include "document/printable.h"
 
 namespace reedid::document {
 namespace {
 
-constexpr const char* kChangeNames[] = {"kept", "lowered", "raised", "replaced", "dropped", "added", "changed"};
+constexpr int kJsonVersion = 1;  // docs/json.md
+
+constexpr const char* kChangeNames[] = {"kept",    "lowered", "raised",  "replaced",
+                                        "dropped", "added",   "changed", "moved"};
 const char* NameOf(ChangeKind kind) {
   return kChangeNames[static_cast<size_t>(kind)];
 }
 
-// ---- pairs of timings, the closest first
-
-using Alike = std::function<bool(const TimingItem&, const TimingItem&)>;
-
-bool IsSameFormat(const TimingItem& a, const TimingItem& b) {
-  return a.timing.hactive == b.timing.hactive && a.timing.vactive == b.timing.vactive &&
-         a.timing.interlaced == b.timing.interlaced;
+// The value is the bytes themselves, so that single bytes say more than the whole of it.
+bool IsBytes(const Field& field) {
+  return field.value == Hex(field.bytes);
 }
 
-// Image size and preferred mark are no part of what a link must carry; the codes of a VIC are.
-bool IsSameTiming(const TimingItem& a, const TimingItem& b) {
-  const DtdTiming &s = a.timing, &t = b.timing;
-  return IsSameFormat(a, b) && a.id == b.id && a.ycc420 == b.ycc420 && s.pixelClock == t.pixelClock &&
-         s.hblank == t.hblank && s.hfrontPorch == t.hfrontPorch && s.hsyncWidth == t.hsyncWidth &&
-         s.vblank == t.vblank && s.vfrontPorch == t.vfrontPorch && s.vsyncWidth == t.vsyncWidth &&
-         s.hsyncPositive == t.hsyncPositive && s.vsyncPositive == t.vsyncPositive;
+// The bytes stand in the same way, perhaps somewhere else.
+bool HaveSameShape(const SourceBytes& a, const SourceBytes& b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 1; i < a.size(); ++i) {
+    if (a.OffsetOf(i) - a.OffsetOf(0) != b.OffsetOf(i) - b.OffsetOf(0)) return false;
+  }
+  return true;
 }
 
-// A row of the table: a timing of the first image and what became of it.
-struct Row {
-  TimingItem before;
-  std::optional<TimingItem> after;
+Place FirstPlace(size_t block, const SourceBytes& bytes) {
+  return {block, bytes.empty() ? 0 : bytes.OffsetOf(0)};
+}
+
+class Comparison {
+ public:
+  Comparison(const Node& before, const Node& after) : before_(before), after_(after) {}
+
+  std::vector<Change> Run() {
+    PairParts(before_.parts(), after_.parts());
+    for (const TimingPair& pair : PairTimings(before_.parts(), after_.parts())) CompareTimings(pair);
+    for (const Part& part : before_.parts()) {
+      if (part.node->isTiming) continue;
+      if (part.partner) {
+        CompareParts(part, after_.parts()[*part.partner]);
+      } else {
+        AddPart(part, before_, ChangeKind::kDropped);
+      }
+    }
+    for (const Part& part : after_.parts()) {
+      if (!part.partner && !part.node->isTiming) AddPart(part, after_, ChangeKind::kAdded);
+    }
+    for (PlacedChange& change : FindByteChanges(same_, before_, after_)) placed_.push_back(std::move(change));
+    std::stable_sort(placed_.begin(), placed_.end(), [](const PlacedChange& a, const PlacedChange& b) {
+      return std::pair(a.change.kind == ChangeKind::kAdded, a.place) <
+             std::pair(b.change.kind == ChangeKind::kAdded, b.place);
+    });
+    for (PlacedChange& change : placed_) changes_.push_back(std::move(change.change));
+    return std::move(changes_);
+  }
+
+ private:
+  void CompareTimings(const TimingPair& pair) {
+    Change change = TimingChange(pair);
+    if (!pair.before || !pair.after) {
+      const bool isDropped = pair.before.has_value();
+      Side& side = isDropped ? before_ : after_;
+      const PlacedTiming& timing = isDropped ? *pair.before : *pair.after;
+      const Part& part = side.parts()[timing.part];
+      side.Tell(part.block, timing.Bytes(side.parts()));
+      // What else belongs to a timing goes and comes with it.
+      for (const Field& field : part.node->fields) {
+        if (timing.field == nullptr) side.Tell(part.block, field.bytes);
+      }
+      changes_.push_back(std::move(change));
+      return;
+    }
+    const Part &b = before_.parts()[pair.before->part], &a = after_.parts()[pair.after->part];
+    const SourceBytes bytesBefore = pair.before->Bytes(before_.parts()), bytesAfter = pair.after->Bytes(after_.parts());
+    const Field *had = pair.before->field, *has = pair.after->field;
+    if (change.kind == ChangeKind::kKept && had != nullptr && has != nullptr && had->value != has->value) {
+      change = {ChangeKind::kChanged, change.where, fmt::format("{}: {}", had->name, had->value),
+                fmt::format("{}: {}", has->name, has->value)};
+    }
+    if (change.kind == ChangeKind::kKept) {
+      same_.push_back({had == nullptr ? b.path : fmt::format("{} / {}", b.path, had->name), b.block, a.block,
+                       bytesBefore, bytesAfter});
+    } else {
+      before_.Tell(b.block, bytesBefore);
+      after_.Tell(a.block, bytesAfter);
+    }
+    changes_.push_back(std::move(change));
+    if (had == nullptr && has == nullptr) CompareFields(b, a);
+  }
+
+  void CompareParts(const Part& before, const Part& after) {
+    same_.push_back({before.path, before.block, after.block, before.node->bytes, after.node->bytes});
+    CompareFields(before, after);
+  }
+
+  // Fields of one name are paired by their value first.
+  void CompareFields(const Part& before, const Part& after) {
+    std::list<const Field*> left;
+    for (const Field& field : after.node->fields) {
+      if (!field.isTiming && !field.bytes.empty()) left.push_back(&field);
+    }
+    const auto take = [&left](const Field& field, bool sameValue) -> const Field* {
+      const auto found = std::find_if(left.begin(), left.end(), [&](const Field* other) {
+        return other->name == field.name && (!sameValue || other->value == field.value);
+      });
+      if (found == left.end()) return nullptr;
+      const Field* taken = *found;
+      left.erase(found);
+      return taken;
+    };
+    for (const bool sameValue : {true, false}) {
+      for (const Field& field : before.node->fields) {
+        if (field.isTiming || field.bytes.empty() || paired_.contains(&field)) continue;
+        const Field* other = take(field, sameValue);
+        if (other != nullptr) {
+          paired_.insert(&field);
+          CompareField(before, field, after, *other);
+        } else if (!sameValue) {
+          AddField(before, field, before_, ChangeKind::kDropped);
+        }
+      }
+    }
+    for (const Field* field : left) AddField(after, *field, after_, ChangeKind::kAdded);
+  }
+
+  void CompareField(const Part& before, const Field& had, const Part& after, const Field& has) {
+    const std::string where = fmt::format("{} / {}", before.path, had.name);
+    const bool areBytes = had.value.empty() || (IsBytes(had) && IsBytes(has));
+    if (areBytes && !HaveSameShape(had.bytes, has.bytes)) {
+      // What the other fields leave over: where they are others, it is no longer the same and is told as bytes.
+      if (had.value == has.value) return;
+    } else if (had.value == has.value || areBytes) {
+      same_.push_back({where, before.block, after.block, had.bytes, has.bytes});
+      return;
+    }
+    before_.Tell(before.block, had.bytes);
+    after_.Tell(after.block, has.bytes);
+    placed_.push_back({FirstPlace(before.block, had.bytes), {ChangeKind::kChanged, where, had.value, has.value}});
+  }
+
+  // A field that only names what its bytes are has nothing to say; where they differ, they are told as bytes.
+  bool AddField(const Part& part, const Field& field, Side& side, ChangeKind kind) {
+    if (field.value.empty()) return false;
+    side.Tell(part.block, field.bytes);
+    const bool dropped = kind == ChangeKind::kDropped;
+    placed_.push_back({FirstPlace(part.block, field.bytes),
+                       {kind, fmt::format("{} / {}", part.path, field.name), dropped ? field.value : "",
+                        dropped ? "" : field.value}});
+    return true;
+  }
+
+  // A part that only one image has: its fields, or that it is there.
+  void AddPart(const Part& part, Side& side, ChangeKind kind) {
+    bool told = false;
+    for (const Field& field : part.node->fields) {
+      if (!field.isTiming && !field.bytes.empty()) told = AddField(part, field, side, kind) || told;
+      side.Tell(part.block, field.bytes);
+    }
+    side.Tell(part.block, part.node->bytes);
+    if (!part.parent) side.TellBlock(part.block);
+    if (told) return;
+    const bool dropped = kind == ChangeKind::kDropped;
+    placed_.push_back(
+        {FirstPlace(part.block, part.node->bytes), {kind, part.path, dropped ? "there" : "", dropped ? "" : "there"}});
+  }
+
+  Side before_, after_;
+  std::vector<Change> changes_;       // of the timings
+  std::vector<PlacedChange> placed_;  // all others
+  std::vector<SameText> same_;
+  std::set<const Field*> paired_;
 };
 
-// Gives rows without a partner the first item of `left` that is alike, which leaves `left`.
-void Pair(std::vector<Row>& rows, std::vector<TimingItem>& left, const Alike& alike) {
-  for (Row& row : rows) {
-    if (row.after) continue;
-    const auto found = std::find_if(left.begin(), left.end(), [&](const TimingItem& item) {
-      return item.kind == row.before.kind && alike(row.before, item);
-    });
-    if (found == left.end()) continue;
-    row.after = *found;
-    left.erase(found);
-  }
+std::string ValuesText(const Change& change) {
+  if (change.kind == ChangeKind::kKept || change.after.empty()) return change.before;
+  return change.before.empty() ? change.after : fmt::format("{} -> {}", change.before, change.after);
 }
 
-// A VIC that is left in YCbCr 4:2:0 only, for its clock.
-void PairMovedTo420(std::vector<Row>& rows, std::vector<TimingItem>& left) {
-  for (Row& row : rows) {
-    if (row.after || row.before.kind != TimingKind::kVic) continue;
-    const auto found = std::find_if(left.begin(), left.end(), [&](const TimingItem& item) {
-      return item.kind == TimingKind::kVic420 && item.id == row.before.id;
-    });
-    if (found == left.end()) continue;
-    row.after = *found;
-    left.erase(found);
-  }
-}
-
-Change TimingChange(const Row& row) {
-  Change change = {ChangeKind::kDropped, KindName(row.before.kind), ItemText(row.before), ""};
-  if (!row.after) return change;
-  change.after = ItemText(*row.after);
-  if (row.after->kind != row.before.kind) {
-    change.kind = ChangeKind::kReplaced;
-    change.after = fmt::format("{} {}", KindName(row.after->kind), change.after);
-  } else if (IsSameTiming(row.before, *row.after)) {
-    change.kind = ChangeKind::kKept;
-  } else if (row.before.id != row.after->id || row.before.timing.pixelClock == row.after->timing.pixelClock) {
-    change.kind = ChangeKind::kReplaced;
-  } else {
-    const bool lower = row.after->timing.pixelClock < row.before.timing.pixelClock;
-    change.kind = lower ? ChangeKind::kLowered : ChangeKind::kRaised;
-  }
-  return change;
-}
-
-void AddTimingChanges(const Node& before, const Node& after, std::vector<Change>& changes) {
-  std::vector<Row> rows;
-  for (const TimingItem& item : ItemsOf(before)) rows.push_back({item, std::nullopt});
-  std::vector<TimingItem> left = ItemsOf(after);
-  Pair(rows, left, IsSameTiming);
-  Pair(rows, left, IsSameFormat);
-  PairMovedTo420(rows, left);
-  for (const Row& row : rows) changes.push_back(TimingChange(row));
-  for (const TimingItem& item : left) {
-    changes.push_back({ChangeKind::kAdded, KindName(item.kind), "", ItemText(item)});
-  }
-}
-
-// ---- every other field
-
-struct Named {
-  std::string where;
-  std::string value;
-};
-
-// Follows from the rest, or is told apart from it, so a line of its own says nothing new.
-bool IsDerived(const Field& field) {
-  static constexpr const char* kNames[] = {"Checksum",     "Section checksum", "Free bytes",
-                                           "Section size", "Timing offset",    "Bytes"};
-  return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) { return field.name == name; });
-}
-
-bool HasText(const Node& node) {
-  return std::any_of(node.fields.begin(), node.fields.end(), [](const Field& f) { return !f.value.empty(); });
-}
-
-bool HasReadableField(const Node& node) {
-  return std::any_of(node.fields.begin(), node.fields.end(),
-                     [](const Field& f) { return !f.value.empty() && f.name != "Bytes"; });
-}
-
-// A path names a part by its title; parts of the same title are numbered. Parts that stand for timings are rows above.
-void CollectFields(const Node& node, const std::string& path, std::vector<Named>& fields) {
-  if (node.timings.empty()) {
-    if (!HasText(node) && node.children.empty()) fields.push_back({path, "there"});
-    for (const Field& field : node.fields) {
-      if (field.value.empty()) continue;
-      const bool onlyBytes = field.name == "Bytes" && !HasReadableField(node);
-      if (!IsDerived(field) || onlyBytes) fields.push_back({fmt::format("{} / {}", path, field.name), field.value});
-    }
-  }
-  std::map<std::string, unsigned> seen;
-  for (const Node& child : node.children) {
-    const unsigned number = ++seen[child.title];
-    const std::string title = number == 1 ? child.title : fmt::format("{} #{}", child.title, number);
-    CollectFields(child, path.empty() ? title : fmt::format("{} / {}", path, title), fields);
-  }
-}
-
-std::vector<Named> FieldsOf(const Node& root) {
-  std::vector<Named> fields;
-  for (const Node& block : root.children) CollectFields(block, block.title, fields);
-  return fields;
-}
-
-void AddFieldChanges(const Node& before, const Node& after, std::vector<Change>& changes) {
-  std::vector<Named> left = FieldsOf(after);
-  for (const Named& field : FieldsOf(before)) {
-    const auto found =
-        std::find_if(left.begin(), left.end(), [&](const Named& other) { return other.where == field.where; });
-    if (found == left.end()) {
-      changes.push_back({ChangeKind::kDropped, field.where, field.value, ""});
-      continue;
-    }
-    if (found->value != field.value) changes.push_back({ChangeKind::kChanged, field.where, field.value, found->value});
-    left.erase(found);
-  }
-  for (const Named& field : left) changes.push_back({ChangeKind::kAdded, field.where, "", field.value});
+bool IsShown(const Change& change, bool all) {
+  return all || change.kind != ChangeKind::kKept;
 }
 
 }  // namespace
 
 std::vector<Change> FindChanges(const Node& before, const Node& after) {
-  std::vector<Change> changes;
-  AddTimingChanges(before, after, changes);
-  AddFieldChanges(before, after, changes);
-  return changes;
+  return Comparison(before, after).Run();
 }
 
 bool AreSame(const std::vector<Change>& changes) {
   return std::all_of(changes.begin(), changes.end(), [](const Change& c) { return c.kind == ChangeKind::kKept; });
 }
 
-std::string ChangesText(const std::vector<Change>& changes) {
+std::string ChangesText(const std::vector<Change>& changes, bool all) {
   std::string text;
   size_t counts[std::size(kChangeNames)] = {};
   for (const Change& change : changes) {
     ++counts[static_cast<size_t>(change.kind)];
-    text += fmt::format("{:<8}  {:<15}  ", NameOf(change.kind), change.where);
-    if (change.kind == ChangeKind::kKept || change.after.empty()) {
-      text += change.before;
-    } else {
-      text += change.before.empty() ? change.after : fmt::format("{} -> {}", change.before, change.after);
-    }
-    text += '\n';
+    if (!IsShown(change, all)) continue;
+    const std::string line = fmt::format("{:<8}  {:<15}  {}", NameOf(change.kind), change.where, ValuesText(change));
+    text += WithoutControls(line) + '\n';
   }
   for (size_t i = 0; i < std::size(counts); ++i)
     text += fmt::format("{}{} {}", i == 0 ? "" : ", ", counts[i], kChangeNames[i]);
   return text + "\n";
 }
 
-Json ChangesJson(const std::vector<Change>& changes) {
+Json ChangesJson(const std::vector<Change>& changes, bool all) {
   Json json = Json::array();
   for (const Change& change : changes) {
+    if (!IsShown(change, all)) continue;
     Json one = {{"change", NameOf(change.kind)}, {"where", change.where}};
     if (!change.before.empty()) one["before"] = change.before;
     if (!change.after.empty()) one["after"] = change.after;
     json.push_back(one);
   }
-  return {{"changes", json}};
+  return {{"version", kJsonVersion}, {"same", AreSame(changes)}, {"changes", json}};
 }
 
 }  // namespace reedid::document
