@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "document/account/cta_audio.h"
 #include "document/account/cta_color.h"
 #include "document/account/cta_hdmi.h"
@@ -17,6 +19,7 @@ namespace reedid::document {
 namespace {
 
 constexpr size_t kCollectionStart = 4;
+constexpr size_t kChecksumByte = 127;
 constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
 
 // A renderer returns false when the block cannot be decoded; without one, the bytes are shown.
@@ -137,6 +140,73 @@ void AddHeader(const CeaBlock& model, const ByteSource& at, Node& node) {
   node.Add("Free bytes", fmt::format("{}", model.freeSpace));
 }
 
+// Where the data blocks must end: the timings follow, or the checksum.
+size_t CollectionEnd(const CeaBlock& model) {
+  const bool hasTimings = model.dtdOffset >= kCollectionStart && model.dtdOffset < kChecksumByte;
+  return hasTimings ? model.dtdOffset : kChecksumByte;
+}
+
+bool AreZero(std::span<const uint8_t> bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](uint8_t byte) { return byte == 0; });
+}
+
+// No source takes timings from here.
+void TakeTimings(Node& node) {
+  node.timings.clear();
+  node.isTiming = false;
+  for (Field& field : node.fields) field.isTiming = false;
+  for (Node& child : node.children) TakeTimings(child);
+}
+
+// Readers stop at a data block of tag 0, which CTA-861 reserves; what follows was meant as data blocks all the same.
+void DescribeBehindTag0(const EdidBlock& block, const CeaBlock& model, size_t offset, const ByteSource& at,
+                        Node& parent) {
+  const size_t end = CollectionEnd(model);
+  if (offset >= end || block.bytes[offset] >> 5 != 0 || AreZero({block.bytes + offset, end - offset})) return;
+  Node node;
+  node.title = fmt::format("Behind the data block of tag 0 at byte {}, where readers stop", offset);
+  node.label = "Behind a data block of tag 0";
+  for (uint8_t size = 0; offset < end; offset += size) {
+    const unsigned header = block.bytes[offset];
+    size = static_cast<uint8_t>(1 + (header & 0x1F));
+    const bool fits = offset + size <= end && (header >> 5 != CEA_TAG_EXTENDED || size > 1);
+    if (!fits || AreZero({block.bytes + offset, end - offset})) break;
+    const CeaDataBlock entry = {static_cast<uint8_t>(header >> 5),
+                                header >> 5 == CEA_TAG_EXTENDED ? block.bytes[offset + 1] : uint8_t{0}, size,
+                                block.bytes + offset};
+    if (entry.tag != 0) {
+      node.Child(DescribeDataBlock(entry, model, at.Part(offset, size)));
+    } else {
+      node.AddBytes("Tag 0", at(offset, size)).publicValue = kHidden;
+    }
+  }
+  TakeTimings(node);
+  if (!node.children.empty()) node.fields.front().isFault = true;
+  parent.Child(std::move(node));
+}
+
+// Every slot up to the padding, also behind one that is no sound timing.
+void DescribeSlots(const EdidBlock& block, const CeaBlock& model, const ByteSource& at, Node& node) {
+  if (model.dtdOffset < kCollectionStart) return;
+  unsigned number = 0;
+  for (size_t offset = model.dtdOffset; offset + kDtdSize <= kChecksumByte; offset += kDtdSize) {
+    if (AreZero({block.bytes + offset, kDtdSize})) return;
+    DtdSlot slot = {1, {}};
+    std::copy_n(block.bytes + offset, kDtdSize, slot.bytes);
+    const bool isTiming = slot.bytes[0] != 0 || slot.bytes[1] != 0;
+    const ByteSource from = at.Part(offset, kDtdSize);
+    if (isTiming) {
+      node.Child(DescribeDtd(fmt::format("Detailed timing {}", ++number), slot, from));
+    } else {
+      Node other;
+      other.title = fmt::format("No timing ({:02x}) at byte {}", slot.bytes[3], offset);
+      other.label = fmt::format("No timing ({:02x})", slot.bytes[3]);
+      other.AddBytes("Bytes", from.All()).publicValue = kHidden;
+      node.Child(std::move(other));
+    }
+  }
+}
+
 }  // namespace
 
 bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node) {
@@ -149,11 +219,8 @@ bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node) {
     if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry, *model, at.Part(offset, entry.size)));
     offset += entry.size;
   }
-  if (model->dtds == nullptr) return true;
-  for (unsigned i = 0; i < model->dtdCount; ++i) {
-    const ByteSource slot = at.Part(model->dtdOffset + kDtdSize * i, kDtdSize);
-    node.Child(DescribeDtd(fmt::format("Detailed timing {}", i + 1), model->dtds[i], slot));
-  }
+  DescribeBehindTag0(block, *model, offset, at, node);
+  DescribeSlots(block, *model, at, node);
   return true;
 }
 

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "document/account/cta_hdmi_video.h"
 #include "document/account/records.h"
 #include "document/account/values.h"
 
@@ -27,17 +28,6 @@ const char* SlicesText(unsigned code) {
   return code < std::size(kSlices) ? kSlices[code] : "reserved";
 }
 
-std::string HdmiVicText(const H14bRecord& r) {
-  static constexpr const char* kNames[] = {"reserved", "3840x2160 30 Hz", "3840x2160 25 Hz", "3840x2160 24 Hz",
-                                           "4096x2160 24 Hz"};
-  std::string text;
-  for (unsigned i = 0; i < r.hdmiVicLen && i < std::size(r.hdmiVics); ++i) {
-    const unsigned vic = r.hdmiVics[i];
-    text += fmt::format("{}{} ({})", i == 0 ? "" : ", ", vic, vic < std::size(kNames) ? kNames[vic] : "reserved");
-  }
-  return text;
-}
-
 // A maximum of 0 is that of each video format.
 void AddVrr(const HfVsdbRecord& r, const ByteSource& at, Node& node) {
   if (r.VRRmax == 0 && r.VRRmin == 0) return;
@@ -58,25 +48,6 @@ void AddDsc(const HfVsdbRecord& r, const ByteSource& at, Node& node) {
   node.Add("DSC chunk", fmt::format("{} KiB", r.DSC_TotalChunkKBytes), at(13));
 }
 
-// Latencies stand from byte 9 on, two bytes for each pair; the video part behind those that are there.
-size_t AddLatencies(const H14bRecord& r, const ByteSource& at, Node& node) {
-  if (!r.latencyPresent || at.size() < 11) return 9;
-  const auto text = [](unsigned video, unsigned audio) {
-    return fmt::format("video {} ms, audio {} ms", video, audio);
-  };
-  node.Add("Latency", text(r.videoLatency, r.audioLatency), at(9, 2));
-  if (at.size() < 13) return 11;
-  if (r.iLatencyPresent) node.Add("Interlaced latency", text(r.iVideoLatency, r.iAudioLatency), at(11, 2));
-  return 13;
-}
-
-void AddHdmiVideo(const H14bRecord& r, const ByteSource& part, Node& node) {
-  static constexpr const char* kSizes[] = {"not stated", "aspect ratio right", "right to 1 cm", "in units of 5 cm"};
-  if (!r.hdmiVideoPresent || part.size() < 2) return;
-  node.Add("Image size", kSizes[r.imageSize & 3], part(0));
-  node.Add("HDMI VICs", r.hdmiVicLen == 0 ? "none" : HdmiVicText(r), part(1, 1u + r.hdmiVicLen));
-}
-
 }  // namespace
 
 bool DescribeHdmi14b(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
@@ -91,7 +62,7 @@ bool DescribeHdmi14b(const CeaDataBlock& entry, const CeaBlock&, const ByteSourc
   node.Add("Supports", SetFlags(flags), at(6));
   node.Add("Max TMDS clock", r.max_TMDS_Clock == 0 ? "not stated" : fmt::format("{} MHz", r.max_TMDS_Clock), at(7));
   if (at.size() >= 9) node.Add("Content types", SetFlags(contents), at(8));
-  AddHdmiVideo(r, at.Part(AddLatencies(r, at, node)), node);
+  AddHdmiVideo(entry, at, node);
   return true;
 }
 

@@ -80,7 +80,9 @@ TimingItem StandardItem(const VesaBlock* model, const StdTiming& timing) {
 
 TimingItem FormulaItem(const CvtTiming& request) {
   TimingItem item = {TimingKind::kFormula, 0, request.ycc420 != 0, {}};
-  if (Cvt2ToDtd(&request, &item.timing) != 0) item.timing = {};
+  const DtdTiming& t = item.timing;
+  // Formats of a few pixels leave the formula without a clock or a sync pulse: there is no such timing.
+  if (Cvt2ToDtd(&request, &item.timing) != 0 || t.pixelClock == 0 || t.hsyncWidth == 0) item.timing = {};
   return item;
 }
 

@@ -91,7 +91,8 @@ std::vector<const Point*> LabelledPoints(const Series& series) {
   }
   const auto weight = [](const Point* p) {
     return std::tuple(p->preferred,
-                      p->item.timing.hactive * p->item.timing.vactive * (p->item.timing.interlaced ? 2 : 1), p->rate);
+                      uint64_t{p->item.timing.hactive} * p->item.timing.vactive * (p->item.timing.interlaced ? 2 : 1),
+                      p->rate);
   };
   std::sort(labelled.begin(), labelled.end(), [&](const Point* a, const Point* b) { return weight(a) > weight(b); });
   return labelled;
