@@ -44,7 +44,7 @@ std::optional<uint64_t> ToNumber(std::string_view digits, int base) {
   return value;
 }
 
-bool StartsWith(const ByteVector& bytes, std::span<const uint8_t> start) {
+bool StartsWith(std::span<const uint8_t> bytes, std::span<const uint8_t> start) {
   return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
 

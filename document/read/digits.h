@@ -32,7 +32,7 @@ std::string_view WithoutPrefix(std::string_view token);
 bool IsHex(std::string_view digits);
 std::optional<uint64_t> ToNumber(std::string_view digits, int base);
 
-bool StartsWith(const ByteVector& bytes, std::span<const uint8_t> start);
+bool StartsWith(std::span<const uint8_t> bytes, std::span<const uint8_t> start);
 
 // Pairs of digits; the caller has checked that they are hexadecimal and even in number.
 void AppendPairs(std::string_view digits, ByteVector& out);

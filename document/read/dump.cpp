@@ -3,9 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
+#include "document/printable.h"
 #include "document/read/digits.h"
 
 namespace reedid::document {
@@ -66,7 +69,8 @@ std::vector<Row> FindRows(const std::vector<Line>& lines) {
     } else if (text == "*" && !rows.empty()) {
       rows.back().repeated = true;
     } else if (!rows.empty()) {
-      FailInLine(line.number, fmt::format("'{}' is no row of the dump; remove what does not belong to it", text));
+      FailInLine(line.number,
+                 fmt::format("'{}' is no row of the dump; remove what does not belong to it", Shortened(text)));
     }
   }
   return rows;
@@ -111,7 +115,7 @@ bool AppendLastRow(const Row& row, size_t width, size_t hexEnd, ByteVector& out)
 }
 
 // Reads the rows with their offsets in this base; nothing when a row does not have the bytes that its offset tells.
-std::optional<ByteVector> ReadRows(const std::vector<Row>& rows, int base) {
+std::optional<ByteVector> ReadRows(std::span<const Row> rows, int base) {
   ByteVector out;
   size_t width = kUsualRow;
   size_t hexEnd = 0;
@@ -135,18 +139,30 @@ void UndoWordOrder(ByteVector& bytes) {
   for (size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
 }
 
-}  // namespace
+bool BeginsDump(const Row& row) {
+  return row.offset.find_first_not_of('0') == row.offset.npos && !Trim(row.rest).empty();
+}
 
-std::optional<ByteVector> ReadDump(std::string_view text) {
-  const std::vector<Row> rows = FindRows(SplitLines(text));
-  if (rows.empty()) return std::nullopt;
+ByteVector ReadDump(std::span<const Row> rows) {
   for (const int base : {16, 10, 8}) {
     if (std::optional<ByteVector> bytes = ReadRows(rows, base)) {
       UndoWordOrder(*bytes);
-      return bytes;
+      return *bytes;
     }
   }
   FailInLine(rows.front().line, "this dump has rows whose bytes do not fit their offsets; make it anew");
+}
+
+}  // namespace
+
+std::vector<ByteVector> ReadDumps(std::string_view text) {
+  const std::vector<Row> rows = FindRows(SplitLines(text));
+  std::vector<ByteVector> dumps;
+  for (size_t first = 0, end = 0; first < rows.size(); first = end) {
+    for (end = first + 1; end < rows.size() && !BeginsDump(rows[end]);) ++end;
+    dumps.push_back(ReadDump(std::span(rows).subspan(first, end - first)));
+  }
+  return dumps;
 }
 
 }  // namespace reedid::document

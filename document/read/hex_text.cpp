@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "document/error.h"
+#include "document/printable.h"
 #include "document/read/digits.h"
 #include "document/read/dump.h"
 
@@ -66,7 +68,7 @@ ByteVector ReadCArray(std::string_view text) {
   ByteVector bytes;
   for (const std::string_view token : SplitTokens(text.substr(open + 1, close - open - 1), ", \t\r\n")) {
     const std::optional<uint8_t> value = ReadElement(token);
-    if (!value) FailInLine(line, fmt::format("'{}' in the array is no byte; write 0x00 to 0xFF", token));
+    if (!value) FailInLine(line, fmt::format("'{}' in the array is no byte; write 0x00 to 0xFF", Shortened(token)));
     bytes.push_back(*value);
   }
   return bytes;
@@ -108,7 +110,7 @@ PlainText ReadPlainText(const std::vector<Line>& lines) {
     std::string_view bad;
     const ByteVector bytes = ReadPlainLine(line.text, bad);
     if (!bad.empty()) {
-      if (bytes.size() >= kDamaged) FailInLine(line.number, fmt::format("'{}' is not hexadecimal", bad));
+      if (bytes.size() >= kDamaged) FailInLine(line.number, fmt::format("'{}' is not hexadecimal", Shortened(bad)));
       result.badLines.emplace_back(line.number, bad);
       inRun = false;
     } else if (!bytes.empty()) {
@@ -120,28 +122,57 @@ PlainText ReadPlainText(const std::vector<Line>& lines) {
   return result;
 }
 
-// Digits alone are taken as they are. Among other text there must be one run of digits, and it must be an EDID.
-ByteVector ReadPlain(const std::vector<Line>& lines) {
-  const PlainText text = ReadPlainText(lines);
-  if (text.badLines.empty()) return text.runs.empty() ? ByteVector() : text.runs.front();
+// Digits alone are taken as they are. Among other text each run of digits must be an EDID.
+std::vector<ByteVector> ReadPlain(const std::vector<Line>& lines) {
+  PlainText text = ReadPlainText(lines);
+  if (text.badLines.empty()) return std::move(text.runs);
   const auto [number, bad] = text.badLines.front();
   if (text.runs.empty() || !StartsWith(text.runs.front(), kHeader)) {
-    FailInLine(number,
-               fmt::format("'{}' is not hexadecimal, and the text holds no EDID that begins with 00 ff ff", bad));
+    FailInLine(number, fmt::format("'{}' is not hexadecimal, and the text holds no EDID that begins with 00 ff ff",
+                                   Shortened(bad)));
   }
-  if (text.runs.size() > 1) {
-    FailInLine(number, "digits of several EDIDs, or of one with text in its midst; keep the digits of one EDID");
+  if (!std::all_of(text.runs.begin(), text.runs.end(),
+                   [](const ByteVector& run) { return StartsWith(run, kHeader); })) {
+    FailInLine(number, "digits of an EDID with text in its midst; keep the digits alone");
   }
-  return text.runs.front();
+  return std::move(text.runs);
+}
+
+// An EDID begins at a block whose first bytes are its header.
+void AddImages(const ByteVector& bytes, std::vector<ByteVector>& images) {
+  constexpr size_t kBlockSize = 128;
+  size_t first = 0;
+  for (size_t at = kBlockSize; at < bytes.size(); at += kBlockSize) {
+    if (!StartsWith(bytes, kHeader) || !StartsWith(std::span(bytes).subspan(at), kHeader)) continue;
+    images.emplace_back(bytes.begin() + static_cast<long>(first), bytes.begin() + static_cast<long>(at));
+    first = at;
+  }
+  images.emplace_back(bytes.begin() + static_cast<long>(first), bytes.end());
 }
 
 }  // namespace
 
-ByteVector ParseHexText(std::string_view text) {
+std::vector<ByteVector> ParseHexTexts(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);  // a byte order mark
-  if (const auto bytes = ReadDump(text)) return *bytes;
-  const std::string bare = WithoutComments(text);
-  return bare.find('{') != bare.npos ? ReadCArray(bare) : ReadPlain(SplitLines(bare));
+  std::vector<ByteVector> parts = ReadDumps(text), images;
+  if (parts.empty()) {
+    const std::string bare = WithoutComments(text);
+    if (bare.find('{') != bare.npos) {
+      parts.push_back(ReadCArray(bare));
+    } else {
+      parts = ReadPlain(SplitLines(bare));
+    }
+  }
+  for (const ByteVector& part : parts) AddImages(part, images);
+  return images;
+}
+
+ByteVector ParseHexText(std::string_view text) {
+  const std::vector<ByteVector> images = ParseHexTexts(text);
+  if (images.size() > 1) {
+    throw Error(ErrorKind::kInput, fmt::format("digits of {} EDIDs; keep those of one", images.size()));
+  }
+  return images.empty() ? ByteVector() : images.front();
 }
 
 bool LooksLikeText(std::span<const uint8_t> bytes) {

@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "document/bytes.h"
 
@@ -15,6 +16,10 @@ namespace reedid::document {
  * fault; no byte is ever guessed or left out.
  */
 ByteVector ParseHexText(std::string_view text);
+
+// The same of a text that may have several EDIDs, one behind the other, with other text between or without; each begins
+// with 00 ff ff ff ff ff ff 00. None when there are no digits.
+std::vector<ByteVector> ParseHexTexts(std::string_view text);
 
 // Whether the bytes are text at all: no control character other than white space.
 bool LooksLikeText(std::span<const uint8_t> bytes);

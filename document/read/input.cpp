@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "document/error.h"
+#include "document/read/digits.h"
 #include "document/read/hex_text.h"
 #include "reedid/image.h"
 
@@ -19,18 +20,28 @@ bool HasEdidHeader(std::span<const uint8_t> bytes) {
 
 }  // namespace
 
-ByteVector ParseInput(const std::string& name, std::span<const uint8_t> content) {
+std::vector<ByteVector> ParseInput(const std::string& name, std::span<const uint8_t> content) {
   if (content.empty()) {
     Fail(name, "empty; a connector of /sys/class/drm without a display gives no EDID, other files must hold one");
   }
-  if (HasEdidHeader(content) || !LooksLikeText(content)) return {content.begin(), content.end()};
+  if (HasEdidHeader(content) || !LooksLikeText(content)) return {{content.begin(), content.end()}};
   try {
-    ByteVector parsed = ParseHexText({reinterpret_cast<const char*>(content.data()), content.size()});
+    std::vector<ByteVector> parsed = ParseHexTexts({reinterpret_cast<const char*>(content.data()), content.size()});
     if (parsed.empty()) throw Error(ErrorKind::kInput, "text without hexadecimal digits");
     return parsed;
   } catch (const Error& error) {
     Fail(name, error.what());
   }
+}
+
+bool MayBeEdid(std::span<const uint8_t> content) {
+  if (HasEdidHeader(content)) return true;
+  std::string digits;
+  for (const uint8_t byte : content) {
+    if ((byte | 0x20) == 'x' && digits.ends_with('0')) digits.pop_back();  // of a prefix
+    if (kHexDigits.find(static_cast<char>(byte)) != kHexDigits.npos) digits += static_cast<char>(byte | 0x20);
+  }
+  return LooksLikeText(content) && digits.find("ffffffff") != digits.npos;
 }
 
 }  // namespace reedid::document

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "document/error.h"
+#include "document/printable.h"
 #include "document/read/sample_parts.h"
 
 namespace reedid::document {
@@ -194,7 +195,7 @@ ByteVector SampleBytes(const std::string& name) {
     if (name == sample.name) return sample.build();
     names += fmt::format("{}{}", names.empty() ? "" : ", ", sample.name);
   }
-  throw Error(ErrorKind::kInput, fmt::format("sample:{}: no such sample; there are {}", name, names));
+  throw Error(ErrorKind::kInput, fmt::format("sample:{}: no such sample; there are {}", Shortened(name), names));
 }
 
 }  // namespace reedid::document

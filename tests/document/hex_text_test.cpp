@@ -61,7 +61,7 @@ TEST(HexText, ErrorsNameTheLineAndNoByteIsGuessed) {
   } cases[] = {
       {"odd digits", "00 ff\n123\n", "line 2: '123' is not hexadecimal"},
       {"damaged line behind an EDID", kEdid + "\n00112233 4g\n", "line 2: '4g' is not hexadecimal"},
-      {"two EDIDs", "a:\n" + kEdid + "\nz:\n" + kEdid, "several EDIDs"},
+      {"two EDIDs", "a:\n" + kEdid + "\nz:\n" + kEdid, "digits of 2 EDIDs"},
       {"an EDID with text in its midst", kEdid + "\nzz\n0011\n", "text in its midst"},
       {"prose", "this is no EDID", "'this' is not hexadecimal"},
       {"array too wide", "{0x00, 0x1ff}", "'0x1ff' in the array is no byte"},
@@ -95,6 +95,23 @@ std::string Dump(const ByteVector& bytes, const char* offset, const char* byte, 
     last = row;
   }
   return out + fmt::format(fmt::runtime(offset), bytes.size()) + "\n";
+}
+
+// Pasted together they are as many images as they were before.
+TEST(HexText, SeveralEdids) {
+  const ByteVector first = SampleBytes("dvi"), second = SampleBytes("tv-4k");
+  const std::vector<ByteVector> both = {first, second};
+  ByteVector joined = first;
+  joined.insert(joined.end(), second.begin(), second.end());
+  const std::pair<const char*, std::string> texts[] = {
+      {"digits", HexRows(first) + HexRows(second)},
+      {"a gap", HexRows(first) + "\n\n" + HexRows(second)},
+      {"words between", "HDMI-1:\n" + HexRows(first) + "DP-2:\n" + HexRows(second)},
+      {"a dump of both", Dump(joined, "{:08x}:", " {:02x}", "", false)},
+      {"two dumps", Dump(first, "{:08x} ", " {:02x}", "  |{}|", true) + Dump(second, "{:08x} ", " {:02x}", "", true)},
+  };
+  for (const auto& [name, text] : texts) EXPECT_EQ(ParseHexTexts(text), both) << name;
+  EXPECT_EQ(ParseHexTexts(" \n"), std::vector<ByteVector>());
 }
 
 TEST(HexText, WholeImagesComeBack) {

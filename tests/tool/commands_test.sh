@@ -177,13 +177,21 @@ ln -s .. many/b/c/up
 ln -s ../a.bin many/b/link.bin
 ln -s nowhere many/dangling
 mkfifo many/pipe
-expect 3 check many
+expect 1 check many
 [ "$(sed -n 's/^\([^ ].*\): .*/\1/p' out | tr '\n' ' ')" = \
-  'many/a.bin many/b/bad.bin many/b/c/prose.txt many/b/link.bin many/z.bin ' ] || fail "check many: $(cat out)"
-has out "^  image  error: line 1: 'no' is not hexadecimal"
-[ "$(tail -n 1 out)" = '3 valid, 1 not valid, 1 no EDID' ] || fail "check many ended: $(tail -n 1 out)"
+  'many/a.bin many/b/bad.bin many/b/link.bin many/z.bin ' ] || fail "check many: $(cat out)"
+[ "$(tail -n 1 out)" = '3 valid, 1 not valid, 0 no EDID' ] || fail "check many ended: $(tail -n 1 out)"
 has out '^      4  note     serial-placeholder$'
-[ -s err ] && fail "check many said on standard error: $(cat err)"
+[ "$(cat err)" = 'reedid: many: 1 file that is no EDID skipped' ] || fail "check many said: $(cat err)"
+# one that was meant as an EDID is not passed over, and neither is one that is named
+cp cut.bin many/b/c/cut.bin
+expect 3 check many
+has out 'many/b/c/cut.bin: no EDID'
+rm many/b/c/cut.bin
+expect 3 check many/a.bin many/b/c/prose.txt
+has out "^  image  error: line 1: 'no' is not hexadecimal"
+expect 3 check many/b/c
+has err 'no EDID in this folder'
 expect 1 check -q many/a.bin many/b/bad.bin
 [ "$(grep -c '^many' out)" = 1 ] || fail "check -q: $(cat out)"
 expect 0 check -q dvi.bin many/a.bin
@@ -193,15 +201,14 @@ has err 'many/empty: no file'
 has out '^1 valid'
 expect 3 check missing many/a.bin
 has out '^missing: no EDID'
-expect 3 rates many
-has out '^many/z.bin: 120, .* Hz$'
-has err 'many/b/bad.bin: .*checksum error'
-has err 'reedid: many/b/c/prose.txt: '
+expect 3 rates many missing
+has out '^many/z.bin: 120.000, .* Hz$'
+has err 'reedid: many: 1 file that is no EDID'
 expect 0 show dvi.bin tv-4k.bin
 "$tool" show tv-4k.bin >alone
 tail -n "$(wc -l <alone)" out >last
 same alone last
-expect 3 show --json many
+expect 3 show --json many cut.bin
 [ "$(grep -c '^    "input": ' out)" = 5 ] || fail "show --json many: $(grep input out)"
 [ "$(grep -c '^    "error": ' out)" = 1 ] || fail "show --json many: $(grep error out)"
 [ "$(sed -n '1p;$p' out | tr -d '\n')" = '[]' ] || fail "show --json many is no array"
@@ -212,7 +219,26 @@ has out '"error": "section.bin: no preferred timing"'
 odd=$(printf 'a\nb\033[31m.bin')
 cp bad.bin "$odd"
 expect 3 rates "$odd" "$odd-missing"
-[ "$(cat out err | grep -c '^\(reedid: \)\?a\\x0ab\\x1b')" = 3 ] || fail "rates of an odd name: $(cat out err)"
+[ "$(cat out err | grep -c '^\(reedid: \)\?a\\x0ab\\x1b')" = 2 ] || fail "rates of an odd name: $(cat out err)"
+
+odd=$(printf 'a\233\302\233\177.bin')
+cp dvi.bin "$odd"
+expect 0 show "$odd" dvi.bin
+has out '^a\\x9b\\xc2\\x9b\\x7f.bin'
+expect 0 show --json "$odd" dvi.bin
+[ "$(LC_ALL=C tr -d '[:print:]\n' <out | wc -c)" = 0 ] || fail 'show --json wrote more than ASCII'
+
+# --- a text with two EDIDs
+{ "$tool" convert dvi.bin --to hex -o -; "$tool" convert tv-4k.bin --to hex -o -; } >both.txt
+expect 0 rates both.txt
+[ "$(sed 's/:.*//' out | tr '\n' ' ')" = 'both.txt#1 both.txt#2 ' ] || fail "rates of two: $(cat out)"
+expect 3 phys both.txt
+has err 'both.txt: a text with 2 EDIDs; name one of them, such as both.txt#1'
+expect 0 convert both.txt#2 --to raw -o back.bin
+same back.bin tv-4k.bin
+expect 3 convert both.txt#3 --to raw -o back.bin
+"$tool" show --json - <both.txt >out || fail 'show of two from a pipe'
+[ "$(grep -c '^    "input": "-#' out)" = 2 ] || fail "show of two from a pipe: $(grep input out)"
 
 # --- plot
 expect 0 plot tv-4k.bin -o tv.svg
@@ -231,6 +257,11 @@ changed=$(cmp -l tv-4k.bin out.bin | wc -l)
 expect 0 phys out.bin 0x3000 -o out.bin
 expect 0 phys out.bin
 [ "$(cat out)" = 3.0.0.0 ] || fail "phys in place printed: $(cat out)"
+expect 0 phys out.bin --json
+has out '"physicalAddress": "3.0.0.0"'
+expect 1 phys dvi.bin --json
+has out '"physicalAddress": null'
+expect 2 phys dvi.bin 1.0.0.0 --json -o new.bin
 expect 1 phys dvi.bin
 has err 'to-hdmi'
 expect 5 phys dvi.bin 1.0.0.0 -o new.bin
@@ -322,6 +353,7 @@ done <<END
 0 173.000.MHz cvt 1920x1080@60
 2 - cvt 1920x1080@60 --rb1 --rb2
 1 - cvt 0x1080@60
+1 - cvt 1x1@1
 2 - cvt 1920x1080
 0 DMT.*0x52 std 1920 16:9 60
 2 - std 1920 17:9 60
@@ -344,6 +376,15 @@ expect 0 limit hdmi20 limited.bin -o twice.bin --quiet
 [ -s out ] && fail "limit --quiet printed: $(cat out)"
 same limited.bin twice.bin
 expect 1 diff tv-4k120.bin limited.bin
+grep -q '^kept' out && fail 'diff told what was kept'
+expect 1 diff tv-4k120.bin limited.bin --all
+has out '^kept '
+expect 0 diff tv-4k120.bin tv-4k120.bin --json
+has out '"same": true'
+expect 0 limit hdmi20 tv-4k120.bin -o out.bin --json
+has out '"version": 1'
+has out '"above": \[\]'
+same out.bin limited.bin
 expect 0 limit hdmi20 tv-4k120.bin --rates 100,60 -o out.bin
 has out '604.250 MHz -> 2560x1440 99.999 Hz 419.690 MHz$'
 "$tool" limit hdmi20 tv-4k120.bin -o - >piped.bin 2>err
@@ -374,7 +415,7 @@ poke odd.bin 8 000
 expect 1 limit hdmi20 odd.bin -o out.bin
 has err 'still above 600 MHz: detailed timing 2560x1440'
 expect 0 high-refresh gaming-dp.bin -o out.bin
-has out '^rates after: *144'
+has out '^rates after: *143.855'
 expect 0 check out.bin
 expect 5 high-refresh tv-4k.bin -o new2.bin
 
@@ -402,6 +443,14 @@ dvi.bin reedid show dvi.bin
 END
 expect 0 --help
 has out 'Exit codes'
+"$tool" limit --help >alone
+expect 0 help limit
+same alone out
+expect 0 help
+has out 'Exit codes'
+expect 2 help frobnicate
+expect 2 $(printf 'f%.0s' $(seq 100)) dvi.bin
+has err "'f\{37\}\.\.\.'"
 expect 0 --version
 
 # --- output that cannot be written: the old file stays, no temporary file does

@@ -33,6 +33,21 @@ if command -v bash >/dev/null; then
   completed=$(PATH="$(dirname "$reedid"):$PATH" bash -c '. "$1"; COMP_WORDS=(reedid ch) COMP_CWORD=1; _reedid
     echo "${COMPREPLY[*]}"; COMP_WORDS=(reedid convert --) COMP_CWORD=2; _reedid; echo "${COMPREPLY[*]}"' \
     bash "$source_dir/tools/completions/reedid.bash")
+  # complete WORD...: what the last word may become
+  complete() {
+    PATH="$(dirname "$reedid"):$PATH" bash -c '. "$0"; COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)); _reedid; echo "${COMPREPLY[*]}"' \
+      "$source_dir/tools/completions/reedid.bash" "$@"
+  }
+  while read -r right words; do
+    [ "$(complete $words | tr ' ' ,)" = "$right" ] || fail "bash completes '$words' to $(complete $words)"
+  done <<END
+hdmi20,hdmi14 reedid limit hdmi
+sdr reedid edit x.bin --limit sd
+raw reedid convert x.bin --to r
+dvi reedid sample d
+tv-4k,tv-4k120 reedid show sample : tv
+timings,timing reedid help tim
+END
   echo "$completed" | grep -qx check || fail "bash does not complete 'ch' to check: $completed"
   echo "$completed" | grep -q -- '--to.*--output\|--output.*--to' || fail "bash misses options of convert: $completed"
 fi

@@ -1,14 +1,31 @@
-# bash completion for reedid: commands and options come from its own help, so that they are never out of date.
+# bash completion for reedid: commands, options and names come from its own help, so that they are never out of date.
+_reedid_samples() { reedid sample 2>/dev/null | sed -n 's/^\([a-z0-9][a-z0-9-]*\) .*/\1/p'; }
+_reedid_limits() { reedid limit --help 2>/dev/null | sed -n '/^Limits:/,/^$/p' | grep -oE '[a-z][a-z0-9-]* \(' | tr -d ' ('; }
+_reedid_forms() { reedid convert --help 2>/dev/null | sed -n 's/^  --to .*{\(.*\)}.*/\1/p' | tr ',' ' '; }
+_reedid_commands() { reedid --help | sed -n '/^Examples:/q;s/^  \([a-z][a-z0-9-]*\)  .*/\1/p'; }
 _reedid() {
-  local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]}
-  if ((COMP_CWORD == 1)); then
-    mapfile -t COMPREPLY < <(compgen -W "$(reedid --help | sed -n '/^Examples:/q;s/^  \([a-z][a-z0-9-]*\)  .*/\1/p') \
-      $(reedid --help | sed -n '/^Options:/,/^$/p' | grep -oE -- '--[a-z0-9-]+')" -- "$word")
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} words=
+  # "sample:tv" is three words where the colon separates them
+  if [[ $word == : && $before == sample ]]; then
+    mapfile -t COMPREPLY < <(_reedid_samples)
+    return
+  elif [[ $before == : && ${COMP_WORDS[COMP_CWORD - 2]} == sample ]]; then
+    words=$(_reedid_samples)
+  elif ((COMP_CWORD == 1)); then
+    words="$(_reedid_commands) help $(reedid --help | sed -n '/^Options:/,/^$/p' | grep -oE -- '--[a-z0-9-]+')"
   elif [[ $word == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$(reedid "$command" --help 2>/dev/null |
-      sed -n 's/^  \(-[^ ]*\).*/\1/p' | grep -oE -- '--[a-z0-9-]+')" -- "$word")
-  elif [[ $word == sample:* || $command == sample ]]; then
-    return  # names of samples
+    words=$(reedid "$command" --help 2>/dev/null | sed -n 's/^  \(-[^ ]*\).*/\1/p' | grep -oE -- '--[a-z0-9-]+')
+  elif [[ $word == sample:* ]]; then
+    words=$(_reedid_samples | sed 's/^/sample:/')
+  elif [[ $before == --limit || ($command == limit && $COMP_CWORD == 2) ]]; then
+    words=$(_reedid_limits)
+  elif [[ $before == --to ]]; then
+    words=$(_reedid_forms)
+  elif [[ $command == sample && $COMP_CWORD == 2 ]]; then
+    words=$(_reedid_samples)
+  elif [[ $command == help ]]; then
+    words=$(_reedid_commands)
   fi
+  mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
 }
 complete -o default -F _reedid reedid

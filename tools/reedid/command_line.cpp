@@ -87,6 +87,7 @@ void AddPhys(CLI::App& app, Command& chosen) {
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("address", options->address,
                       "new address, as 1.2.0.0 or 0x1200; without it, print the present one");
+  command->add_flag("--json", options->json, kJsonHelp);
   command->add_option("-o,--output", options->output, kOutputHelp);
   command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
 }
@@ -158,18 +159,24 @@ void AddPlot(CLI::App& app, Command& chosen) {
   command->add_option("-o,--output", options->output, kOutputHelp);
 }
 
+void AddTable(CLI::App& command, TableOptions& table) {
+  command.add_flag("--all", table.all, "also the timings that were kept");
+  command.add_flag("--json", table.json, kJsonHelp);
+}
+
 void AddDiff(CLI::App& app, Command& chosen) {
   DiffOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "diff", "What differs between two EDIDs", chosen, RunDiff, options);
   command->add_option("first", options->first, kInputHelp)->required();
   command->add_option("second", options->second, "the other one")->required();
-  command->add_flag("--json", options->json, kJsonHelp);
+  AddTable(*command, options->table);
 }
 
 void AddEditOutput(CLI::App& command, EditOptions& options) {
   command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the EDID");
   command.add_option("-o,--output", options.output, kOutputHelp);
-  command.add_flag("-q,--quiet", options.quiet, "no table of changes");
+  AddTable(command, options.table);
+  command.add_flag("-q,--quiet", options.table.quiet, "no table of changes");
   command.add_flag("--allow-loss", options.allowLoss, kAllowLossHelp);
 }
 
@@ -213,7 +220,8 @@ void AddHighRefresh(CLI::App& app, Command& chosen) {
                                  RunHighRefresh, options);
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("-o,--output", options->output, kOutputHelp);
-  command->add_flag("-q,--quiet", options->quiet, "no table of changes");
+  AddTable(*command, options->table);
+  command->add_flag("-q,--quiet", options->table.quiet, "no table of changes");
 }
 
 }  // namespace

@@ -54,10 +54,17 @@ struct PlotOptions {
 };
 Exit RunPlot(const PlotOptions& options, Streams& streams);
 
+// How changes are printed.
+struct TableOptions {
+  bool quiet = false;
+  bool all = false;  // with what was kept
+  bool json = false;
+};
+
 struct DiffOptions {
   std::string first;
   std::string second;
-  bool json = false;
+  TableOptions table;
 };
 Exit RunDiff(const DiffOptions& options, Streams& streams);
 
@@ -72,7 +79,7 @@ struct EditOptions {
   std::vector<EditWord> edits;
   std::string rates;  // "120,60,50"; empty: those of the image
   std::string output;
-  bool quiet = false;
+  TableOptions table;
   bool allowLoss = false;
 };
 Exit RunEdit(const EditOptions& options, Streams& streams);
@@ -80,7 +87,7 @@ Exit RunEdit(const EditOptions& options, Streams& streams);
 struct HighRefreshOptions {
   std::string input;
   std::string output;
-  bool quiet = false;
+  TableOptions table;
 };
 Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
 
@@ -114,6 +121,7 @@ struct PhysOptions {
   std::string input;
   std::string address;  // empty: read
   std::string output;
+  bool json = false;  // of what is read
   bool allowLoss = false;
 };
 Exit RunPhys(const PhysOptions& options, Streams& streams);

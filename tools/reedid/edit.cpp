@@ -27,14 +27,6 @@ using document::Loss;
 using document::Node;
 using document::Rates;
 
-bool NoteWhatIsAbove(const Link& link, const Node& account, const std::string& name) {
-  const std::vector<std::string> above = document::TimingsAbove(account, link.clock, link.has420);
-  for (const std::string& timing : above) {
-    Note(fmt::format("{}: still above {} MHz: {}", name, link.clock / 1000, timing));
-  }
-  return above.empty();
-}
-
 // The table goes where it cannot be mixed with the image.
 void PrintTable(const std::string& text, const std::string& output, Streams& streams) {
   if (output != "-") {
@@ -44,11 +36,31 @@ void PrintTable(const std::string& text, const std::string& output, Streams& str
   }
 }
 
+// What is told of an edit beside its changes: as text, and as more keys of the JSON.
+struct More {
+  std::string text;
+  document::Json json = document::Json::object();
+};
+
+// The account of an image as it was written, with the counts and checksums that generating it mended. What the library
+// has to say of a block it says of the input.
+Node DescribeBytes(const std::string& name, const document::ByteVector& bytes) {
+  Node account;
+  CaptureDiagnostics([&] { account = DescribeImage(Image::FromBytes(name, bytes)); });
+  return account;
+}
+
 // The table comes first: when it cannot be printed, the exit code says that no output was written.
-void Finish(Image& image, const Node& before, const std::string& output, bool quiet, Streams& streams,
-            const std::string& more = "") {
-  const document::ByteVector bytes = image.Generate(ToldNotes());
-  if (!quiet) PrintTable(ChangesText(FindChanges(before, DescribeImage(image))) + more, output, streams);
+void Finish(const document::ByteVector& bytes, const Node& before, const Node& after, const std::string& output,
+            const TableOptions& table, const More& more, Streams& streams) {
+  const std::vector<document::Change> changes = FindChanges(before, after);
+  if (table.json) {
+    document::Json json = ChangesJson(changes, table.all);
+    json.update(more.json);
+    PrintTable(document::JsonText(json), output, streams);
+  } else if (!table.quiet) {
+    PrintTable(ChangesText(changes, table.all) + more.text, output, streams);
+  }
   WriteOutput(output, bytes, streams);
 }
 
@@ -79,17 +91,24 @@ Exit RunEdit(const EditOptions& options, Streams& streams) {
   const Node before = DescribeImage(image);
   const Loss loss = options.allowLoss ? Loss::kAllow : Loss::kRefuse;
   image = document::ApplyEdits(std::move(image), edits, rates, loss, ToldNotes());
-  Finish(image, before, options.output, options.quiet, streams);
+  const document::ByteVector bytes = image.Generate(ToldNotes());
+  const Node after = DescribeBytes(image.name(), bytes);
   const Link* link = document::SlowestLink(edits);
-  if (link == nullptr) return Exit::kDone;
-  return NoteWhatIsAbove(*link, DescribeImage(image), image.name()) ? Exit::kDone : Exit::kNo;
+  std::vector<std::string> above;
+  if (link != nullptr) above = document::TimingsAbove(after, link->clock, link->has420);
+  Finish(bytes, before, after, options.output, options.table, {"", {{"above", above}}}, streams);
+  for (const std::string& timing : above) {
+    Note(fmt::format("{}: still above {} MHz: {}", image.name(), link->clock / 1000, timing));
+  }
+  return above.empty() ? Exit::kDone : Exit::kNo;
 }
 
 Exit RunDiff(const DiffOptions& options, Streams& streams) {
   const Node first = DescribeImage(ReadImage(options.first));
   const Node second = DescribeImage(ReadImage(options.second));
   const std::vector<document::Change> changes = FindChanges(first, second);
-  streams.Result(options.json ? document::JsonText(ChangesJson(changes)) : ChangesText(changes));
+  const bool all = options.table.all;
+  streams.Result(options.table.json ? document::JsonText(ChangesJson(changes, all)) : ChangesText(changes, all));
   return AreSame(changes) ? Exit::kDone : Exit::kNo;
 }
 
@@ -101,7 +120,8 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   const std::string ratesBefore = RatesText(image);
   image = document::HighRefresh(std::move(image));
   const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", ratesBefore, RatesText(image));
-  Finish(image, before, options.output, options.quiet, streams, rates);
+  const document::ByteVector bytes = image.Generate(ToldNotes());
+  Finish(bytes, before, DescribeBytes(image.name(), bytes), options.output, options.table, {rates}, streams);
   return Exit::kDone;
 }
 

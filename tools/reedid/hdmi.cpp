@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "commands.h"
+#include "document/account/tree_json.h"
 #include "document/account/values.h"
 #include "document/edit/address.h"
 #include "document/edit/to_hdmi.h"
@@ -18,13 +19,20 @@ namespace {
 using document::Image;
 using document::Loss;
 
-Exit ReadPhys(const Image& image, Streams& streams) {
+constexpr int kJsonVersion = 1;  // docs/json.md
+
+Exit ReadPhys(const Image& image, bool json, Streams& streams) {
   const std::optional<uint16_t> address = document::AddressOf(image);
+  if (json) {
+    document::Json answer = {{"version", kJsonVersion}, {"physicalAddress", nullptr}};
+    if (address) answer["physicalAddress"] = document::PhysAddrText(*address);
+    streams.Result(document::JsonText(answer));
+  }
   if (!address) {
     Note(fmt::format("{}: no HDMI block, so no physical address; 'reedid to-hdmi' adds one", image.name()));
     return Exit::kNo;
   }
-  streams.Result(document::PhysAddrText(*address) + "\n");
+  if (!json) streams.Result(document::PhysAddrText(*address) + "\n");
   return Exit::kDone;
 }
 
@@ -35,9 +43,12 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
     throw ToolError(Exit::kUsage,
                     "phys with -o sets the address: name it, as in 'reedid phys in.bin 1.2.0.0 -o out.bin'");
   }
+  if (!options.address.empty() && options.json) {
+    throw ToolError(Exit::kUsage, "phys --json prints the address; setting one has nothing to print");
+  }
   if (!options.address.empty()) RequireOutput(options.output, "phys with an address");
   Image image = ReadImage(options.input);
-  if (options.address.empty()) return ReadPhys(image, streams);
+  if (options.address.empty()) return ReadPhys(image, options.json, streams);
   const uint16_t address = document::ParseAddress(options.address, ToldNotes());
   const Loss loss = options.allowLoss ? Loss::kAllow : Loss::kRefuse;
   image = document::SetAddress(std::move(image), address, loss, ToldNotes());

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "document/printable.h"
 #include "tool_error.h"
 
 namespace reedid::tool {
@@ -39,7 +40,8 @@ constexpr CommandHelp kCommands[] = {
      "  reedid plot display.bin -o display.svg\n"
      "  reedid plot sample:tv-4k -o - | rsvg-convert -o tv.png"},
     {"diff", kLook,
-     "Exit code 0: nothing but the bytes' order differs, 1: the table tells what does.\n\n"
+     "Every byte that differs is told: by the timing or the field that it belongs to, by what moved to its place, or\n"
+     "as a byte. Exit code 0: all bytes are equal, 1: the table tells what differs.\n\n"
      "Example:\n  reedid diff display.bin hdmi20.bin"},
     {"rates", kAsk, "Examples:\n  reedid rates display.bin\n  reedid rates displays/                one line per file"},
     {"timings", kAsk, "Example:\n  reedid timings --sort rate display.bin"},
@@ -98,7 +100,7 @@ constexpr char kFooter[] =
     "  reedid limit hdmi20 display.bin -o hdmi20.bin     an EDID whose timings all fit HDMI 2.0\n"
     "  reedid diff display.bin hdmi20.bin                what did that change?\n"
     "\n"
-    "Read on: 'reedid COMMAND --help' for options and examples of a command, 'man reedid' for everything.\n";
+    "Read on: 'reedid help COMMAND' for options and examples of a command, 'man reedid' for everything.\n";
 
 // Letters to insert, remove, replace or swap with the next one to make one word the other (optimal string alignment).
 size_t Distance(std::string_view a, std::string_view b) {
@@ -144,13 +146,14 @@ std::string MainFooter() {
 
 std::string UnknownCommandText(const std::string& word) {
   std::error_code ignored;
+  const std::string shown = document::Shortened(word);
   if (const std::string nearest = NearestCommand(word); !nearest.empty()) {
-    return fmt::format("no command '{}'; did you mean '{}'? See reedid --help", word, nearest);
+    return fmt::format("no command '{}'; did you mean '{}'? See reedid --help", shown, nearest);
   }
   if (std::filesystem::exists(word, ignored)) {
     return fmt::format("a command comes before the input, such as: reedid show {}", word);
   }
-  return fmt::format("no command '{}'; reedid --help lists all", word);
+  return fmt::format("no command '{}'; reedid --help lists all", shown);
 }
 
 std::string ShortHelp() {

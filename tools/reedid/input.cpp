@@ -5,11 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "document/read/input.h"
 #include "document/read/samples.h"
+#include "streams.h"
 #include "tool_error.h"
 
 namespace reedid::tool {
@@ -50,9 +53,43 @@ ByteVector ReadToEnd(const std::string& name) {
   }
 }
 
+// What was read last: a pipe can be read only once, but is asked for its names and then for each of its images.
+const ByteVector& Content(const std::string& name) {
+  static std::string last;
+  static ByteVector content;
+  if (last != name || name.empty()) {
+    content = ReadToEnd(name);
+    last = name;
+  }
+  return content;
+}
+
+std::vector<ByteVector> ImagesIn(const std::string& name) {
+  if (name.starts_with(kSamplePrefix)) return {document::SampleBytes(name.substr(kSamplePrefix.size()))};
+  return document::ParseInput(ShownName(name), Content(name));
+}
+
+// "paste.txt#2", unless there is a file of this name; 0: no number.
+size_t NumberIn(const std::string& name, std::string& file) {
+  const size_t mark = name.rfind('#');
+  size_t number = 0;
+  file = name;
+  if (mark == name.npos || access(name.c_str(), F_OK) == 0) return 0;
+  const auto [end, error] = std::from_chars(name.data() + mark + 1, name.data() + name.size(), number);
+  if (error != std::errc() || end != name.data() + name.size() || number == 0) return 0;
+  file = name.substr(0, mark);
+  return number;
+}
+
 ByteVector ReadInput(const std::string& name) {
-  if (name.starts_with(kSamplePrefix)) return document::SampleBytes(name.substr(kSamplePrefix.size()));
-  return document::ParseInput(ShownName(name), ReadToEnd(name));
+  std::string file;
+  const size_t number = NumberIn(name, file);
+  std::vector<ByteVector> images = ImagesIn(file);
+  if (number > images.size()) Fail(name, fmt::format("there are {} EDIDs in {}", images.size(), ShownName(file)));
+  if (number == 0 && images.size() > 1) {
+    Fail(ShownName(name), fmt::format("a text with {} EDIDs; name one of them, such as {}#1", images.size(), name));
+  }
+  return std::move(images[number == 0 ? 0 : number - 1]);
 }
 
 }  // namespace
@@ -65,8 +102,40 @@ document::Image ReadImage(const std::string& name) {
   }
 }
 
+std::vector<std::string> NamesIn(const std::string& name) {
+  std::string file;
+  if (NumberIn(name, file) != 0) return {name};
+  size_t count = 1;
+  try {
+    count = ImagesIn(name).size();
+  } catch (const ToolError&) {
+  } catch (const document::Error&) {
+  }
+  if (count == 1) return {name};
+  std::vector<std::string> names;
+  for (size_t i = 1; i <= count; ++i) names.push_back(fmt::format("{}#{}", name, i));
+  return names;
+}
+
+bool MayBeEdid(const std::string& name) {
+  try {
+    if (document::MayBeEdid(Content(name))) return true;
+  } catch (const ToolError&) {
+    return true;
+  }
+  bool opens = false;
+  CaptureDiagnostics([&] {
+    try {
+      ReadImage(name);
+      opens = true;
+    } catch (const ToolError&) {
+    }
+  });
+  return opens;
+}
+
 std::string ShownName(const std::string& name) {
-  return name == "-" ? "standard input" : name;
+  return name == "-" || name.starts_with("-#") ? "standard input" + name.substr(1) : name;
 }
 
 }  // namespace reedid::tool

@@ -56,8 +56,10 @@ class Run {
   void Visit(const std::string& name, bool folder) {
     try {
       if (folder) return VisitFolder(name);
-      progress_.Step();
       ++visited_;
+      progress_.Step();
+      const std::vector<std::string> inputs = NamesIn(name);
+      if (inputs.size() > 1) return VisitAll(inputs);
       worst_ = std::max(worst_, work_(name));
     } catch (const ToolError& error) {
       if (error.code() == Exit::kOutput) throw;
@@ -71,8 +73,13 @@ class Run {
     const size_t before = visited_;
     const Exit worstBefore = std::exchange(worst_, Exit::kDone);
     Visit(name, IsFolder(name));
-    if (visited_ == before && worst_ == Exit::kDone)
-      Report(fmt::format("{}: no file in this folder", name), Exit::kInput);
+    if (visited_ == before && worst_ == Exit::kDone) {
+      Report(fmt::format("{}: no {} in this folder", name, skipped_ == 0 ? "file" : "EDID"), Exit::kInput);
+    } else if (skipped_ != 0) {
+      const char* what = skipped_ == 1 ? "file that is no EDID" : "files that are no EDIDs";
+      Report(fmt::format("{}: {} {} skipped", name, skipped_, what), Exit::kDone);
+    }
+    skipped_ = 0;
     worst_ = std::max(worst_, worstBefore);
   }
   Exit worst() const { return worst_; }
@@ -80,7 +87,23 @@ class Run {
  private:
   void VisitFolder(const std::string& folder) {
     const std::vector<Entry> entries = ListFolder(folder);
-    for (const Entry& entry : entries) Visit(entry.path, entry.folder);
+    for (const Entry& entry : entries) {
+      if (!entry.folder && !MayBeEdid(entry.path)) {
+        ++skipped_;
+      } else {
+        Visit(entry.path, entry.folder);
+      }
+    }
+  }
+  void VisitAll(const std::vector<std::string>& inputs) {
+    for (const std::string& input : inputs) {
+      try {
+        worst_ = std::max(worst_, work_(input));
+      } catch (const ToolError& error) {
+        if (error.code() == Exit::kOutput) throw;
+        Report(error.what(), error.code());
+      }
+    }
   }
   void Report(const std::string& message, Exit code) {
     progress_.Erase();
@@ -92,6 +115,7 @@ class Run {
   const std::function<Exit(const std::string&)>& work_;
   Exit worst_ = Exit::kDone;
   size_t visited_ = 0;
+  size_t skipped_ = 0;
 };
 
 // An array that is printed as it grows, and looks like one that was printed at once.
@@ -115,7 +139,7 @@ class JsonArray {
 void TellDiagnostics(const std::string& input, const std::string& log) {
   const std::string name = WithoutControls(ShownName(input));
   std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) Tell(fmt::format("{}: {}\n", name, line));
+  for (std::string line; std::getline(lines, line);) Tell(fmt::format("{}: {}\n", name, WithoutControls(line)));
 }
 
 // The answer on one of several inputs; diagnostics are told with the name of the input in front.
@@ -187,7 +211,7 @@ void Progress::Erase() {
 }
 
 bool IsSingle(const std::vector<std::string>& names) {
-  return names.size() == 1 && !IsFolder(names[0]);
+  return names.size() == 1 && !IsFolder(names[0]) && NamesIn(names[0]).size() == 1;
 }
 
 Exit ForEachInput(const std::vector<std::string>& names, Progress& progress,

@@ -33,12 +33,13 @@ class Progress {
   Clock::time_point next_;
 };
 
-// One name of one input: what is wrong with it ends the command, and its answer stands alone.
+// One name of one EDID: what is wrong with it ends the command, and its answer stands alone.
 bool IsSingle(const std::vector<std::string>& names);
 
 /*
- * Runs `work` for each input. A folder stands for the regular files in it and below it, by name; links to files count,
- * links to folders are not followed, so there is an end. An error (a ToolError, no memory) is told and the next input
+ * Runs `work` for each input. A text with several EDIDs stands for each of them (NamesIn). A folder stands for the
+ * regular files in it and below it, by name; those that are no EDIDs are skipped and counted on one line; links to files
+ * count, links to folders are not followed, so there is an end. An error (a ToolError, no memory) is told and the next input
  * follows, but output that cannot be written ends all. Returns the highest exit code. Keeps no more than the names in
  * the folders on the way.
  */

@@ -1,6 +1,10 @@
 // From the command line to the exit code.
 
+#include <algorithm>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "command_line.h"
 #include "help.h"
@@ -17,11 +21,17 @@ Exit Run(int argc, char** argv, Streams& streams) {
     Tell(ShortHelp());
     return Exit::kUsage;
   }
-  if (argv[1][0] != '-' && FindHelp(argv[1]) == nullptr) {
-    throw ToolError(Exit::kUsage, UnknownCommandText(argv[1]));
+  // "help COMMAND" is "COMMAND --help", "help" alone is "--help".
+  std::vector<std::string> words(argv + 1, argv + argc);
+  const bool isHelp = words[0] == "help";
+  if (isHelp) words.erase(words.begin());
+  if (!words.empty() && !words[0].starts_with('-') && FindHelp(words[0]) == nullptr) {
+    throw ToolError(Exit::kUsage, UnknownCommandText(words[0]));
   }
+  if (isHelp) words.emplace_back("--help");
+  std::reverse(words.begin(), words.end());  // as the parser takes them
   try {
-    app.parse(argc, argv);
+    app.parse(std::move(words));
   } catch (const CLI::ParseError& error) {
     std::ostringstream help, message;
     const bool wrong = app.exit(error, help, message) != 0;  // help and version are "errors" of code 0

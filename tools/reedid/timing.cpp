@@ -10,12 +10,14 @@
 #include "commands.h"
 #include "document/account/detailed_timing.h"
 #include "document/account/tree_json.h"
+#include "document/printable.h"
 #include "terminal.h"
 
 namespace reedid::tool {
 namespace {
 
 using document::Node;
+using document::Shortened;
 using document::TimingItem;
 
 [[noreturn]] void Wrong(const std::string& what, const std::string& right) {
@@ -34,7 +36,7 @@ std::optional<unsigned> ParseNumber(std::string_view text) {
 
 uint16_t RequireNumber(std::string_view text, const char* right) {
   const std::optional<unsigned> number = ParseNumber(text);
-  if (!number) Wrong(fmt::format("'{}' is no number up to 65535", text), right);
+  if (!number) Wrong(fmt::format("'{}' is no number up to 65535", Shortened(text)), right);
   return static_cast<uint16_t>(*number);
 }
 
@@ -49,7 +51,7 @@ struct Format {
 Format RequireFormat(std::string_view text, const char* right) {
   const size_t x = text.find('x');
   const size_t at = text.find('@');
-  if (x == text.npos || at == text.npos || at < x + 2) Wrong(fmt::format("'{}' is no format", text), right);
+  if (x == text.npos || at == text.npos || at < x + 2) Wrong(fmt::format("'{}' is no format", Shortened(text)), right);
   std::string_view lines = text.substr(x + 1, at - x - 1);
   const bool interlaced = lines.ends_with('i');
   if (interlaced) lines.remove_suffix(1);
@@ -90,7 +92,8 @@ void AddStd(const TimingOptions& options, Node& node) {
   if (options.words.size() != 4) Wrong("a standard timing has width, aspect and rate", kRight);
   StdTiming standard = {1, 0, RequireNumber(options.words[1], kRight), 0};
   while (document::AspectText(standard.aspectRatio) != options.words[2]) {
-    if (++standard.aspectRatio >= ASPECT_UNKNOWN) Wrong(fmt::format("'{}' is no aspect", options.words[2]), kRight);
+    if (++standard.aspectRatio >= ASPECT_UNKNOWN)
+      Wrong(fmt::format("'{}' is no aspect", Shortened(options.words[2])), kRight);
   }
   const unsigned rate = RequireNumber(options.words[3], kRight);
   if (rate > 255) return;
@@ -154,7 +157,7 @@ Exit RunTiming(const TimingOptions& options, Streams& streams) {
     Node node;
     source.add(options, node);
     if (node.children.empty()) {
-      Note(fmt::format("timing: no timing for '{}'", options.words[1]));
+      Note(fmt::format("timing: no timing for '{}'", Shortened(options.words[1])));
       return Exit::kNo;
     }
     if (options.json) {
