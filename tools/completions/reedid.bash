@@ -1,6 +1,7 @@
 # bash completion for reedid: commands, options and names come from its own help, so that they are never out of date.
 _reedid_samples() { reedid sample 2>/dev/null | sed -n 's/^\([a-z0-9][a-z0-9-]*\) .*/\1/p'; }
-_reedid_limits() { reedid limit --help 2>/dev/null | sed -n '/^Limits:/,/^$/p' | grep -oE '[a-z][a-z0-9-]* \(' | tr -d ' ('; }
+# what it says of a name that is no limit
+_reedid_limits() { reedid limit '?' - -o - 2>&1 </dev/null | sed -n 's/.*there are //p' | tr ',' ' '; }
 _reedid_forms() { reedid convert --help 2>/dev/null | sed -n 's/^  --to .*{\(.*\)}.*/\1/p' | tr ',' ' '; }
 _reedid_commands() { reedid --help | sed -n '/^Examples:/q;s/^  \([a-z][a-z0-9-]*\)  .*/\1/p'; }
 _reedid() {

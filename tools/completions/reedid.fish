@@ -6,7 +6,8 @@ function __reedid_options
     reedid (commandline -opc)[2] --help 2>/dev/null | string match -rg '^  [^ ]*(--[a-z0-9-]+)'
 end
 function __reedid_limits
-    reedid limit --help | sed -n '/^Limits:/,/^$/p' | grep -oE '[a-z][a-z0-9-]* \(' | tr -d ' ('
+    # what it says of a name that is no limit
+    reedid limit '?' - -o - 2>&1 </dev/null | sed -n 's/.*there are //p' | string split ', '
 end
 function __reedid_samples
     reedid sample | string match -rg '^([a-z0-9][a-z0-9-]*) '
