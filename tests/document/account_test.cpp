@@ -162,7 +162,7 @@ TEST(Describe, Sections) {
       {"DMT codes", Section().Block(0x06, 0, {0x52}), "DMT 0x52  1920x1080 60.000 Hz 148.500 MHz 16:9\n"},
       {"VIC codes above 128", Section().Block(0x06, 0x40, {219}), "VIC 219  4096x2160 120.000 Hz"},
       {"HDMI VIC codes", Section().Block(0x06, 0x80, {3, 9}), "HDMI VIC 9  reserved\n"},
-      {"DMT bitmap", Section().Block(0x07, 0, {0x08, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "DMT 0x04  640x480 60.000 Hz"},
+      {"DMT bitmap", Section().Block(0x07, 0, {0x08, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "DMT 0x04  640x480 59.940 Hz"},
       {"VIC bitmap", Section().Block(0x08, 0, {0, 0x80, 0, 0, 0, 0, 0, 0}), "VIC 16  1920x1080 60.000 Hz"},
       {"type IX", Section(0x20).Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}),
        "CVT reduced v2  1920x1080 60.000 Hz"},
