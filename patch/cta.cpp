@@ -106,9 +106,9 @@ CtaSlots SlotsOf(const EdidBlock& block) {
   if (!IsCta(block) || !IsOffset(block.bytes[kOffsetByte])) return {};
   CtaSlots slots = {block.bytes[kOffsetByte], 0};
   const Bytes bytes = BytesOf(block);
-  for (unsigned at = slots.begin; at + kDtdSize <= kDataEnd; at += kDtdSize, ++slots.count) {
-    if (UsedEnd(bytes, at, at + kDtdSize) == at) break;
-  }
+  const unsigned whole = (kDataEnd - slots.begin) / kDtdSize;
+  const unsigned used = UsedEnd(bytes, slots.begin, slots.begin + whole * kDtdSize) - slots.begin;
+  slots.count = (used + kDtdSize - 1) / kDtdSize;
   return slots;
 }
 

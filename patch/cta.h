@@ -77,8 +77,8 @@ void VisitCtaDataBlocks(const EdidHandle& handle, Visit&& visit) {
   }
 }
 
-// Detailed timing slots of a CTA extension: those of 18 bytes from byte 2 on, up to the first that is all zero. A slot
-// without a clock is no timing but keeps its place.
+// Detailed timing slots of a CTA extension: 18 bytes each from where byte 2 points, up to the last that is not all zero.
+// A slot without a clock is no timing but keeps its place: some readers end there, some read on.
 struct CtaSlots {
   unsigned begin = 0;
   unsigned count = 0;

@@ -31,7 +31,7 @@ done <"$work/getters"
 
 # Every field of every public structure has its place pinned.
 awk '/^typedef struct/ { name = $3; print name } /^}/ { name = "" }
-     name && /^  [A-Za-z0-9_]+\*? [A-Za-z0-9_]+(\[[^;]*\])*;/ { field = $2; sub(/[;[].*/, "", field); print name "." field }' \
+     name && /^  (const )?[A-Za-z0-9_]+\*? [A-Za-z0-9_]+(\[[^;]*\])*;/ { field = $1 == "const" ? $3 : $2; sub(/[;[].*/, "", field); print name "." field }' \
   "$source_dir"/include/reedid/*.h | sort >"$work/fields"
 tr '\n' ' ' <"$source_dir/base/public_layout.cpp" | grep -oE '(PIN|SIZE)\([A-Z][^)]*\)' | sed -E 's/^SIZE\(([A-Za-z0-9]+).*/\1/' |
   awk -F '[(), ]+' '/^PIN/ { for (i = NF - 1; i > 0 && $i ~ /^[A-Za-z_]/ && $i != "kPointer"; --i) if (i > 2) print $2 "." $i }

@@ -115,6 +115,8 @@ TEST(Operations, RefuseWhatIsNotThere) {
       {"EDID_GenerateImage", [&] { EXPECT_EQ(EDID_GenerateImage(nullptr, &cap.lpcm, 1), -1); }},
       {"EDID_GenerateImage", [&] { EXPECT_EQ(EDID_GenerateImage(&empty, &cap.lpcm, 1), -1); }},
       {"EDID_GenerateImage", [&] { EXPECT_EQ(EDID_GenerateImage(handle.get(), nullptr, 999), -1); }},
+      {"EDID_MakeHdmi", [] { EXPECT_EQ(EDID_MakeHdmi(nullptr, 0x1000), -1); }},
+      {"EDID_MakeHdmi", [&] { EXPECT_EQ(EDID_MakeHdmi(&empty, 0x1000), -1); }},
       {"EDID_StripHdr", [] { EXPECT_EQ(EDID_StripHdr(nullptr), -1); }},
       {"EDID_StripHdr", [&] { EXPECT_EQ(EDID_StripHdr(&empty), -1); }},
       {"EDID_PatchPhyAddr", [] { EXPECT_EQ(EDID_PatchPhyAddr(nullptr, 0x1000), -1); }},

@@ -7,6 +7,7 @@
 #include "patch/hdmi_video.h"
 #include "patch/image.h"
 #include "reedid/transforms.h"
+#include "transform/phys_addr.h"
 
 namespace reedid {
 namespace {
@@ -15,17 +16,6 @@ constexpr unsigned kAddressAt = 4;  // in the HDMI 1.4b VSDB
 
 bool IsHdmiWithAddress(const CtaCursor& cursor) {
   return IsHdmi14b(cursor) && cursor.bytes().size() >= kAddressAt + 2;
-}
-
-// A port is a path from the root: digits other than 0, then zeros. 0.0.0.0 is the root itself, F.F.F.F no address.
-bool IsPort(uint16_t address) {
-  bool ended = false;
-  for (int shift = 12; shift >= 0; shift -= 4) {
-    const unsigned digit = Bits(address, static_cast<unsigned>(shift), 4);
-    if (ended && digit != 0) return false;
-    ended = digit == 0;
-  }
-  return address != 0 && address != 0xFFFF;
 }
 
 uint32_t SizeOf(const EdidHandle& handle) {

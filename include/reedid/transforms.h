@@ -227,6 +227,22 @@ REEDID_API int32_t EDID_LimitToLink(EdidHandle* handle, const EdidLink* link);
  */
 REEDID_API int32_t EDID_StripHdr(EdidHandle* handle);
 
+/**
+ * Makes a digital display (DVI, DisplayPort, unsaid) one of HDMI with this physical address. Take this for it;
+ * EDID_DVItoHDMI leaves a source without video formats and with a TMDS clock that its timings exceed. What is missing
+ * is added to the first CTA extension, which becomes the first of all extensions (behind a block map), or to a new one
+ * when it is full:
+ * - a video data block with the display's timings that are VICs, and 640x480 at 60 Hz;
+ * - basic audio, two-channel L-PCM and the front speakers, where no audio block is;
+ * - the HDMI 1.4b VSDB, with a TMDS clock that covers the timings and deep colour when the display has more than 8 bits
+ *   or HDR; above 340 MHz an HDMI Forum VSDB with SCDC;
+ * - a video capability data block: RGB range selectable, nothing overscanned.
+ * The socket of EDID 1.4 becomes HDMI. Timings that HDMI 2.0 does not carry are limited as by EDID_LimitToLink; limit
+ * further afterwards. An image that is HDMI already is left alone. 0; -1, image unchanged: "invalid parameters", an
+ * address that is no port's, an analog input, "malloc fail", "no timing fits the link", "not enough space".
+ */
+REEDID_API int32_t EDID_MakeHdmi(EdidHandle* handle, uint16_t physAddr);
+
 #ifdef __cplusplus
 }
 #endif

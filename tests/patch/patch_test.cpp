@@ -96,6 +96,8 @@ TEST(PatchCta, EditsTimingSlots) {
   EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(Edid().Extension(Cta(empty).Dtd(k2160p60).Dtd(k720p60)).Build()));
   while (InsertCtaSlot(block, SlotsOf(block).count, Bytes(slot.data(), 18))) continue;
   EXPECT_EQ(SlotsOf(block).count, 6u);
+  std::fill(block.bytes + SlotsOf(block).begin, block.bytes + SlotsOf(block).begin + 18, uint8_t{0});
+  EXPECT_EQ(SlotsOf(block).count, 6u) << "behind a gap";
 }
 
 // The same data block in a section, and CTA data blocks inside one.

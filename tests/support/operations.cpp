@@ -98,6 +98,7 @@ constexpr Operation kOperations[] = {
     {"EDID_LimitToLink, HDMI 2.0", [](EdidHandle& handle) { EDID_LimitToLink(&handle, &EDID_LINK_HDMI20); }, true},
     {"EDID_LimitToLink, HDMI 1.4", [](EdidHandle& handle) { EDID_LimitToLink(&handle, &EDID_LINK_HDMI14); }, true},
     {"EDID_LimitToLink, DVI", [](EdidHandle& handle) { EDID_LimitToLink(&handle, &EDID_LINK_DVI); }, true},
+    {"EDID_MakeHdmi", [](EdidHandle& handle) { EDID_MakeHdmi(&handle, 0x2100); }, true},
     {"EDID_StripHdr", [](EdidHandle& handle) { EDID_StripHdr(&handle); }, true},
     {"EDID_LimitToSDR", [](EdidHandle& handle) { EDID_LimitToSDR(&handle); }},
 };

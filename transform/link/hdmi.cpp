@@ -86,15 +86,6 @@ void LimitForum(CtaCursor& forum, const EdidLink& link, const Lost& lost) {
   LimitVrr(forum, link);
 }
 
-uint32_t FastestClock(const EdidHandle& image) {
-  uint32_t fastest = 0;
-  VisitOffers(image, [&](const OfferedTiming& offer) {
-    const uint32_t clock = offer.timing.pixelClock / (offer.ycc420 == YCC420_ONLY ? 2 : 1);
-    fastest = std::max(fastest, clock);
-  });
-  return fastest;
-}
-
 // The TMDS clock of the HDMI 1.4b block: not above the link, and enough for the timings when no other block tells any
 // more how fast the display is.
 bool LimitTmds(CtaCursor& hdmi, const EdidLink& link, const HdmiRates& before, uint32_t fastest) {
@@ -121,10 +112,19 @@ bool LimitTmds(CtaCursor& hdmi, const EdidLink& link, const HdmiRates& before, u
 
 }  // namespace
 
+uint32_t FastestTmds(const EdidHandle& image) {
+  uint32_t fastest = 0;
+  VisitOffers(image, [&](const OfferedTiming& offer) {
+    const uint32_t clock = offer.timing.pixelClock / (offer.ycc420 == YCC420_ONLY ? 2 : 1);
+    fastest = std::max(fastest, clock);
+  });
+  return fastest;
+}
+
 bool LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before) {
   if (link.ycc420 == 0) EraseDataBlocksIf(image, Is420);
   if (!NeedsForum(link)) EraseDataBlocksIf(image, IsHdmiForum);
-  const uint32_t fastest = FastestClock(image);
+  const uint32_t fastest = FastestTmds(image);
   const HdmiRates now = HdmiRatesOf(image);
   const Lost lost = {before.ycc420 && !now.ycc420, before.uhdVics && !now.uhdVics};
   bool first = true, done = true;

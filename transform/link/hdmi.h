@@ -9,6 +9,9 @@ namespace reedid {
 // clock that has to be told now.
 bool LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before);
 
+// The TMDS clock in kHz that the fastest timing of an image needs.
+uint32_t FastestTmds(const EdidHandle& image);
+
 // All that makes a display one of HDMI goes: a source of DVI sends pictures only.
 void MakeDvi(EdidHandle& image);
 
