@@ -65,7 +65,7 @@ TEST(PatchCta, MovesWhatStandsBehind) {
       {"padding moves up", Act::kErase, Edid().Extension(Full(Cta(video).Block(3, kVendor).Build(), 100)),
        Edid().Extension([&] {
          ByteVector after = Full(Cta(video).Build(), 95);
-         std::fill(after.begin() + 122, after.begin() + 127, uint8_t{0});
+         std::fill(after.begin() + 115, after.begin() + 127, uint8_t{0});
          return FixChecksum(after), after;
        }())},
       {"no room", Act::kReplace, Edid().Extension(Full(Cta(video).Block(3, kVendor).Build(), 126)),
