@@ -22,6 +22,17 @@ T* AllocateZeroed(size_t count = 1) {
   return static_cast<T*>(std::calloc(count == 0 ? 1 : count, sizeof(T)));
 }
 
+// Whether all memory that an edit asked for was there. The steps of one edit pass it along, as the library has no state
+// of its own; whoever keeps the edit looks at it first.
+class MemoryWatch {
+ public:
+  bool sufficed() const { return sufficed_; }
+  void Lack() { sufficed_ = false; }
+
+ private:
+  bool sufficed_ = true;
+};
+
 // A copy of `size` bytes in a buffer of `room` bytes (at least 1 and at least `size`), zero behind them. Null without
 // memory.
 inline uint8_t* CopyBytes(const uint8_t* bytes, size_t size, size_t room = 0) {

@@ -7,6 +7,7 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/memory.h"
 #include "reedid/cea.h"
 
 namespace reedid {
@@ -41,6 +42,14 @@ inline Bytes BytesOf(const CeaDataBlock& entry) {
 
 constexpr bool CanHold(const CeaDataBlock* entry) {
   return entry != nullptr && entry->bytes != nullptr;
+}
+
+// CEA_Open that tells a refused block from lacking memory.
+CeaBlock* OpenCea(const EdidBlock* block, MemoryWatch& memory);
+
+// The bytes that a data block in an entry's place may have.
+constexpr unsigned RoomInPlaceOf(const CeaBlock& model, const CeaDataBlock& entry) {
+  return unsigned{model.freeSpace} + entry.size;
 }
 
 // Gives an entry its tag, size and header bytes over a cleared buffer, for the payload to be written behind.

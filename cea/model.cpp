@@ -80,7 +80,7 @@ uint8_t CountDtds(Bytes bytes, uint8_t dtdOffset) {
   return count;
 }
 
-bool ReadCollection(Bytes bytes, CeaBlock& model, Caller caller = {}) {
+bool ReadCollection(Bytes bytes, CeaBlock& model, Caller caller) {
   const uint8_t count = WalkCollection(bytes, model.dtdOffset, [](unsigned, uint8_t) {});
   if (count == 0) return true;
   model.dataBlocks = AllocateZeroed<CeaDataBlock>(count);
@@ -98,7 +98,7 @@ bool ReadCollection(Bytes bytes, CeaBlock& model, Caller caller = {}) {
   return true;
 }
 
-void ReadDtds(Bytes bytes, CeaBlock& model, Caller caller = {}) {
+void ReadDtds(Bytes bytes, CeaBlock& model, Caller caller) {
   model.dtdCount = CountDtds(bytes, model.dtdOffset);
   if (model.dtdCount == 0) return;
   model.dtds = AllocateZeroed<DtdSlot>(model.dtdCount);
@@ -155,33 +155,56 @@ int32_t Insert(CeaBlock& model, List<T> list, const T& entry, uint8_t size, uint
 }
 
 }  // namespace
+
+CeaBlock* OpenCea(const EdidBlock* block, MemoryWatch& memory) {
+  constexpr const char* kName = "CEA_Open";
+  if (block == nullptr || block->bytes == nullptr || block->size != kEdidBlockSize || block->type != EDID_BLOCK_CEA) {
+    return REEDID_ERR_AS(kName, "invalid parameters");
+  }
+  const Bytes bytes(block->bytes, kEdidBlockSize);
+  if (bytes[0] != kExtensionTag) return REEDID_ERR_AS(kName, "error extension tag: %02x", bytes[0]);
+  auto* model = AllocateZeroed<CeaBlock>();
+  if (model == nullptr) {
+    memory.Lack();
+    return REEDID_ERR_AS(kName, "malloc fail");
+  }
+
+  model->checksum = bytes[127];
+  model->checksumValid = CheckChecksum(bytes.data(), kEdidBlockSize, kName);
+  model->revision = bytes[1];
+  model->dtdOffset = bytes[2];
+  FlagsLayout(LayoutReader(bytes), *model);
+  model->nativeDtdCount = bytes[3] & 0x0F;
+  if (!ReadCollection(bytes, *model, kName)) {
+    CEA_Close(model);
+    memory.Lack();
+    return REEDID_ERR_AS(kName, "malloc fail");
+  }
+  ReadDtds(bytes, *model, kName);
+  if (!CEA_IsComplete(model)) memory.Lack();
+  // Bytes between the last data block and the first DTD are padding of the block's author, not free space.
+  if (HasDtdOffset(model->dtdOffset)) model->freeSpace = Low8(kDataEnd - model->dtdOffset - kDtdSize * model->dtdCount);
+  return model;
+}
+
 }  // namespace reedid
 
 using namespace reedid;
 
 CeaBlock* CEA_Open(const EdidBlock* block) {
-  if (block == nullptr || block->bytes == nullptr || block->size != kEdidBlockSize || block->type != EDID_BLOCK_CEA) {
-    return REEDID_ERR("invalid parameters");
-  }
-  const Bytes bytes(block->bytes, kEdidBlockSize);
-  if (bytes[0] != kExtensionTag) return REEDID_ERR("error extension tag: %02x", bytes[0]);
-  auto* model = AllocateZeroed<CeaBlock>();
-  if (model == nullptr) return REEDID_ERR("malloc fail");
+  MemoryWatch unwatched;
+  return OpenCea(block, unwatched);
+}
 
-  model->checksum = bytes[127];
-  model->checksumValid = CheckChecksum(bytes.data(), kEdidBlockSize);
-  model->revision = bytes[1];
-  model->dtdOffset = bytes[2];
-  FlagsLayout(LayoutReader(bytes), *model);
-  model->nativeDtdCount = bytes[3] & 0x0F;
-  if (!ReadCollection(bytes, *model)) {
-    CEA_Close(model);
-    return REEDID_ERR("malloc fail");
+int32_t CEA_IsComplete(const CeaBlock* model) {
+  if (model == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
   }
-  ReadDtds(bytes, *model);
-  // Bytes between the last data block and the first DTD are padding of the block's author, not free space.
-  if (HasDtdOffset(model->dtdOffset)) model->freeSpace = Low8(kDataEnd - model->dtdOffset - kDtdSize * model->dtdCount);
-  return model;
+  if (model->dtdCount > 0 && model->dtds == nullptr) return 0;
+  if (model->dataBlocks == nullptr) return model->dataBlockCount == 0;
+  return std::all_of(model->dataBlocks, model->dataBlocks + model->dataBlockCount,
+                     [](const CeaDataBlock& entry) { return entry.bytes != nullptr; });
 }
 
 void CEA_Close(CeaBlock* model) {
@@ -235,9 +258,9 @@ int32_t CEA_ReplaceDataBlock(CeaBlock* model, CeaDataBlock* entry, const CeaData
       block == nullptr || block->bytes == nullptr || block->size == 0) {
     return REEDID_ERR("invalid parameters");
   }
-  const int available = model->freeSpace + entry->size;
+  const unsigned available = RoomInPlaceOf(*model, *entry);
   if (block->size > available) return REEDID_ERR("not enough space, free %d, need %d", available, block->size);
-  const int left = available - block->size;
+  const unsigned left = available - block->size;
   if (!List(model->dataBlocks, model->dataBlockCount).Assign(*entry, *block)) return REEDID_ERR("malloc fail");
   model->freeSpace = Low8(left);
   return 0;

@@ -7,6 +7,8 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/memory.h"
+#include "edid/image.h"
 #include "reedid/displayid.h"
 
 namespace reedid {
@@ -37,6 +39,19 @@ constexpr bool Matches(const DispIdDataBlock* entry, uint8_t tag, unsigned minSi
 
 constexpr bool CanHold(const DispIdDataBlock* entry) {
   return entry != nullptr && entry->bytes != nullptr;
+}
+
+// DispID_Open that tells a refused section from lacking memory.
+DispIdBlock* OpenDispId(const EdidBlock* block, MemoryWatch& memory);
+
+// Room for data blocks; counted in 8 bits.
+constexpr uint8_t FreeSpace(const DispIdBlock& model) {
+  return Low8(model.sectionSize - model.payloadUsed - kSectionOverhead);
+}
+
+// The bytes that a data block in an entry's place may have.
+constexpr unsigned RoomInPlaceOf(const DispIdBlock& model, const DispIdDataBlock& entry) {
+  return unsigned{FreeSpace(model)} + entry.size;
 }
 
 // What a setter writes into the header; what it does not name stays as the caller set it.

@@ -7,6 +7,7 @@
 //
 // Inside an EDID the extension block is 0x70, a section of 126 bytes, and the block's own checksum.
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -34,7 +35,7 @@ constexpr uint8_t ProductType(uint8_t version, uint8_t code) {
 }
 
 // The size that the section tells, capped at what its kind may have.
-uint16_t SectionSize(uint8_t type, uint8_t payload, Caller caller = {}) {
+uint16_t SectionSize(uint8_t type, uint8_t payload, Caller caller) {
   const unsigned size = payload + unsigned{kSectionOverhead};
   const unsigned limit = type == EDID_BLOCK_DISPID_EXT ? kExtensionSectionSize : kMaxSectionSize;
   if (size <= limit) return Low16(size);
@@ -43,7 +44,7 @@ uint16_t SectionSize(uint8_t type, uint8_t payload, Caller caller = {}) {
 }
 
 // Number of data blocks that the section holds whole. `block` reaches to the end of the EdidBlock, behind the section.
-uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, Caller caller = {}) {
+uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, Caller caller) {
   int remaining = sectionSize - kSectionOverhead;
   unsigned at = kPayloadStart;
   uint8_t count = 0;
@@ -63,7 +64,7 @@ uint8_t CountDataBlocks(Bytes block, uint16_t sectionSize, Caller caller = {}) {
   return count;
 }
 
-bool ReadDataBlocks(Bytes section, uint8_t count, DispIdBlock& model, Caller caller = {}) {
+bool ReadDataBlocks(Bytes section, uint8_t count, DispIdBlock& model, Caller caller) {
   if (count == 0) return true;
   model.dataBlocks = AllocateZeroed<DispIdDataBlock>(count);
   if (model.dataBlocks == nullptr) return false;
@@ -98,45 +99,62 @@ void WriteDataBlocks(const DispIdBlock& model, uint8_t* section, unsigned sectio
   }
 }
 
-// Room for data blocks; counted in 8 bits.
-uint8_t FreeSpace(const DispIdBlock& model) {
-  return Low8(model.sectionSize - model.payloadUsed - kSectionOverhead);
+}  // namespace
+
+DispIdBlock* OpenDispId(const EdidBlock* block, MemoryWatch& memory) {
+  constexpr const char* kName = "DispID_Open";
+  if (block == nullptr || block->bytes == nullptr || block->size < kSectionOverhead) {
+    return REEDID_ERR_AS(kName, "invalid parameters");
+  }
+  if (!IsSectionType(block->type)) return REEDID_ERR_AS(kName, "invalid block type: %d", block->type);
+  const bool extension = block->type == EDID_BLOCK_DISPID_EXT;
+  if (extension && (block->size != kEdidBlockSize || block->bytes[0] != kExtensionTag)) {
+    return REEDID_ERR_AS(kName, "invalid parameters");
+  }
+  const Bytes bytes = Bytes(block->bytes, block->size).From(extension ? 1 : 0);
+  MallocPtr<DispIdBlock> model(AllocateZeroed<DispIdBlock>());
+  if (model == nullptr) {
+    memory.Lack();
+    return REEDID_ERR_AS(kName, "malloc fail");
+  }
+
+  model->type = block->type;
+  model->version = bytes[0] >> 4;
+  model->revision = bytes[0] & 0x0F;
+  if (model->version == 0) return REEDID_ERR_AS(kName, "error version: %d.%d", model->version, model->revision);
+  model->sectionSize = SectionSize(block->type, bytes[1], kName);
+  if (model->sectionSize > bytes.size()) return REEDID_ERR_AS(kName, "invalid parameters");
+  const Bytes section = bytes.First(model->sectionSize);
+  model->productType = ProductType(model->version, section[2] & 0x0F);
+  model->extensionCount = section[3];
+  model->checksum = section[model->sectionSize - 1u];
+  model->checksumValid = CheckChecksum(section.data(), model->sectionSize, kName) &&
+                         (!extension || CheckChecksum(block->bytes, block->size, kName));
+  if (!ReadDataBlocks(section, CountDataBlocks(bytes, model->sectionSize, kName), *model, kName)) {
+    memory.Lack();
+    return REEDID_ERR_AS(kName, "malloc fail");
+  }
+  if (!DispID_IsComplete(model.get())) memory.Lack();
+  return model.release();
 }
 
-}  // namespace
 }  // namespace reedid
 
 using namespace reedid;
 
 DispIdBlock* DispID_Open(const EdidBlock* block) {
-  if (block == nullptr || block->bytes == nullptr || block->size < kSectionOverhead) {
-    return REEDID_ERR("invalid parameters");
-  }
-  if (!IsSectionType(block->type)) return REEDID_ERR("invalid block type: %d", block->type);
-  const bool extension = block->type == EDID_BLOCK_DISPID_EXT;
-  if (extension && (block->size != kEdidBlockSize || block->bytes[0] != kExtensionTag)) {
-    return REEDID_ERR("invalid parameters");
-  }
-  const Bytes bytes = Bytes(block->bytes, block->size).From(extension ? 1 : 0);
-  MallocPtr<DispIdBlock> model(AllocateZeroed<DispIdBlock>());
-  if (model == nullptr) return REEDID_ERR("malloc fail");
+  MemoryWatch unwatched;
+  return OpenDispId(block, unwatched);
+}
 
-  model->type = block->type;
-  model->version = bytes[0] >> 4;
-  model->revision = bytes[0] & 0x0F;
-  if (model->version == 0) return REEDID_ERR("error version: %d.%d", model->version, model->revision);
-  model->sectionSize = SectionSize(block->type, bytes[1]);
-  if (model->sectionSize > bytes.size()) return REEDID_ERR("invalid parameters");
-  const Bytes section = bytes.First(model->sectionSize);
-  model->productType = ProductType(model->version, section[2] & 0x0F);
-  model->extensionCount = section[3];
-  model->checksum = section[model->sectionSize - 1u];
-  model->checksumValid =
-      CheckChecksum(section.data(), model->sectionSize) && (!extension || CheckChecksum(block->bytes, block->size));
-  if (!ReadDataBlocks(section, CountDataBlocks(bytes, model->sectionSize), *model)) {
-    return REEDID_ERR("malloc fail");
+int32_t DispID_IsComplete(const DispIdBlock* model) {
+  if (model == nullptr) {
+    REEDID_ERR("invalid parameters");
+    return 0;
   }
-  return model.release();
+  if (model->dataBlocks == nullptr) return model->dataBlockCount == 0;
+  return std::all_of(model->dataBlocks, model->dataBlocks + model->dataBlockCount,
+                     [](const DispIdDataBlock& entry) { return entry.bytes != nullptr; });
 }
 
 void DispID_Close(DispIdBlock* model) {
@@ -215,7 +233,7 @@ int32_t DispID_ReplaceDB(DispIdBlock* model, DispIdDataBlock* oldEntry, const Di
       newEntry == nullptr || newEntry->bytes == nullptr || newEntry->size < kDispIdHeaderSize) {
     return REEDID_ERR("invalid parameters");
   }
-  const int free = oldEntry->size + FreeSpace(*model);
+  const unsigned free = RoomInPlaceOf(*model, *oldEntry);
   if (newEntry->size > free) return REEDID_ERR("not enough space, free %d, need %d", free, newEntry->size);
   const int used = model->payloadUsed + newEntry->size - oldEntry->size;
   if (!List(model->dataBlocks, model->dataBlockCount).Assign(*oldEntry, *newEntry)) return REEDID_ERR("malloc fail");

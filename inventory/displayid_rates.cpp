@@ -9,16 +9,16 @@
 namespace reedid {
 namespace {
 
-// Without memory the walk over the section ends.
-bool NoMemory() {
+bool NoMemory(RateList& rates) {
   REEDID_ERR_AS("DispID_GetAllFrameRate", "malloc fail");
-  return false;
+  return rates.Lack();
 }
 
 template <class Record, class AddRecord>
-bool AddForm(const DispIdForm<Record>& form, const DispIdDataBlock& entry, unsigned count, AddRecord add) {
+bool AddForm(const DispIdForm<Record>& form, const DispIdDataBlock& entry, unsigned count, RateList& rates,
+             AddRecord add) {
   const MallocPtr<Record[]> records(AllocateZeroed<Record>(count));
-  if (records == nullptr) return NoMemory();
+  if (records == nullptr) return NoMemory(rates);
   return form.get(&entry, records.get(), count) != 0 || AddEach(records.get(), count, add);
 }
 
@@ -37,7 +37,7 @@ bool AddCode(uint8_t codeType, uint8_t code, RateList& rates) {
 
 bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
   const MallocPtr<uint8_t[]> codes(AllocateZeroed<uint8_t>(count));
-  if (codes == nullptr) return NoMemory();
+  if (codes == nullptr) return NoMemory(rates);
   TimingCodeRecord record = {0, 0, 0, 0, codes.get()};
   const auto get = entry.tag == DISPID_TAG_TYPE_IV ? DispID_GetTimingCode : DispID20_GetTimingCode;
   if (get(&entry, &record, count) != 0) return true;
@@ -46,7 +46,7 @@ bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rate
 
 bool AddBitmap(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
   const MallocPtr<uint8_t[]> flags(AllocateZeroed<uint8_t>(count));
-  if (flags == nullptr) return NoMemory();
+  if (flags == nullptr) return NoMemory(rates);
   const bool vesa = entry.tag == DISPID_TAG_VESA_TIMINGS;
   if ((vesa ? DispID_GetVESATiming : DispID_GetCEATiming)(&entry, flags.get(), count) != 0) return true;
   for (unsigned i = 0; i < count; ++i) {
@@ -66,8 +66,9 @@ bool AddDataBlock(const DispIdDataBlock& entry, RateList& rates) {
   const auto count = static_cast<unsigned>(timings);
   if (codes) return AddTimingCodes(entry, count, rates);
   if (bitmap) return AddBitmap(entry, count, rates);
-  if (cvt) return AddForm(*cvt, entry, count, [&](const CvtTiming& timing) { return rates.Add(timing.frameRate); });
-  return AddForm(*detailed, entry, count, [&](const DtdTiming& timing) { return rates.AddFormulaRate(timing); });
+  if (cvt)
+    return AddForm(*cvt, entry, count, rates, [&](const CvtTiming& timing) { return rates.Add(timing.frameRate); });
+  return AddForm(*detailed, entry, count, rates, [&](const DtdTiming& timing) { return rates.AddFormulaRate(timing); });
 }
 
 }  // namespace

@@ -80,14 +80,6 @@ class Collector {
   unsigned count_ = 0;
 };
 
-unsigned CountAll(const EdidHandle& handle) {
-  unsigned count = 0;
-  VisitBlocks(handle, Overloaded{[&](const VesaBlock& model) { count += CountDtds(model); },
-                                 [&](const CeaBlock& model) { count += CountDtds(model); },
-                                 [&](const DispIdBlock& model) { count += CountDtds(model); }});
-  return Low8(count);
-}
-
 // Whether the 8-bit count of the timings can have wrapped, going by the bytes alone.
 bool CanWrap(const EdidHandle& handle) {
   unsigned bytes = 0;
@@ -125,9 +117,15 @@ int32_t Area(const DtdTiming& timing) {
 
 }  // namespace
 
-uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room) {
+uint32_t CountDtds(const EdidHandle& handle, MemoryWatch& memory) {
+  unsigned count = 0;
+  VisitBlocks(handle, memory, [&](const auto& model) { count += CountDtds(model); });
+  return Low8(count);
+}
+
+uint32_t CollectDtds(const EdidHandle& handle, DtdTiming* list, uint32_t room, MemoryWatch& memory) {
   Collector collector(list, room);
-  VisitBlocks(handle, collector);
+  VisitBlocks(handle, memory, collector);
   return collector.count();
 }
 
@@ -144,7 +142,8 @@ uint32_t EDID_GetDTDCnt(const EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  return CountAll(*handle);
+  MemoryWatch unwatched;
+  return CountDtds(*handle, unwatched);
 }
 
 uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t) {
@@ -152,7 +151,9 @@ uint32_t EDID_FindOutAllDTD(const EdidHandle* handle, DtdTiming* list, uint32_t)
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  return CanWrap(*handle) ? CollectWrapped(*handle, list) : CollectDtds(*handle, list, kMaxCount);
+  if (CanWrap(*handle)) return CollectWrapped(*handle, list);
+  MemoryWatch unwatched;
+  return CollectDtds(*handle, list, kMaxCount, unwatched);
 }
 
 void SortDTDbyResolution(DtdTiming* list, uint32_t count) {

@@ -123,6 +123,13 @@ bool AddBlock(const CeaBlock& model, RateList& rates) {
 }
 
 }  // namespace
+
+uint32_t CollectFrameRates(const EdidHandle& handle, uint16_t* rates, uint32_t maxCount, MemoryWatch& memory) {
+  RateList list(rates, maxCount, memory);
+  VisitBlocks(handle, memory, [&](const auto& model) { AddBlock(model, list); });
+  return list.count();
+}
+
 }  // namespace reedid
 
 using namespace reedid;
@@ -132,9 +139,6 @@ uint32_t EDID_GetAllFrameRate(const EdidHandle* handle, uint16_t* frameRates, ui
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  RateList rates(frameRates, maxCount);
-  VisitBlocks(*handle, Overloaded{[&](const VesaBlock& model) { AddBlock(model, rates); },
-                                  [&](const CeaBlock& model) { AddBlock(model, rates); },
-                                  [&](const DispIdBlock& model) { AddBlock(model, rates); }});
-  return rates.count();
+  MemoryWatch unwatched;
+  return CollectFrameRates(*handle, frameRates, maxCount, unwatched);
 }

@@ -20,8 +20,9 @@ constexpr uint16_t kWide = 1920;  // a first timing narrower than this gives way
 // Each of the functions that answer returns whether it did, and writes `out` only then.
 
 bool FromDtdNumber(const EdidHandle& handle, unsigned index, DtdTiming& out) {
+  MemoryWatch unwatched;
   DtdList list;
-  if (!list.Collect(handle)) {
+  if (!list.Collect(handle, unwatched)) {
     REEDID_ERR_AS(kName, "malloc fail");
     return false;
   }
@@ -117,8 +118,9 @@ void EDID_GetPreferredTiming(const EdidHandle* handle, DtdTiming* out) {
   }
   const Opened<CeaBlock> model = OpenFirstCea(*handle);
   if (model != nullptr && FromPreferenceBlock(*handle, *model, *out)) return;
+  MemoryWatch unwatched;
   DtdList list;
-  const bool collected = list.Collect(*handle);
+  const bool collected = list.Collect(*handle, unwatched);
   if (!collected) REEDID_ERR("malloc fail");
   if (model != nullptr && list.room() == 0) return FromNativeVic(*model, *out);
   if (collected) return FromDtds(list, *out);

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "base/bytes.h"
+#include "base/memory.h"
 #include "reedid/displayid.h"
 #include "timing/dtd.h"
 
@@ -24,7 +25,8 @@ inline uint8_t InsertFrameRate(uint16_t rate, uint16_t* rates, uint8_t count) {
 // The caller's array. Each Add tells whether the walk over the block at hand goes on: a full array ends it.
 class RateList {
  public:
-  RateList(uint16_t* rates, uint32_t maxCount) : rates_(rates), maxCount_(maxCount) {}
+  RateList(uint16_t* rates, uint32_t maxCount, MemoryWatch& memory)
+      : rates_(rates), maxCount_(maxCount), memory_(memory) {}
 
   uint8_t count() const { return count_; }
 
@@ -49,6 +51,12 @@ class RateList {
     return DmtToDtd(id, &timing) != 0 || Add(timing.frameRate);
   }
 
+  // What a walk that needs memory says without it; the walk over the block ends.
+  bool Lack() {
+    memory_.Lack();
+    return false;
+  }
+
   // HDMI 1.4b, table 8-13: 2160p30, 2160p25, 2160p24 and 4096x2160p24.
   bool AddHdmiVic(unsigned vic) {
     static constexpr uint8_t kRates[] = {0, 30, 25, 24, 24};
@@ -58,6 +66,7 @@ class RateList {
  private:
   uint16_t* rates_;
   uint32_t maxCount_;
+  MemoryWatch& memory_;
   uint8_t count_ = 0;
 };
 
@@ -69,5 +78,8 @@ bool AddEach(const Items* items, unsigned count, AddItem add) {
 }
 
 bool AddBlock(const DispIdBlock& model, RateList& rates);
+
+// EDID_GetAllFrameRate as a step of an edit.
+uint32_t CollectFrameRates(const EdidHandle& handle, uint16_t* rates, uint32_t maxCount, MemoryWatch& memory);
 
 }  // namespace reedid

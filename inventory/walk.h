@@ -7,10 +7,14 @@
 #include <memory>
 
 #include "base/bytes.h"
+#include "base/memory.h"
+#include "cea/codec.h"
+#include "displayid/codec.h"
 #include "edid/image.h"
 #include "reedid/cea.h"
 #include "reedid/displayid.h"
 #include "reedid/vesa.h"
+#include "vesa/model.h"
 
 namespace reedid {
 
@@ -20,7 +24,7 @@ struct Family;
 
 template <>
 struct Family<VesaBlock> {
-  static constexpr auto kOpen = VESA_Open;
+  static constexpr auto kOpen = OpenVesa;
   static constexpr auto kGenerate = VESA_GenerateBlock;
   static constexpr auto kClose = VESA_Close;
   static constexpr bool Owns(uint8_t type) { return type == EDID_BLOCK_VESA; }
@@ -28,7 +32,7 @@ struct Family<VesaBlock> {
 
 template <>
 struct Family<CeaBlock> {
-  static constexpr auto kOpen = CEA_Open;
+  static constexpr auto kOpen = OpenCea;
   static constexpr auto kGenerate = CEA_GenerateBlock;
   static constexpr auto kClose = CEA_Close;
   static constexpr bool Owns(uint8_t type) { return type == EDID_BLOCK_CEA; }
@@ -36,7 +40,7 @@ struct Family<CeaBlock> {
 
 template <>
 struct Family<DispIdBlock> {
-  static constexpr auto kOpen = DispID_Open;
+  static constexpr auto kOpen = OpenDispId;
   static constexpr auto kGenerate = DispID_GenerateBlock;
   static constexpr auto kClose = DispID_Close;
   static constexpr bool Owns(uint8_t type) { return type >= EDID_BLOCK_DISPID_FIRST && type <= EDID_BLOCK_DISPID_EXT; }
@@ -51,23 +55,26 @@ struct ModelCloser {
 template <class Model>
 using Opened = std::unique_ptr<Model, ModelCloser<Model>>;
 
+// `memory` learns when the block, or a part of it, did not open for lack of memory.
 template <class Model>
-Opened<Model> Open(const EdidBlock& block) {
-  return Opened<Model>(Family<Model>::kOpen(&block));
+Opened<Model> Open(const EdidBlock& block, MemoryWatch& memory) {
+  return Opened<Model>(Family<Model>::kOpen(&block, memory));
 }
 
-// Whether a model has all that it was opened from. Without memory, entries stay without bytes and DTDs without array.
 template <class Model>
-bool IsWhole(const Model& model) {
-  if constexpr (requires { model.dtds; }) {
-    if (model.dtdCount > 0 && model.dtds == nullptr) return false;
-  }
-  if constexpr (requires { model.dataBlocks; }) {
-    for (unsigned i = 0; model.dataBlocks != nullptr && i < model.dataBlockCount; ++i) {
-      if (model.dataBlocks[i].bytes == nullptr) return false;
-    }
-  }
+Opened<Model> Open(const EdidBlock& block) {
+  MemoryWatch unwatched;
+  return Open<Model>(block, unwatched);
+}
+
+inline bool IsComplete(const VesaBlock&) {
   return true;
+}
+inline bool IsComplete(const CeaBlock& model) {
+  return CEA_IsComplete(&model) != 0;
+}
+inline bool IsComplete(const DispIdBlock& model) {
+  return DispID_IsComplete(&model) != 0;
 }
 
 inline bool HasBlockArray(const EdidHandle* handle) {
@@ -78,7 +85,7 @@ inline bool HasBlockArray(const EdidHandle* handle) {
 // one that could not be opened whole: writing it would lose what it lacks.
 template <class Model>
 int32_t Regenerate(const Model& model, EdidBlock& block) {
-  if (!IsWhole(model)) return -1;
+  if (!IsComplete(model)) return -1;
   uint8_t buffer[kMaxSectionSize];
   EdidBlock scratch = block;
   scratch.bytes = buffer;
@@ -93,48 +100,55 @@ int32_t Regenerate(const Model& model, EdidBlock& block) {
 
 // Opens the block when the visitor takes the family's model (`visit(model)`).
 template <class Model, class Visit>
-void VisitAs(const EdidBlock& block, Visit& visit) {
+void VisitAs(const EdidBlock& block, MemoryWatch& memory, Visit& visit) {
   if constexpr (requires(Model & model) { visit(model); }) {
     if (!Family<Model>::Owns(block.type)) return;
-    if (const Opened<Model> model = Open<Model>(block)) visit(*model);
+    if (const Opened<Model> model = Open<Model>(block, memory)) visit(*model);
   }
 }
 
 // Visits the model of every block that the visitor takes, in image order; blocks that do not open are skipped.
 template <class Visit>
-void VisitBlocks(const EdidHandle& handle, Visit&& visit) {
+void VisitBlocks(const EdidHandle& handle, MemoryWatch& memory, Visit&& visit) {
   if (handle.blocks == nullptr) return;
   for (unsigned i = 0; i < handle.blockCount; ++i) {
-    VisitAs<VesaBlock>(handle.blocks[i], visit);
-    VisitAs<CeaBlock>(handle.blocks[i], visit);
-    VisitAs<DispIdBlock>(handle.blocks[i], visit);
+    VisitAs<VesaBlock>(handle.blocks[i], memory, visit);
+    VisitAs<CeaBlock>(handle.blocks[i], memory, visit);
+    VisitAs<DispIdBlock>(handle.blocks[i], memory, visit);
   }
 }
 
+template <class Visit>
+void VisitBlocks(const EdidHandle& handle, Visit&& visit) {
+  MemoryWatch unwatched;
+  VisitBlocks(handle, unwatched, visit);
+}
+
 // The same for an edit, whose model is written back; a refused regeneration keeps the block. An edit that returns bool
-// tells whether it changed anything to write.
+// tells whether it changed anything to write. Once memory lacked, nothing is edited or written any more.
 template <class Edit>
-void EditBlock(EdidBlock& block, Edit& edit) {
+void EditBlock(EdidBlock& block, MemoryWatch& memory, Edit& edit) {
   auto editAndWrite = [&]<class Model>(Model & model) requires requires {
     edit(model);
   }
   {
+    if (!memory.sufficed()) return;
     if constexpr (requires { static_cast<bool>(edit(model)); }) {
       if (!edit(model)) return;
     } else {
       edit(model);
     }
-    Regenerate(model, block);
+    if (memory.sufficed()) Regenerate(model, block);
   };
-  VisitAs<VesaBlock>(block, editAndWrite);
-  VisitAs<CeaBlock>(block, editAndWrite);
-  VisitAs<DispIdBlock>(block, editAndWrite);
+  VisitAs<VesaBlock>(block, memory, editAndWrite);
+  VisitAs<CeaBlock>(block, memory, editAndWrite);
+  VisitAs<DispIdBlock>(block, memory, editAndWrite);
 }
 
 template <class Edit>
-void EditBlocks(EdidHandle& handle, Edit&& edit) {
+void EditBlocks(EdidHandle& handle, MemoryWatch& memory, Edit&& edit) {
   if (handle.blocks == nullptr) return;
-  for (unsigned i = 0; i < handle.blockCount; ++i) EditBlock(handle.blocks[i], edit);
+  for (unsigned i = 0; i < handle.blockCount && memory.sufficed(); ++i) EditBlock(handle.blocks[i], memory, edit);
 }
 
 // One visitor out of several lambdas.

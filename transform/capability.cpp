@@ -7,6 +7,7 @@
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
 #include "transform/edit.h"
+#include "transform/hdmi_identity.h"
 #include "transform/stereo.h"
 
 namespace reedid {
@@ -58,7 +59,7 @@ bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
 // one block gave it stays for a later block that has none (odd on purpose: docs/oddities.md).
 class TwoChannelAudio {
  public:
-  void Apply(CeaBlock& model, CeaDataBlock& entry) {
+  void Apply(MemoryWatch& memory, CeaBlock& model, CeaDataBlock& entry) {
     SadRecord& sad = record_.sads[0];
     SetStereo(record_);
     AdbRecord old;
@@ -68,27 +69,27 @@ class TwoChannelAudio {
       if (pcm != end) sad = *pcm;
     }
     sad.channels = 2;
-    Rewrite(model, entry, CEA_SetADB, &record_);
+    Rewrite(memory, model, entry, CEA_SetADB, &record_);
   }
 
  private:
   AdbRecord record_ = {};
 };
 
-void LimitAudio(EdidBlock& block, TwoChannelAudio& audio) {
-  const Opened<CeaBlock> model = Open<CeaBlock>(block);
-  if (model == nullptr) return;
+void LimitAudio(EdidBlock& block, MemoryWatch& memory, TwoChannelAudio& audio) {
+  const Opened<CeaBlock> model = Open<CeaBlock>(block, memory);
+  if (model == nullptr || !memory.sufficed()) return;
   if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), CEA_TAG_AUDIO, 0)) {
-    audio.Apply(*model, *entry);
-    Regenerate(*model, block);
+    audio.Apply(memory, *model, *entry);
+    if (memory.sufficed()) Regenerate(*model, block);
   }
   if (CeaDataBlock* entry = CEA_FindDataBlock(model.get(), CEA_TAG_SPEAKERS, 0)) {
-    Rewrite(*model, *entry, CEA_SetSADB, &kFrontSpeakers);
-    Regenerate(*model, block);
+    Rewrite(memory, *model, *entry, CEA_SetSADB, &kFrontSpeakers);
+    if (memory.sufficed()) Regenerate(*model, block);
   }
 }
 
-void LimitFrl(CeaBlock& model) {
+void LimitFrl(MemoryWatch& memory, CeaBlock& model) {
   for (unsigned i = 0; i < model.dataBlockCount; ++i) {
     CeaDataBlock& entry = model.dataBlocks[i];
     HfVsdbRecord record;
@@ -98,7 +99,7 @@ void LimitFrl(CeaBlock& model) {
     }
     record.Max_FRL_Rate = std::min(record.Max_FRL_Rate, kFrl40G);
     record.DSC_Max_FRL_Rate = std::min(record.DSC_Max_FRL_Rate, kFrl40G);
-    Rewrite(model, entry, CEA_SetHFVSDB, &record);
+    Rewrite(memory, model, entry, CEA_SetHFVSDB, &record);
   }
 }
 
@@ -138,11 +139,14 @@ void EDID_LimitToPCM2CH(EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return;
   }
-  if (isDVIEdid(handle)) return;
-  TwoChannelAudio audio;
-  for (unsigned i = 0; i < handle->blockCount; ++i) {
-    if (handle->blocks[i].type == EDID_BLOCK_CEA) LimitAudio(handle->blocks[i], audio);
-  }
+  MemoryWatch asking;
+  if (IsDvi(*handle, asking) || !asking.sufficed()) return;
+  EditWhole(*handle, [&](MemoryWatch& memory) {
+    TwoChannelAudio audio;
+    for (unsigned i = 0; i < handle->blockCount && memory.sufficed(); ++i) {
+      if (handle->blocks[i].type == EDID_BLOCK_CEA) LimitAudio(handle->blocks[i], memory, audio);
+    }
+  });
 }
 
 void EDID_LimitToFrl40G(EdidHandle* handle) {
@@ -150,7 +154,9 @@ void EDID_LimitToFrl40G(EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return;
   }
-  EditBlocks(*handle, [](CeaBlock& model) { LimitFrl(model); });
+  EditWhole(*handle, [&](MemoryWatch& memory) {
+    EditBlocks(*handle, memory, [&](CeaBlock& model) { LimitFrl(memory, model); });
+  });
 }
 
 void EDID_LimitToSDR(EdidHandle* handle) {
@@ -158,6 +164,8 @@ void EDID_LimitToSDR(EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return;
   }
-  EditBlocks(*handle,
-             [](CeaBlock& model) { KeepDataBlocks(model, [](const CeaDataBlock& entry) { return !IsHdr(entry); }); });
+  EditWhole(*handle, [&](MemoryWatch& memory) {
+    EditBlocks(*handle, memory,
+               [](CeaBlock& model) { KeepDataBlocks(model, [](const CeaDataBlock& entry) { return !IsHdr(entry); }); });
+  });
 }

@@ -16,7 +16,8 @@ enum class Verdict { kStays, kGoes, kNoMemory };
 
 // Reads a block's records, keeps those that `isKept` wants and writes them back; a block without any left goes.
 template <class Record, class IsKept>
-Verdict LimitForm(DispIdBlock& model, DispIdDataBlock& entry, const DispIdForm<Record>& form, IsKept isKept) {
+Verdict LimitForm(MemoryWatch& memory, DispIdBlock& model, DispIdDataBlock& entry, const DispIdForm<Record>& form,
+                  IsKept isKept) {
   const int32_t timings = DispID_GetTimingCnt(&entry);
   if (timings < 1) return Verdict::kStays;
   auto count = static_cast<unsigned>(timings);
@@ -25,26 +26,27 @@ Verdict LimitForm(DispIdBlock& model, DispIdDataBlock& entry, const DispIdForm<R
   if (form.get(&entry, records.get(), count) != 0) return Verdict::kStays;
   count = KeepIf(records.get(), count, isKept);
   if (count == 0) return Verdict::kGoes;
-  Rewrite(model, entry, form.set, records.get(), count);
+  Rewrite(memory, model, entry, form.set, records.get(), count);
   return Verdict::kStays;
 }
 
-Verdict LimitRange(DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& limit) {
+Verdict LimitRange(MemoryWatch& memory, DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& limit) {
   DispIdRangeLimits range;
   if (DispID_GetRangeLimits(&entry, &range) != 0) return Verdict::kStays;
   range.maxPixelClock = std::min(range.maxPixelClock, limit.clock);
-  Rewrite(model, entry, DispID_SetRangeLimits, &range);
+  Rewrite(memory, model, entry, DispID_SetRangeLimits, &range);
   return Verdict::kStays;
 }
 
-Verdict LimitDataBlock(DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& limit, Rates rates) {
-  if (entry.tag == DISPID_TAG_RANGE_LIMITS) return LimitRange(model, entry, limit);
+Verdict LimitDataBlock(MemoryWatch& memory, DispIdBlock& model, DispIdDataBlock& entry, const LinkLimit& limit,
+                       Rates rates) {
+  if (entry.tag == DISPID_TAG_RANGE_LIMITS) return LimitRange(memory, model, entry, limit);
   if (const auto* form = FindForm(kDetailedForms, entry.tag)) {
-    return LimitForm(model, entry, *form,
+    return LimitForm(memory, model, entry, *form,
                      [&](DtdTiming& timing) { return LimitTiming(timing, limit, rates) != Fate::kDropped; });
   }
   if (const auto* form = FindForm(kCvtForms, entry.tag)) {
-    return LimitForm(model, entry, *form,
+    return LimitForm(memory, model, entry, *form,
                      [&](CvtTiming& timing) { return LimitFormula(timing, limit, rates, true) != Fate::kDropped; });
   }
   return Verdict::kStays;
@@ -52,15 +54,17 @@ Verdict LimitDataBlock(DispIdBlock& model, DispIdDataBlock& entry, const LinkLim
 
 }  // namespace
 
-void LimitDispId(DispIdBlock& model, const LinkLimit& limit, Rates rates) {
+void LimitDispId(MemoryWatch& memory, DispIdBlock& model, const LinkLimit& limit, Rates rates) {
   bool goesOn = true;  // until memory runs out
   KeepDataBlocks(model, [&](DispIdDataBlock& entry) {
     if (!goesOn) return true;
-    const Verdict verdict = LimitDataBlock(model, entry, limit, rates);
+    const Verdict verdict = LimitDataBlock(memory, model, entry, limit, rates);
     goesOn = verdict != Verdict::kNoMemory;
     return verdict != Verdict::kGoes;
   });
-  if (!goesOn) REEDID_ERR_AS("DispID_LimitToHDMI20", "malloc fail");
+  if (goesOn) return;
+  memory.Lack();
+  REEDID_ERR_AS("DispID_LimitToHDMI20", "malloc fail");
 }
 
 }  // namespace reedid

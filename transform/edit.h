@@ -1,36 +1,61 @@
-// The two moves that edits of a model are made of: a record takes the place of an entry, and entries go.
+// What edits are made of: an image is edited whole or not at all; in a model, a record takes the place of an entry, and
+// entries go.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
 #include "base/bytes.h"
+#include "base/log.h"
+#include "base/memory.h"
 #include "cea/codec.h"
 #include "displayid/codec.h"
+#include "patch/image.h"
 #include "reedid/image.h"
 #include "timing/dtd.h"
 #include "vesa/model.h"
 
 namespace reedid {
 
+// ---- EditWhole: runs `edit(memory)` on the image in place, so that on success its blocks are where they were. When
+// memory lacked on the way, the image becomes what it was (in other buffers, if the edit removed blocks). Each failed
+// allocation has told so. 0, or -1.
+template <class Edit>
+int32_t EditWhole(EdidHandle& handle, Edit edit, Caller caller = {}) {
+  Draft before(handle);
+  if (!before.ok()) return REEDID_ERR_AS(caller, "malloc fail");
+  MemoryWatch memory;
+  edit(memory);
+  if (memory.sufficed()) return 0;
+  before.Commit(handle);
+  return -1;
+}
+
 // ---- Rewrite: sets a record into a block of its own, by `set(arguments..., &block)`, and puts that in the entry's
 // place. The entry stays as it was when the setter refuses the record, or when space or memory are short. The result is
-// that of the call that failed, or 0.
+// that of the call that failed, or 0; `memory` learns when it was memory.
 
 template <class Set, class... Arguments>
-int32_t Rewrite(CeaBlock& model, CeaDataBlock& entry, Set set, const Arguments&... arguments) {
+int32_t Rewrite(MemoryWatch& memory, CeaBlock& model, CeaDataBlock& entry, Set set, const Arguments&... arguments) {
   ScratchDataBlock block;
-  const int32_t status = set(arguments..., &block);
-  return status != 0 ? status : CEA_ReplaceDataBlock(&model, &entry, &block);
+  int32_t status = set(arguments..., &block);
+  if (status != 0) return status;
+  status = CEA_ReplaceDataBlock(&model, &entry, &block);
+  if (status != 0 && block.size <= RoomInPlaceOf(model, entry)) memory.Lack();
+  return status;
 }
 
 // The new block starts with the header of the one that it replaces.
 template <class Set, class... Arguments>
-int32_t Rewrite(DispIdBlock& model, DispIdDataBlock& entry, Set set, const Arguments&... arguments) {
+int32_t Rewrite(MemoryWatch& memory, DispIdBlock& model, DispIdDataBlock& entry, Set set,
+                const Arguments&... arguments) {
   uint8_t buffer[REEDID_DISPID_DATA_BLOCK_SIZE] = {};
   DispIdDataBlock block = {entry.tag, entry.revision, entry.headerFlags, 0, buffer};
-  const int32_t status = set(arguments..., &block);
-  return status != 0 ? status : DispID_ReplaceDB(&model, &entry, &block);
+  int32_t status = set(arguments..., &block);
+  if (status != 0) return status;
+  status = DispID_ReplaceDB(&model, &entry, &block);
+  if (status != 0 && block.size <= RoomInPlaceOf(model, entry)) memory.Lack();
+  return status;
 }
 
 template <class Set, class... Arguments>
@@ -43,10 +68,13 @@ int32_t Rewrite(DtdSlot& slot, Set set, const Arguments&... arguments) {
 
 // The same for a data block that is new, in front of the entry at `index`.
 template <class Set, class... Arguments>
-int32_t AddDataBlock(CeaBlock& model, unsigned index, Set set, const Arguments&... arguments) {
+int32_t AddDataBlock(MemoryWatch& memory, CeaBlock& model, unsigned index, Set set, const Arguments&... arguments) {
   ScratchDataBlock block;
-  const int32_t status = set(arguments..., &block);
-  return status != 0 ? status : CEA_AddDataBlock(&model, &block, index);
+  int32_t status = set(arguments..., &block);
+  if (status != 0) return status;
+  status = CEA_AddDataBlock(&model, &block, index);
+  if (status != 0 && block.size <= model.freeSpace) memory.Lack();
+  return status;
 }
 
 // ---- Keep: removes the entries that `isKept` refuses, which may change those that it keeps; the order of the others

@@ -1,5 +1,7 @@
 // Is this image valid, does it describe an HDMI sink, and which physical address does it give?
 
+#include "transform/hdmi_identity.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -56,12 +58,15 @@ CeaDataBlock* FindHdmi14b(CeaBlock& model) {
 
 // The first HDMI 1.4b VSDB of the image. Blocks and data blocks are counted with one counter, so that a CTA extension
 // without the VSDB is followed by the block whose index is one more than the number of its data blocks. The search only
-// moves forward. Odd on purpose: docs/oddities.md.
-std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle) {
+// moves forward. Odd on purpose: docs/oddities.md. It ends where memory lacks: behind a block that did not open there
+// could be an HDMI VSDB that is not the first.
+std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle, MemoryWatch& memory) {
   for (unsigned i = 0; i < handle.blockCount;) {
     unsigned next = i + 1;
     if (handle.blocks[i].type == EDID_BLOCK_CEA) {
-      if (Opened<CeaBlock> model = Open<CeaBlock>(handle.blocks[i])) {
+      Opened<CeaBlock> model = Open<CeaBlock>(handle.blocks[i], memory);
+      if (!memory.sufficed()) return std::nullopt;
+      if (model != nullptr) {
         if (CeaDataBlock* entry = FindHdmi14b(*model)) return HdmiVsdb{i, std::move(model), entry};
         next = std::max(next, model->dataBlockCount + 1u);
       }
@@ -88,11 +93,11 @@ Opened<CeaBlock> NewCeaModel() {
 }
 
 // Takes block 1 out of the image and returns its model when it was a CTA extension, else empty.
-Opened<CeaBlock> TakeSecondBlock(EdidHandle& handle) {
+Opened<CeaBlock> TakeSecondBlock(EdidHandle& handle, MemoryWatch& memory) {
   Opened<CeaBlock> model;
   if (handle.blockCount < 2) return model;
   EdidBlock& second = handle.blocks[1];
-  if (second.type == EDID_BLOCK_CEA) model = Open<CeaBlock>(second);
+  if (second.type == EDID_BLOCK_CEA) model = Open<CeaBlock>(second, memory);
   EDID_DeleteBlock(&handle, &second);
   return model;
 }
@@ -112,21 +117,49 @@ unsigned HdmiBlocksPosition(const CeaBlock& model) {
 }
 
 // Stereo, the front speakers, and the HDMI VSDB. What does not fit is left out.
-void AddHdmiBlocks(CeaBlock& model, uint16_t physAddr) {
+void AddHdmiBlocks(MemoryWatch& memory, CeaBlock& model, uint16_t physAddr) {
   const unsigned position = HdmiBlocksPosition(model);
   AdbRecord audio = {};
   SetStereo(audio);
-  AddDataBlock(model, position, CEA_SetADB, &audio);
-  AddDataBlock(model, position + 1, CEA_SetSADB, &kFrontSpeakers);
+  AddDataBlock(memory, model, position, CEA_SetADB, &audio);
+  AddDataBlock(memory, model, position + 1, CEA_SetSADB, &kFrontSpeakers);
   H14bRecord hdmi = {};
   hdmi.physAddr = physAddr;
   hdmi.max_TMDS_Clock = 150;
-  AddDataBlock(model, position + 2, CEA_SetH14bVSDB, &hdmi);
+  AddDataBlock(memory, model, position + 2, CEA_SetH14bVSDB, &hdmi);
 }
 
 constexpr unsigned kHdmiBlocksSize = 4 + 4 + 9;
 
+int32_t MakeHdmi(EdidHandle& handle, uint16_t physAddr, MemoryWatch& memory) {
+  Opened<CeaBlock> model = TakeSecondBlock(handle, memory);
+  if (!memory.sufficed()) return -1;
+  if (model != nullptr) {
+    PrepareForHdmi(*model, kHdmiBlocksSize);
+  } else {
+    model = NewCeaModel();
+  }
+  if (model == nullptr) {
+    memory.Lack();
+    return REEDID_ERR_AS("EDID_DVItoHDMI", "malloc fail");
+  }
+  AddHdmiBlocks(memory, *model, physAddr);
+  if (!memory.sufficed()) return -1;
+
+  uint8_t bytes[kEdidBlockSize];
+  EdidBlock block = {EDID_BLOCK_CEA, kEdidBlockSize, kEdidBlockSize, bytes};
+  if (CEA_GenerateBlock(model.get(), &block) != 0) return -1;
+  const int32_t status = EDID_AddBlock(&handle, &block, handle.blockCount);
+  if (status != 0) memory.Lack();  // block 1 left its place
+  return status;
+}
+
 }  // namespace
+
+bool IsDvi(const EdidHandle& handle, MemoryWatch& memory) {
+  return !FindHdmiVsdb(handle, memory).has_value();
+}
+
 }  // namespace reedid
 
 using namespace reedid;
@@ -144,30 +177,26 @@ int32_t isDVIEdid(const EdidHandle* handle) {
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  return !FindHdmiVsdb(*handle).has_value();
+  MemoryWatch memory;
+  const bool dvi = IsDvi(*handle, memory);
+  return memory.sufficed() && dvi;
 }
 
 int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr) {
   if (!HasBlockArray(handle)) return REEDID_ERR("invalid parameters");
-  if (!isDVIEdid(handle)) return 0;
-  Opened<CeaBlock> model = TakeSecondBlock(*handle);
-  if (model != nullptr) {
-    PrepareForHdmi(*model, kHdmiBlocksSize);
-  } else {
-    model = NewCeaModel();
-  }
-  if (model == nullptr) return REEDID_ERR("malloc fail");
-  AddHdmiBlocks(*model, physAddr);
-
-  uint8_t bytes[kEdidBlockSize];
-  EdidBlock block = {EDID_BLOCK_CEA, kEdidBlockSize, kEdidBlockSize, bytes};
-  if (CEA_GenerateBlock(model.get(), &block) != 0) return -1;
-  return EDID_AddBlock(handle, &block, handle->blockCount);
+  MemoryWatch asking;
+  const bool dvi = IsDvi(*handle, asking);
+  if (!asking.sufficed()) return -1;
+  if (!dvi) return 0;
+  int32_t status = -1;
+  EditWhole(*handle, [&](MemoryWatch& memory) { status = MakeHdmi(*handle, physAddr, memory); });
+  return status;
 }
 
 uint16_t EDID_GetPhyAddr(const EdidHandle* handle) {
   if (!HasBlocks(handle)) return kNoPhysAddr;
-  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle);
+  MemoryWatch unwatched;
+  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle, unwatched);
   H14bRecord record;
   if (!found || CEA_GetH14bVSDB(found->entry, &record) != 0) return kNoPhysAddr;
   return record.physAddr;
@@ -175,11 +204,12 @@ uint16_t EDID_GetPhyAddr(const EdidHandle* handle) {
 
 int32_t EDID_SetPhyAddr(EdidHandle* handle, uint16_t physAddr) {
   if (!HasBlocks(handle)) return -1;
-  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle);
+  MemoryWatch unwatched;
+  const std::optional<HdmiVsdb> found = FindHdmiVsdb(*handle, unwatched);
   if (!found) return -1;
   H14bRecord record;
   if (CEA_GetH14bVSDB(found->entry, &record) != 0) return -1;
   record.physAddr = physAddr;
-  if (Rewrite(*found->model, *found->entry, CEA_SetH14bVSDB, &record) != 0) return -1;
+  if (Rewrite(unwatched, *found->model, *found->entry, CEA_SetH14bVSDB, &record) != 0) return -1;
   return Regenerate(*found->model, handle->blocks[found->blockIndex]);
 }

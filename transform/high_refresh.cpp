@@ -10,11 +10,13 @@
 #include "reedid/transforms.h"
 #include "timing/dtd.h"
 #include "transform/edit.h"
+#include "transform/extension_override.h"
 #include "transform/high_refresh/choice.h"
 #include "transform/high_refresh/descriptors.h"
 #include "transform/high_refresh/rates.h"
 #include "transform/high_refresh/space.h"
 #include "transform/high_refresh/vics.h"
+#include "transform/link_limit.h"
 #include "transform/reclock.h"
 
 namespace reedid {
@@ -39,27 +41,28 @@ void EndLine() {
   Print("\n");
 }
 
-// The steps over one image, in order.
+// The steps over one image, in order. They end where memory lacks.
 class HighRefresh {
  public:
-  explicit HighRefresh(EdidHandle& handle) : handle_(handle) {}
+  HighRefresh(EdidHandle& handle, MemoryWatch& memory) : handle_(handle), memory_(memory) {}
 
-  int32_t Run() {
+  void Run() {
     DropUnusableBlocks();
-    if (!TakeInventory()) return REEDID_ERR_AS(kName, "malloc fail");
-    EDID_LimitToHDMI20(&handle_, wanted_.begin(), wanted_.count());
+    TakeInventory();
+    if (!memory_.sufficed()) return;
+    LimitToLink();
     MeasureSpace(kBlocksLeft);
+    if (!memory_.sufficed()) return;
     ChooseDtds();
     DropExtraBlocks();
-    if (list_.count() > 0) WriteBackDTD(handle_, list_);
-    if (!FindLostRates()) return 0;
-    FillWith1080pVIC(handle_, lost_);
-    if (lost_.count() > 0) FillWithVIC(handle_, lost_);
-    if (!KeepRatesForCvt()) return 0;
+    if (list_.count() > 0) WriteBackDTD(handle_, memory_, list_);
+    if (!FindLostRates()) return;
+    FillWith1080pVIC(handle_, memory_, lost_);
+    if (lost_.count() > 0) FillWithVIC(handle_, memory_, lost_);
+    if (!memory_.sufficed() || !KeepRatesForCvt()) return;
     MakeRoomForCvt();
     AppendCvtDtds();
-    if (list_.count() > 0) WriteBackDTD(handle_, list_);
-    return 0;
+    if (list_.count() > 0) WriteBackDTD(handle_, memory_, list_);
   }
 
  private:
@@ -68,27 +71,37 @@ class HighRefresh {
                [](const EdidBlock& block) { return block.type != EDID_BLOCK_UNKNOWN && block.type != EDID_BLOCK_MAP; });
   }
 
-  bool TakeInventory() {
-    wanted_.Collect(handle_);
+  void TakeInventory() {
+    wanted_.Collect(handle_, memory_);
     REEDID_LOG_OPEN("INFO", kName, "support frameRate(%d):", wanted_.count());
     for (const uint16_t rate : wanted_) Print(" %dHz,", rate);
     EndLine();
     wanted_.FilterFrameRate();
-    if (!list_.Collect(handle_, kSpareDtds)) return false;
+    if (!list_.Collect(handle_, memory_, kSpareDtds)) {
+      REEDID_ERR_AS(kName, "malloc fail");
+      return;
+    }
     PrintDtdList(list_);
     EndLine();
-    return true;
+  }
+
+  void LimitToLink() {
+    if (wanted_.count() == 0) {  // which the limit refuses; the work goes on
+      REEDID_ERR_AS("EDID_LimitToHDMI20", "invalid parameters");
+    } else {
+      LimitImageToHdmi20(handle_, {wanted_.begin(), wanted_.count()}, memory_);
+    }
   }
 
   void MeasureSpace(unsigned blocks) {
-    space_ = GetDtdSpace(handle_, blocks);
-    spaceMax_ = GetDtdSpaceMax(handle_, blocks);
+    space_ = GetDtdSpace(handle_, memory_, blocks);
+    spaceMax_ = GetDtdSpaceMax(handle_, memory_, blocks);
     REEDID_INFO_AS(kName, "dtdSpaceLimits=%d, dtdSpaceLimitsMax=%d", space_, spaceMax_);
   }
 
   // Leaves the list of those DTDs that are to stand in the two blocks, and logs it.
   void ChooseDtds() {
-    list_.CollectAgain(handle_);
+    list_.CollectAgain(handle_, memory_);
     if (list_.count() > 0) DeleteUnspportDTD(list_);
     REEDID_INFO_AS(kName, "delete invalid dtd, dtdCnt=%d", list_.count());
     if (space_ < list_.count()) FitDtds();
@@ -101,8 +114,8 @@ class HighRefresh {
     REEDID_INFO_AS(kName, "delete repeat dtd, dtdCnt=%d", list_.count());
     ReclockDtds(list_, wanted_);
     if (space_ >= list_.count()) return;
-    DeleteUncommonDesc(handle_, list_.count() - space_);
-    const unsigned space = GetDtdSpace(handle_, kAllBlocks);
+    DeleteUncommonDesc(handle_, memory_, list_.count() - space_);
+    const unsigned space = GetDtdSpace(handle_, memory_, kAllBlocks);
     if (space < list_.count()) TrimDtds(list_, space);
   }
 
@@ -110,13 +123,14 @@ class HighRefresh {
     while (handle_.blockCount > kBlocksLeft) {
       EDID_DeleteBlock(&handle_, &handle_.blocks[handle_.blockCount - 1]);
     }
-    DeleteEODB(&handle_);
+    DeleteOverrides(handle_, memory_);
   }
 
   // Whether the two blocks miss wanted rates.
   bool FindLostRates() {
     RateArray found;
-    found.Collect(handle_);
+    found.Collect(handle_, memory_);
+    if (!memory_.sufficed()) return false;
     found.FilterFrameRate();
     if (found.count() == wanted_.count()) return false;
     lost_ = wanted_;
@@ -142,7 +156,7 @@ class HighRefresh {
   void MakeRoomForCvt() {
     const unsigned need = list_.count() + lost_.count();
     MeasureSpace(kAllBlocks);
-    if (space_ < need) DeleteUncommonDesc(handle_, need - space_);
+    if (space_ < need) DeleteUncommonDesc(handle_, memory_, need - space_);
     if (spaceMax_ >= need || DropSlowDtds()) return;
     REEDID_LOG_OPEN("WARN", kName, "no enough sapce, drop frameRate: ");
     const unsigned dropped = std::min(std::max(need - spaceMax_, 1u), lost_.count());
@@ -172,6 +186,7 @@ class HighRefresh {
   }
 
   EdidHandle& handle_;
+  MemoryWatch& memory_;
   RateArray wanted_;
   RateArray lost_;
   DtdList list_;
@@ -187,5 +202,5 @@ using namespace reedid;
 int32_t EDID_HighRefreshRate(EdidHandle* handle) {
   if (!HasBlockArray(handle)) return REEDID_ERR("invalid parameters");
   if (handle->blockCount <= kBlocksLeft) return 0;
-  return HighRefresh(*handle).Run();
+  return EditWhole(*handle, [&](MemoryWatch& memory) { HighRefresh(*handle, memory).Run(); });
 }

@@ -17,6 +17,17 @@ bool HasArguments(const EdidHandle* handle, const uint16_t* frameRates, uint32_t
 
 }  // namespace
 
+namespace reedid {
+
+void LimitImageToHdmi20(EdidHandle& handle, Rates rates, MemoryWatch& memory) {
+  EditBlocks(handle, memory,
+             Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi20, rates); },
+                        [&](CeaBlock& model) { LimitCea(memory, model, kHdmi20, rates); },
+                        [&](DispIdBlock& model) { LimitDispId(memory, model, kHdmi20, rates); }});
+}
+
+}  // namespace reedid
+
 int32_t VESA_LimitToHDMI20(VesaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
   if (model == nullptr || frameRates == nullptr) return -1;
   return LimitVesa(*model, kHdmi20, {frameRates, frameRateCount});
@@ -28,15 +39,18 @@ int32_t VESA_LimitToHDMI14(VesaBlock* model, const uint16_t* frameRates, uint32_
 }
 
 void CEA_LimitToHDMI20(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi20, {frameRates, frameRateCount});
+  MemoryWatch unwatched;
+  if (model != nullptr && frameRates != nullptr) LimitCea(unwatched, *model, kHdmi20, {frameRates, frameRateCount});
 }
 
 void CEA_LimitToHDMI14(CeaBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitCea(*model, kHdmi14, {frameRates, frameRateCount});
+  MemoryWatch unwatched;
+  if (model != nullptr && frameRates != nullptr) LimitCea(unwatched, *model, kHdmi14, {frameRates, frameRateCount});
 }
 
 void DispID_LimitToHDMI20(DispIdBlock* model, const uint16_t* frameRates, uint32_t frameRateCount) {
-  if (model != nullptr && frameRates != nullptr) LimitDispId(*model, kHdmi20, {frameRates, frameRateCount});
+  MemoryWatch unwatched;
+  if (model != nullptr && frameRates != nullptr) LimitDispId(unwatched, *model, kHdmi20, {frameRates, frameRateCount});
 }
 
 void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount) {
@@ -44,10 +58,7 @@ void EDID_LimitToHDMI20(EdidHandle* handle, const uint16_t* frameRates, uint32_t
     REEDID_ERR("invalid parameters");
     return;
   }
-  const Rates rates(frameRates, frameRateCount);
-  EditBlocks(*handle, Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi20, rates); },
-                                 [&](CeaBlock& model) { LimitCea(model, kHdmi20, rates); },
-                                 [&](DispIdBlock& model) { LimitDispId(model, kHdmi20, rates); }});
+  EditWhole(*handle, [&](MemoryWatch& memory) { LimitImageToHdmi20(*handle, {frameRates, frameRateCount}, memory); });
 }
 
 void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRates, uint32_t frameRateCount) {
@@ -56,11 +67,13 @@ void EDID_LimitToHDMI14(EdidHandle* handle, const uint16_t* frameRates, uint32_t
     return;
   }
   const Rates rates(frameRates, frameRateCount);
-  auto limitBlock = Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi14, rates); },
-                               [&](CeaBlock& model) { LimitCea(model, kHdmi14, rates); }};
-  KeepBlocks(*handle, [&](EdidBlock& block) {
-    if (Family<DispIdBlock>::Owns(block.type)) return false;
-    EditBlock(block, limitBlock);
-    return true;
+  EditWhole(*handle, [&](MemoryWatch& memory) {
+    auto limitBlock = Overloaded{[&](VesaBlock& model) { LimitVesa(model, kHdmi14, rates); },
+                                 [&](CeaBlock& model) { LimitCea(memory, model, kHdmi14, rates); }};
+    KeepBlocks(*handle, [&](EdidBlock& block) {
+      if (Family<DispIdBlock>::Owns(block.type)) return false;
+      EditBlock(block, memory, limitBlock);
+      return true;
+    });
   });
 }

@@ -57,7 +57,7 @@ bool VicLimiter::Limit420Video(CeaDataBlock& entry) {
   if (CEA_Get420VDB(&entry, &video420_) != 0) return true;
   DropFast420(video420_);
   if (video420_.vicCount == 0) return false;
-  Rewrite(model_, entry, CEA_Set420VDB, &video420_);
+  Rewrite(memory_, model_, entry, CEA_Set420VDB, &video420_);
   return true;
 }
 
@@ -79,7 +79,7 @@ void VicLimiter::LimitVideoBlock(CeaDataBlock& entry) {
     fast.Add(vic);
     return false;
   });
-  const bool written = Rewrite(model_, entry, CEA_SetVDB, &record) == 0;
+  const bool written = Rewrite(memory_, model_, entry, CEA_SetVDB, &record) == 0;
   if (&entry == CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0)) firstVideo_ = written ? record : before;
   if (!written) return;
   for (const uint8_t vic : fast) removed_.Add(vic);
@@ -122,7 +122,7 @@ void VicLimiter::ReplaceRemovedVics() {
     if (slower != 0) AppendVic<kMaxVics>(firstVideo_, slower);
   }
   CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0);
-  if (entry != nullptr && Rewrite(model_, *entry, CEA_SetVDB, &firstVideo_) != 0) firstVideo_ = before;
+  if (entry != nullptr && Rewrite(memory_, model_, *entry, CEA_SetVDB, &firstVideo_) != 0) firstVideo_ = before;
 }
 
 // Formats that the sink takes in 4:2:0 too survive as 4:2:0 only when the Video Data Block lost them.
@@ -130,7 +130,7 @@ void VicLimiter::Write420Map() {
   if (map420_.vicCount == 0) return;
   CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP);
   if (entry != nullptr) {
-    Rewrite(model_, *entry, CEA_Set420CMDB, &map420_, CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0));
+    Rewrite(memory_, model_, *entry, CEA_Set420CMDB, &map420_, CEA_FindDataBlock(&model_, CEA_TAG_VIDEO, 0));
   }
   for (unsigned i = 0; i < map420_.vicCount; ++i) {
     if (!HoldsVic(firstVideo_, map420_.vics[i])) AppendVic<kMax420Vics>(video420_, map420_.vics[i]);
@@ -140,9 +140,9 @@ void VicLimiter::Write420Map() {
 void VicLimiter::Write420Video() {
   if (video420_.vicCount == 0) return;
   if (CeaDataBlock* entry = CEA_FindDataBlock(&model_, CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO)) {
-    Rewrite(model_, *entry, CEA_Set420VDB, &video420_);
+    Rewrite(memory_, model_, *entry, CEA_Set420VDB, &video420_);
   } else {
-    AddDataBlock(model_, model_.dataBlockCount, CEA_Set420VDB, &video420_);
+    AddDataBlock(memory_, model_, model_.dataBlockCount, CEA_Set420VDB, &video420_);
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "base/memory.h"
 #include "reedid/cea.h"
 #include "transform/reclock.h"
 
@@ -24,7 +25,8 @@ class VicSet {
 // The limit needs three steps over the data blocks: the 4:2:0 blocks, then the video blocks, then Restore.
 class VicLimiter {
  public:
-  VicLimiter(CeaBlock& model, const LinkLimit& limit, Rates rates) : model_(model), limit_(limit), rates_(rates) {}
+  VicLimiter(MemoryWatch& memory, CeaBlock& model, const LinkLimit& limit, Rates rates)
+      : memory_(memory), model_(model), limit_(limit), rates_(rates) {}
 
   // Cuts a 4:2:0 block down. Whether the data block, of whatever kind, stays.
   bool Limit420Block(CeaDataBlock& entry);
@@ -43,6 +45,7 @@ class VicLimiter {
   void Write420Map();
   void Write420Video();
 
+  MemoryWatch& memory_;
   CeaBlock& model_;
   const LinkLimit& limit_;
   Rates rates_;

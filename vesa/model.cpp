@@ -121,22 +121,23 @@ uint8_t SlotFlag(const uint8_t* bytes) {
 }
 
 }  // namespace
-}  // namespace reedid
 
-using namespace reedid;
-
-VesaBlock* VESA_Open(const EdidBlock* block) {
+VesaBlock* OpenVesa(const EdidBlock* block, MemoryWatch& memory) {
+  constexpr const char* kName = "VESA_Open";
   if (block == nullptr || block->bytes == nullptr || block->size != kEdidBlockSize || block->type != EDID_BLOCK_VESA) {
-    return REEDID_ERR("invalid parameters");
+    return REEDID_ERR_AS(kName, "invalid parameters");
   }
-  if (!isEdidHeader(block->bytes)) return REEDID_ERR("error edid header");
+  if (!isEdidHeader(block->bytes)) return REEDID_ERR_AS(kName, "error edid header");
   auto* model = AllocateZeroed<VesaBlock>();
-  if (model == nullptr) return REEDID_ERR("malloc fail");
+  if (model == nullptr) {
+    memory.Lack();
+    return REEDID_ERR_AS(kName, "malloc fail");
+  }
 
   const Bytes bytes(block->bytes, kEdidBlockSize);
   const LayoutReader reader(bytes);
   model->checksum = bytes[127];
-  model->checksumValid = CheckChecksum(block->bytes, kEdidBlockSize);
+  model->checksumValid = CheckChecksum(block->bytes, kEdidBlockSize, kName);
   std::memcpy(model->header, bytes.data(), sizeof model->header);
   DecodeManufacturer(bytes, model->manufacturer);
   PlainLayout(reader, *model);
@@ -153,6 +154,15 @@ VesaBlock* VESA_Open(const EdidBlock* block) {
     slot.flag = SlotFlag(slot.bytes);
   }
   return model;
+}
+
+}  // namespace reedid
+
+using namespace reedid;
+
+VesaBlock* VESA_Open(const EdidBlock* block) {
+  MemoryWatch unwatched;
+  return OpenVesa(block, unwatched);
 }
 
 void VESA_Close(VesaBlock* model) {

@@ -53,15 +53,23 @@ typedef struct CeaBlock {
 /**
  * Parses an EdidBlock of type EDID_BLOCK_CEA. Null for bad arguments, a wrong tag byte ("error extension tag") or no
  * memory. A wrong checksum is a warning. The DTD list ends at the first descriptor without a clock, active, blanking,
- * porch or sync width; the collection ends at the first header with tag 0.
+ * porch or sync width; the collection ends at the first header with tag 0. When memory runs out over the bytes of an
+ * entry or over the DTDs ("malloc fail"), the model has a gap there: ask CEA_IsComplete before you generate it.
  */
 REEDID_API CeaBlock* CEA_Open(const EdidBlock* block);
 /** Frees a model, its entries and their bytes. Null is ignored. */
 REEDID_API void CEA_Close(CeaBlock* model);
 
 /**
+ * Whether a model has the bytes of all its data blocks and the array of its DTDs: 1, or 0 for one that CEA_Open had too
+ * little memory for. Generating such a model loses what it lacks. 0 with "invalid parameters" for null.
+ */
+REEDID_API int32_t CEA_IsComplete(const CeaBlock* model);
+
+/**
  * Writes the model into `out` (bytes and capacity of at least 128 given by the caller) with a fresh DTD offset and
  * checksum. Data blocks and DTDs that do not fit are reported ("outof range") and left out; the call still succeeds.
+ * What a model without all its memory lacks is left out without a word (CEA_IsComplete).
  */
 REEDID_API int32_t CEA_GenerateBlock(const CeaBlock* model, EdidBlock* out);
 

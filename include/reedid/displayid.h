@@ -46,15 +46,23 @@ typedef struct DispIdBlock {
 
 /**
  * Parses a section. Null for bad arguments, "invalid block type", "error version" (version 0) and no memory. Wrong
- * checksums and lengths beyond the block are warnings; parsing goes on with what there is.
+ * checksums and lengths beyond the block are warnings; parsing goes on with what there is. When memory runs out over the
+ * bytes of an entry ("malloc fail"), the model has a gap there: ask DispID_IsComplete before you generate it.
  */
 REEDID_API DispIdBlock* DispID_Open(const EdidBlock* block);
 /** Frees a model, its entries and their bytes. Null is ignored. */
 REEDID_API void DispID_Close(DispIdBlock* model);
 
 /**
+ * Whether a model has the bytes of all its data blocks: 1, or 0 for one that DispID_Open had too little memory for.
+ * Generating such a model loses what it lacks. 0 with "invalid parameters" for null.
+ */
+REEDID_API int32_t DispID_IsComplete(const DispIdBlock* model);
+
+/**
  * Writes the section into `out` (bytes and capacity given by the caller: 128 for an extension, else sectionSize) with
- * fresh checksums. Data blocks that do not fit are reported and left out; the call still succeeds.
+ * fresh checksums. Data blocks that do not fit are reported and left out; the call still succeeds. What a model without
+ * all its memory lacks is left out without a word (DispID_IsComplete).
  */
 REEDID_API int32_t DispID_GenerateBlock(const DispIdBlock* model, EdidBlock* out);
 

@@ -4,7 +4,13 @@
  * model of its family, which goes back into the image when it was edited; what does not open is passed over. The
  * conventions are those of reedid/image.h.
  *
- * Nothing is lost on refusal: where a changed block cannot be generated, the block keeps the bytes that it had.
+ * Where a changed block cannot be generated, the block keeps the bytes that it had, and the edit goes on with the next.
+ *
+ * Edits of a whole image (EDID_..., DeleteEODB) are done whole or not at all where memory is short: when an allocation
+ * fails, the image is what it was, "malloc fail" is printed, and those that return something return -1. They keep a copy
+ * of the image for that while they work. Blocks stay where they are in memory, but for those that the edit removes; when
+ * an edit fails that had removed blocks, all blocks are in new buffers. The edits of single models (VESA_..., CEA_...,
+ * DispID_...) leave the entry as it was that there is no memory for.
  */
 #ifndef REEDID_TRANSFORMS_H
 #define REEDID_TRANSFORMS_H
@@ -27,17 +33,21 @@ extern "C" {
  */
 REEDID_API int32_t isValidEdid(const EdidHandle* handle);
 
-/** Whether no CTA extension has an HDMI 1.4b VSDB: the image describes a DVI sink. An HDMI Forum VSDB alone is DVI. */
+/**
+ * Whether no CTA extension has an HDMI 1.4b VSDB: the image describes a DVI sink. An HDMI Forum VSDB alone is
+ * DVI. 0 without memory to look ("malloc fail").
+ */
 REEDID_API int32_t isDVIEdid(const EdidHandle* handle);
 
 /**
  * Makes an HDMI sink of a DVI one: block 1 is removed (a CTA extension is reused) and a CTA extension with a
  * two-channel L-PCM audio block, a front left/right speaker block and an HDMI VSDB with this physical address is
- * appended. An image that is HDMI already is left alone, 0.
+ * appended. An image that is HDMI already is left alone, 0. -1 also when nothing of that fits the reused extension, which
+ * is gone then.
  */
 REEDID_API int32_t EDID_DVItoHDMI(EdidHandle* handle, uint16_t physAddr);
 
-/** The CEC physical address of the first HDMI 1.4b VSDB, 0xFFFF when there is none. */
+/** The CEC physical address of the first HDMI 1.4b VSDB, 0xFFFF when there is none or no memory to look. */
 REEDID_API uint16_t EDID_GetPhyAddr(const EdidHandle* handle);
 
 /**

@@ -8,10 +8,13 @@
 
 namespace reedid::test {
 
+// What an operation gives that has no result: for lack of memory all give -1.
+inline constexpr int32_t kNoResult = -1;
+
 struct Operation {
   const char* name;
-  void (*run)(EdidHandle& handle);
-  bool whole = false;  // done or not done, never half done
+  int32_t (*run)(EdidHandle& handle);
+  bool byBlock = false;  // each block is edited whole or not at all, rather than the image
 };
 
 std::span<const Operation> Operations();

@@ -127,9 +127,11 @@ TEST(LinkLimitProperties, HoldForEveryImage) {
 // The limits of single models, for callers who have one open, are those of the whole image.
 template <auto LimitVesa, auto LimitCea, auto LimitSection>
 void LimitModels(EdidHandle* handle, const uint16_t* rates, uint32_t count) {
-  EditBlocks(*handle, Overloaded{[&](VesaBlock& model) { LimitVesa(&model, rates, count); },
-                                 [&](CeaBlock& model) { LimitCea(&model, rates, count); },
-                                 [&](DispIdBlock& model) { LimitSection(&model, rates, count); }});
+  MemoryWatch memory;
+  EditBlocks(*handle, memory,
+             Overloaded{[&](VesaBlock& model) { LimitVesa(&model, rates, count); },
+                        [&](CeaBlock& model) { LimitCea(&model, rates, count); },
+                        [&](DispIdBlock& model) { LimitSection(&model, rates, count); }});
 }
 
 void DeleteDisplayIdBlocks(EdidHandle& handle) {

@@ -42,18 +42,21 @@ void Write(VesaBlock& model, DtdSource& source) {
   }
 }
 
-void Write(CeaBlock& model, DtdSource& source) {
+void Write(MemoryWatch& memory, CeaBlock& model, DtdSource& source) {
   KeepDtds(model, [](const DtdSlot&) { return false; });
   DtdSlot slot;
-  while (model.freeSpace >= kDtdSize && source.Next(slot)) CEA_AddDTD(&model, &slot, model.dtdCount);
+  while (memory.sufficed() && model.freeSpace >= kDtdSize && source.Next(slot)) {
+    if (CEA_AddDTD(&model, &slot, model.dtdCount) != 0) memory.Lack();
+  }
 }
 
 }  // namespace
 
-void WriteBackDTD(EdidHandle& handle, const DtdList& list) {
+void WriteBackDTD(EdidHandle& handle, MemoryWatch& memory, const DtdList& list) {
   DtdSource source(list);
-  EditBlocks(handle, Overloaded{[&](VesaBlock& model) { Write(model, source); },
-                                [&](CeaBlock& model) { Write(model, source); }});
+  EditBlocks(handle, memory,
+             Overloaded{[&](VesaBlock& model) { Write(model, source); },
+                        [&](CeaBlock& model) { Write(memory, model, source); }});
 }
 
 }  // namespace reedid

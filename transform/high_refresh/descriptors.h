@@ -8,6 +8,6 @@ namespace reedid {
 
 // Fills the base block, then the CTA extensions, as far as their space goes. The extensions lose the DTDs that they
 // had.
-void WriteBackDTD(EdidHandle& handle, const DtdList& list);
+void WriteBackDTD(EdidHandle& handle, MemoryWatch& memory, const DtdList& list);
 
 }  // namespace reedid

@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "reedid/transforms.h"
+#include "base/memory.h"
+#include "inventory/rate_list.h"
 #include "transform/edit.h"
 
 namespace reedid {
@@ -12,7 +13,9 @@ namespace reedid {
 // Rates in Hz, falling, each once.
 class RateArray {
  public:
-  void Collect(const EdidHandle& handle) { count_ = EDID_GetAllFrameRate(&handle, rates_, kMaxRates); }
+  void Collect(const EdidHandle& handle, MemoryWatch& memory) {
+    count_ = CollectFrameRates(handle, rates_, kMaxRates, memory);
+  }
 
   // Keeps the film, PAL and NTSC rates and every high rate.
   void FilterFrameRate() {

@@ -17,15 +17,16 @@ bool IsCommonDescriptor(const DtdSlot& slot) {
 }
 
 template <class IsSpace>
-uint8_t CountSpace(const EdidHandle& handle, unsigned blocks, IsSpace isSpace) {
+uint8_t CountSpace(const EdidHandle& handle, MemoryWatch& memory, unsigned blocks, IsSpace isSpace) {
   EdidHandle part = handle;
   part.blockCount = Low8(std::min<unsigned>(part.blockCount, blocks));
   unsigned space = 0;
-  VisitBlocks(part, Overloaded{[&](const VesaBlock& model) {
-                                 space += static_cast<unsigned>(
-                                     std::count_if(model.descriptors, model.descriptors + kDescriptorSlots, isSpace));
-                               },
-                               [&](const CeaBlock& model) { space += model.dtdCount + model.freeSpace / kDtdSize; }});
+  VisitBlocks(part, memory,
+              Overloaded{[&](const VesaBlock& model) {
+                           space += static_cast<unsigned>(
+                               std::count_if(model.descriptors, model.descriptors + kDescriptorSlots, isSpace));
+                         },
+                         [&](const CeaBlock& model) { space += model.dtdCount + model.freeSpace / kDtdSize; }});
   return Low8(space);
 }
 
@@ -58,16 +59,16 @@ void DeleteUncommonDesc(VesaBlock& model, unsigned count) {
 
 }  // namespace
 
-uint8_t GetDtdSpace(const EdidHandle& handle, unsigned blocks) {
-  return CountSpace(handle, blocks, IsDtdOrEmpty);
+uint8_t GetDtdSpace(const EdidHandle& handle, MemoryWatch& memory, unsigned blocks) {
+  return CountSpace(handle, memory, blocks, IsDtdOrEmpty);
 }
 
-uint8_t GetDtdSpaceMax(const EdidHandle& handle, unsigned blocks) {
-  return CountSpace(handle, blocks, [](const DtdSlot& slot) { return !IsCommonDescriptor(slot); });
+uint8_t GetDtdSpaceMax(const EdidHandle& handle, MemoryWatch& memory, unsigned blocks) {
+  return CountSpace(handle, memory, blocks, [](const DtdSlot& slot) { return !IsCommonDescriptor(slot); });
 }
 
-void DeleteUncommonDesc(EdidHandle& handle, unsigned count) {
-  EditBlocks(handle, [&](VesaBlock& model) { DeleteUncommonDesc(model, Low8(count)); });
+void DeleteUncommonDesc(EdidHandle& handle, MemoryWatch& memory, unsigned count) {
+  EditBlocks(handle, memory, [&](VesaBlock& model) { DeleteUncommonDesc(model, Low8(count)); });
 }
 
 }  // namespace reedid

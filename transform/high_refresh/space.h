@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "base/memory.h"
 #include "reedid/image.h"
 #include "vesa/descriptor.h"
 
@@ -16,12 +17,12 @@ constexpr bool IsDtdOrEmpty(const DtdSlot& slot) {
 }
 
 // How many DTDs the first `blocks` blocks can hold now.
-uint8_t GetDtdSpace(const EdidHandle& handle, unsigned blocks);
+uint8_t GetDtdSpace(const EdidHandle& handle, MemoryWatch& memory, unsigned blocks);
 
 // How many they could hold without the uncommon descriptors.
-uint8_t GetDtdSpaceMax(const EdidHandle& handle, unsigned blocks);
+uint8_t GetDtdSpaceMax(const EdidHandle& handle, MemoryWatch& memory, unsigned blocks);
 
 // Deletes up to `count` uncommon descriptors, empty slots and unknown ones included; the others move up.
-void DeleteUncommonDesc(EdidHandle& handle, unsigned count);
+void DeleteUncommonDesc(EdidHandle& handle, MemoryWatch& memory, unsigned count);
 
 }  // namespace reedid

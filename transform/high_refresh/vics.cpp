@@ -22,7 +22,7 @@ bool FitsRate(uint32_t vic, uint16_t rate, DtdTiming& timing) {
 // that a data block may reach (docs/oddities.md); false when the block stays as it was.
 // `findVic(rate)` gives the VIC for a rate and logs it, or 0.
 template <class FindVicForRate>
-bool Fill(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
+bool Fill(MemoryWatch& memory, CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
   CeaDataBlock* entry = CEA_FindDataBlock(&model, CEA_TAG_VIDEO, 0);
   VdbRecord record;
   if (entry == nullptr || CEA_GetVDB(entry, &record) != 0 || record.vicCount >= sizeof record.vics) return false;
@@ -35,21 +35,21 @@ bool Fill(CeaBlock& model, RateArray& lost, FindVicForRate findVic) {
     --budget;
     return false;
   });
-  return Rewrite(model, *entry, CEA_SetVDB, &record) == 0;
+  return Rewrite(memory, model, *entry, CEA_SetVDB, &record) == 0;
 }
 
 // Edits the first CTA extension; one whose edit changes nothing is not written back.
 template <class Edit>
-void EditFirstCea(EdidHandle& handle, Edit edit) {
+void EditFirstCea(EdidHandle& handle, MemoryWatch& memory, Edit edit) {
   EdidBlock* const end = handle.blocks + handle.blockCount;
   EdidBlock* const first =
       std::find_if(handle.blocks, end, [](const EdidBlock& b) { return b.type == EDID_BLOCK_CEA; });
-  if (first != end) EditBlock(*first, edit);
+  if (first != end) EditBlock(*first, memory, edit);
 }
 
 }  // namespace
 
-void FillWith1080pVIC(EdidHandle& handle, RateArray& lost) {
+void FillWith1080pVIC(EdidHandle& handle, MemoryWatch& memory, RateArray& lost) {
   const char* const name = __func__;
   const auto findVic = [&](uint16_t rate) -> uint8_t {
     for (uint32_t vic = 1; vic <= kLastVicIndex; ++vic) {
@@ -60,10 +60,10 @@ void FillWith1080pVIC(EdidHandle& handle, RateArray& lost) {
     }
     return 0;
   };
-  EditFirstCea(handle, [&](CeaBlock& model) { return Fill(model, lost, findVic); });
+  EditFirstCea(handle, memory, [&](CeaBlock& model) { return Fill(memory, model, lost, findVic); });
 }
 
-void FillWithVIC(EdidHandle& handle, RateArray& lost) {
+void FillWithVIC(EdidHandle& handle, MemoryWatch& memory, RateArray& lost) {
   const char* const name = __func__;
   const auto findVic = [&](uint16_t rate) -> uint8_t {
     for (uint32_t vic = kLastVicIndex; vic >= 1; --vic) {
@@ -74,7 +74,8 @@ void FillWithVIC(EdidHandle& handle, RateArray& lost) {
     }
     return 0;
   };
-  EditFirstCea(handle, [&](CeaBlock& model) { return model.freeSpace > 0 && Fill(model, lost, findVic); });
+  EditFirstCea(handle, memory,
+               [&](CeaBlock& model) { return model.freeSpace > 0 && Fill(memory, model, lost, findVic); });
 }
 
 }  // namespace reedid

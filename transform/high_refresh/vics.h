@@ -7,9 +7,9 @@
 namespace reedid {
 
 // Adds a VIC of 1920x1080 for each lost rate, as space goes, and takes those rates from the list.
-void FillWith1080pVIC(EdidHandle& handle, RateArray& lost);
+void FillWith1080pVIC(EdidHandle& handle, MemoryWatch& memory, RateArray& lost);
 
 // The same with VICs of any format, the highest number first.
-void FillWithVIC(EdidHandle& handle, RateArray& lost);
+void FillWithVIC(EdidHandle& handle, MemoryWatch& memory, RateArray& lost);
 
 }  // namespace reedid
