@@ -63,5 +63,10 @@ Exit Main(int argc, char** argv) {
 }  // namespace reedid::tool
 
 int main(int argc, char** argv) {
-  return static_cast<int>(reedid::tool::Main(argc, argv));
+  try {
+    return static_cast<int>(reedid::tool::Main(argc, argv));
+  } catch (...) {  // there was no memory to say what was wrong
+    reedid::tool::Tell("reedid: out of memory\n");
+    return static_cast<int>(reedid::tool::Exit::kNoMemory);
+  }
 }

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "document/printable.h"
 
@@ -102,8 +103,13 @@ void Tell(std::string_view text) {
   WriteAll(STDERR_FILENO, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
 }
 
+// Called from destructors and handlers, where nothing may be thrown.
 void Note(std::string_view message) {
-  Tell(fmt::format("reedid: {}\n", document::WithoutControls(message)));
+  try {
+    Tell(fmt::format("reedid: {}\n", document::WithoutControls(message)));
+  } catch (const std::bad_alloc&) {
+    Tell("reedid: no memory for a message\n");
+  }
 }
 
 ToldNotes::~ToldNotes() {
