@@ -176,7 +176,13 @@ TEST(Section, AddsReplacesAndDeletesWithinItsSize) {
                {generateSmaller, Err("DispID_GenerateBlock", "datablock[3] outof range, offset=18, length=4") +
                                      "3:5 1:4 3:5 2:4 used 18"}});
   EXPECT_EQ(DispID_FindDB(m, 3), &m->dataBlocks[0]);
+  EXPECT_EQ(DispID_FindDB(m, 2), &m->dataBlocks[3]);
   EXPECT_EQ(DispID_FindDB(m, 0x103), nullptr);
+  // What moved up is written once.
+  EXPECT_EQ(DispID_DeleteDB(m, m->dataBlocks), 0);
+  ASSERT_EQ(DispID_GenerateBlock(m, &out), 0);
+  EXPECT_EQ(HexOf(ByteVector(out.bytes, out.bytes + out.size)),
+            HexOf(Section(0x12, 0).Block(1, 0, {1}).Block(3, 0, {0, 0}).Block(2, 0, {1}).Build(4)));
   while (m->dataBlockCount > 0) DispID_DeleteDB(m, m->dataBlocks);
   EXPECT_EQ(m->payloadUsed, 0);
   while (m->dataBlockCount < 255) {

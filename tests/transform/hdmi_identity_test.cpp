@@ -111,6 +111,7 @@ TEST(DviToHdmi, MakesTheExtensionAnHdmiOne) {
   const Section section;
   Cta five = Cta().Dtd(k1080p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60).Dtd(k720p60), six = Cta(five).Dtd(k720p60);
   const Cta made = WithHdmi(Cta().Flags(0xC1)), old = Cta().Revision(1);
+  const ByteVector large(31, 0x10), last(23, 0x10);
   const struct {
     const char* name;
     Edid before, after;
@@ -125,6 +126,9 @@ TEST(DviToHdmi, MakesTheExtensionAnHdmiOne) {
        Edid().Extension(WithHdmi(Cta().Flags(0x40)).Dtd(k1080p60).Dtd(k720p60))},
       {"the last DTD makes room", Edid().Extension(six.Vdb({0x90})),
        Edid().Extension(WithHdmi(five.Flags(0x40).Vdb({0x90})))},
+      {"just room enough, the DTD stays",
+       Edid().Extension(Cta(old).Vdb(large).Block(3, large).Block(3, last).Dtd(k720p60)),
+       Edid().Extension(WithHdmi(Cta().Flags(0x40).Vdb(large)).Block(3, large).Block(3, last).Dtd(k720p60))},
       {"base block only", Edid(), Edid().Extension(made)},
       {"a block map goes", Edid().Extension(map).Extension(section), Edid().Extension(section).Extension(made)},
       {"HDMI stays", hdmi, hdmi},
