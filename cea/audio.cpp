@@ -10,6 +10,7 @@
 #include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
+#include "cea/speakers.h"
 
 namespace reedid {
 namespace {
@@ -81,31 +82,6 @@ constexpr void SadLayout(const Io& io, Sad& sad) {
   io(sad.formatDependent, Place{2, 0, form.ownBits});
 }
 
-// Three bytes of flags (CTA-861, table 59).
-template <class Io, class Record>
-constexpr void SpeakerLayout(const Io& io, Record& r) {
-  io(r.FL_FR, Place{1, 0, 1});
-  io(r.LFE1, Place{1, 1, 1});
-  io(r.FC, Place{1, 2, 1});
-  io(r.BL_BR, Place{1, 3, 1});
-  io(r.BC, Place{1, 4, 1});
-  io(r.FLc_FRc, Place{1, 5, 1});
-  io(r.RLC_RRC, Place{1, 6, 1});
-  io(r.FLw_FRw, Place{1, 7, 1});
-  io(r.TpFL_TpFR, Place{2, 0, 1});
-  io(r.TpC, Place{2, 1, 1});
-  io(r.TpFC, Place{2, 2, 1});
-  io(r.LS_RS, Place{2, 3, 1});
-  io(r.LFE2, Place{2, 4, 1});
-  io(r.TpBC, Place{2, 5, 1});
-  io(r.SiL_SiR, Place{2, 6, 1});
-  io(r.TpSiL_TpSiR, Place{2, 7, 1});
-  io(r.TpBL_TpBR, Place{3, 0, 1});
-  io(r.BtFC, Place{3, 1, 1});
-  io(r.BtFL_BtFR, Place{3, 2, 1});
-  io(r.TpLS_TpRS, Place{3, 3, 1});
-}
-
 }  // namespace
 }  // namespace reedid
 
@@ -132,12 +108,12 @@ int32_t CEA_SetADB(const AdbRecord* record, CeaDataBlock* entry) {
 int32_t CEA_GetSADB(const CeaDataBlock* entry, SpeakerRecord* record) {
   if (!Matches(entry, kSpeaker) || record == nullptr) return REEDID_ERR("invalid parameters");
   *record = {};
-  SpeakerLayout(LayoutReader(BytesOf(*entry)), *record);
+  SpeakerLayout(LayoutReader(BytesOf(*entry)), *record, 1);
   return 0;
 }
 
 int32_t CEA_SetSADB(const SpeakerRecord* record, CeaDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
-  SpeakerLayout(BeginDataBlock(*entry, kSpeaker, 4), *record);
+  SpeakerLayout(BeginDataBlock(*entry, kSpeaker, 4), *record, 1);
   return 0;
 }

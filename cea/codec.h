@@ -40,6 +40,20 @@ inline Bytes BytesOf(const CeaDataBlock& entry) {
   return {entry.bytes, entry.size};
 }
 
+// Where the OUI of a vendor's block stands, least significant byte first: behind the tag, or behind the extended tag.
+constexpr unsigned OuiPlace(uint8_t tag) {
+  return tag == CEA_TAG_EXTENDED ? 2 : 1;
+}
+
+inline bool HasOui(const CeaDataBlock& entry, uint32_t oui) {
+  return BytesOf(entry).Le24(OuiPlace(entry.tag)) == oui;
+}
+
+inline Failure BadOui(const CeaDataBlock& entry, Caller caller = {}) {
+  const uint8_t* oui = entry.bytes + OuiPlace(entry.tag);
+  return REEDID_ERR_AS(caller, "invalid OUI(%02X%02X%02x)", oui[2], oui[1], oui[0]);
+}
+
 constexpr bool CanHold(const CeaDataBlock* entry) {
   return entry != nullptr && entry->bytes != nullptr;
 }

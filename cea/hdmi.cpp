@@ -20,8 +20,6 @@
 //   12    DSC max FRL rate 7..4, max slices 3..0
 //   13    DSC total chunk KiB - 1 5..0
 
-#include <cstring>
-
 #include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
@@ -32,17 +30,7 @@ namespace {
 constexpr CeaForm kAnyVsdb = {CEA_TAG_VENDOR, 0, 4, 31};
 constexpr CeaForm kHdmi14b = {CEA_TAG_VENDOR, 0, 6, 31};
 constexpr CeaForm kHdmiForum = {CEA_TAG_VENDOR, 0, 8, 31};
-constexpr uint8_t kHdmi14bOui[3] = {0x03, 0x0C, 0x00};
-constexpr uint8_t kHdmiForumOui[3] = {0xD8, 0x5D, 0xC4};
 constexpr unsigned kLatencyByte = 9;
-
-bool HasOui(const CeaDataBlock& entry, const uint8_t* oui) {
-  return std::memcmp(entry.bytes + 1, oui, 3) == 0;
-}
-
-Failure BadOui(const CeaDataBlock& entry, Caller caller = {}) {
-  return REEDID_ERR_AS(caller, "invalid OUI(%02X%02X%02x)", entry.bytes[3], entry.bytes[2], entry.bytes[1]);
-}
 
 // Bytes 4..8 of the 1.4b block; a reader of a shorter block gets zeroes.
 template <class Io, class Record>
@@ -176,13 +164,13 @@ int32_t CEA_GetVSDBType(const CeaDataBlock* entry) {
     REEDID_ERR("invalid parameters");
     return VSDB_NONE;
   }
-  if (HasOui(*entry, kHdmi14bOui)) return VSDB_HDMI14B;
-  return HasOui(*entry, kHdmiForumOui) ? VSDB_HDMI_FORUM : VSDB_NONE;
+  if (HasOui(*entry, REEDID_OUI_HDMI)) return VSDB_HDMI14B;
+  return HasOui(*entry, REEDID_OUI_HDMI_FORUM) ? VSDB_HDMI_FORUM : VSDB_NONE;
 }
 
 int32_t CEA_GetH14bVSDB(const CeaDataBlock* entry, H14bRecord* record) {
   if (!Matches(entry, kHdmi14b) || record == nullptr) return REEDID_ERR("invalid parameters");
-  if (!HasOui(*entry, kHdmi14bOui)) return BadOui(*entry);
+  if (!HasOui(*entry, REEDID_OUI_HDMI)) return BadOui(*entry);
   *record = {};
   H14bLayout(LayoutReader(BytesOf(*entry)), *record, entry->size);
   return 0;
@@ -193,7 +181,7 @@ int32_t CEA_SetH14bVSDB(const H14bRecord* record, CeaDataBlock* entry) {
     return REEDID_ERR("invalid parameters");
   }
   const LayoutWriter writer = BeginDataBlock(*entry, kHdmi14b, H14bSize(*record));
-  std::memcpy(entry->bytes + 1, kHdmi14bOui, sizeof kHdmi14bOui);
+  PutLe24(entry->bytes + 1, REEDID_OUI_HDMI);
   if (record->physAddr == 0x0000 || record->physAddr == 0xFFFF) REEDID_WARN("invalid phyaddr: %04X", record->physAddr);
   if (record->max_TMDS_Clock < 25) REEDID_ERR("invalid max_TMDS_Clock: %dMHz", record->max_TMDS_Clock);
   H14bLayout(writer, *record, REEDID_CEA_DATA_BLOCK_SIZE);
@@ -202,7 +190,7 @@ int32_t CEA_SetH14bVSDB(const H14bRecord* record, CeaDataBlock* entry) {
 
 int32_t CEA_GetHFVSDB(const CeaDataBlock* entry, HfVsdbRecord* record) {
   if (!Matches(entry, kHdmiForum) || record == nullptr) return REEDID_ERR("invalid parameters");
-  if (!HasOui(*entry, kHdmiForumOui)) return BadOui(*entry);
+  if (!HasOui(*entry, REEDID_OUI_HDMI_FORUM)) return BadOui(*entry);
   *record = {};
   const Bytes bytes = BytesOf(*entry);
   const LayoutReader reader(bytes);
@@ -220,7 +208,7 @@ int32_t CEA_SetHFVSDB(const HfVsdbRecord* record, CeaDataBlock* entry) {
   if (record == nullptr || !CanHold(entry)) return REEDID_ERR("invalid parameters");
   const LayoutWriter writer = BeginDataBlock(*entry, kHdmiForum, 8);
   uint8_t* bytes = entry->bytes;
-  std::memcpy(bytes + 1, kHdmiForumOui, sizeof kHdmiForumOui);
+  PutLe24(bytes + 1, REEDID_OUI_HDMI_FORUM);
   ReportHfRates(*record);
   HfBaseLayout(writer, *record);
   HfVrrFlagsLayout(writer, *record);

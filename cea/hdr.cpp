@@ -4,8 +4,6 @@
 //                         goes: 4 max, 5 max frame-average, 6 min luminance
 // Vendor-specific video:  1 extended tag 1, 2-4 OUI, least significant byte first
 
-#include <cstring>
-
 #include "base/layout.h"
 #include "base/log.h"
 #include "cea/codec.h"
@@ -15,7 +13,6 @@ namespace {
 
 constexpr CeaForm kStaticHdr = {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, 4, 31};
 constexpr CeaForm kVendorVideo = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, 5, 31};
-constexpr uint8_t kDolbyOui[3] = {0x46, 0xD0, 0x00};
 
 // Luminances beyond `size` are neither read nor written.
 template <class Io, class Record>
@@ -60,5 +57,5 @@ int32_t CEA_GetVSVDBType(const CeaDataBlock* entry) {
     REEDID_ERR("invalid parameters");
     return 0;
   }
-  return std::memcmp(entry->bytes + 2, kDolbyOui, sizeof kDolbyOui) == 0;
+  return HasOui(*entry, REEDID_OUI_DOLBY);
 }
