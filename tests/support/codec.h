@@ -63,19 +63,25 @@ struct ReadRow {
 
 // Reads a block of exactly these bytes and writes the record back.
 template <class Entry>
+void CheckReadBlock(const Codec<Entry>& codec, const ByteVector& block, const std::string& text,
+                    const ByteVector& again) {
+  const Held<Entry> entry(block);
+  Json record;
+  ASSERT_EQ(Get<Entry>(codec, &entry, &record), 0);
+  EXPECT_EQ(ToText(record), ToText(FromText(text)));
+  Blank<Entry> target(block.size());
+  target.KeepHeader(entry);
+  Quietly([&] { ASSERT_EQ(Set<Entry>(codec, &record, &target), 0); });
+  EXPECT_EQ(target.Written(), again);
+  EXPECT_TRUE(target.IsKind(entry)) << "the entry's own fields";
+}
+
+template <class Entry>
 void CheckRead(const ReadRow& row) {
   const Codec<Entry>& codec = CodecOf<Entry>(row.codec);
   SCOPED_TRACE(row.codec + " " + row.payload);
   const ByteVector block = BlockOf(codec, Hex(row.payload));
-  const Held<Entry> entry(block);
-  Json record;
-  ASSERT_EQ(Get<Entry>(codec, &entry, &record), 0);
-  EXPECT_EQ(ToText(record), ToText(FromText(row.record)));
-  Blank<Entry> target(block.size());
-  target.KeepHeader(entry);
-  Quietly([&] { ASSERT_EQ(Set<Entry>(codec, &record, &target), 0); });
-  EXPECT_EQ(target.Written(), row.again ? BlockOf(codec, Hex(*row.again)) : block);
-  EXPECT_TRUE(target.IsKind(entry)) << "the entry's own fields";
+  CheckReadBlock(codec, block, row.record, row.again ? BlockOf(codec, Hex(*row.again)) : block);
 }
 
 struct WriteRow {
@@ -190,7 +196,7 @@ void CheckSizes(const Codec<Entry>& codec, const ByteVector& fills) {
       block.resize(size, fill);
       Held<Entry> entry(block);
       entry.SetKind(codec.head, fill);
-      const bool fits = size >= codec.minSize && size <= codec.maxSize;
+      const bool fits = Takes(codec, size);
       int32_t result = 0;
       Json record;
       const std::string log = LogOf([&] { result = Get<Entry>(codec, &entry, &record); });

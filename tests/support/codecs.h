@@ -5,6 +5,7 @@
 // and by name as JSON, for which the fields are listed once beside the tool's records.
 #pragma once
 
+#include <algorithm>
 #include <nlohmann/json_fwd.hpp>
 #include <stdexcept>
 #include <string>
@@ -31,7 +32,9 @@ struct Codec {
   Fidelity fidelity = kExact;
   const char* why = "";  // it is not exact
 
-  bool shared = false;  // by both versions of DisplayID
+  std::vector<unsigned> sizes = {};  // of those, the only ones that it takes; empty: all
+  bool exact = false;                // its setter refuses what its getter would not give back
+  bool shared = false;               // by both versions of DisplayID
   size_t boxSize = 0;
   // Null for a null pointer.
   int32_t (*get)(const Entry*, void* box) = nullptr;
@@ -40,6 +43,14 @@ struct Codec {
   void (*toJson)(const void* box, nlohmann::json& json) = nullptr;
   void (*fromJson)(const nlohmann::json& json, void* box) = nullptr;  // what is not named stays
 };
+
+// Whether the getter takes a block of this size.
+template <class Entry>
+bool Takes(const Codec<Entry>& codec, unsigned size) {
+  const auto& sizes = codec.sizes;
+  const bool listed = sizes.empty() || std::find(sizes.begin(), sizes.end(), size) != sizes.end();
+  return size >= codec.minSize && size <= codec.maxSize && listed;
+}
 
 template <class Entry>
 using CodecList = std::vector<Codec<Entry>>;
