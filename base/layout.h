@@ -47,7 +47,7 @@ class LayoutWriter {
 
   template <class Field, class... Places>
   constexpr void operator()(const Field& field, Places... places) const {
-    unsigned value = field;
+    auto value = static_cast<unsigned>(field);
     ((bytes_[places.byte] = Low8(bytes_[places.byte] | Bits(value, 0, places.width) << places.low),
       value >>= places.width),
      ...);
