@@ -160,6 +160,89 @@ SIZE(StaticHdrRecord, 8);
 PIN(Cea20ByteDtdRecord, 0, 1, flagBit3, extraBytes, preferred);
 PIN(Cea20ByteDtdRecord, 4, 36, timing);
 SIZE(Cea20ByteDtdRecord, 40);
+PIN(AmdVsdbRecord, 0, 1, version, caps0, hdrValid, backlightControl, localDimming, replayPsrSwitch, replaySprs,
+    panelReplay, extraValid, minRefresh);
+PIN(AmdVsdbRecord, 10, 2, maxRefresh);
+PIN(AmdVsdbRecord, 12, 1, mccsVcpCode, eotf0, eotf1, eotfPq, eotf3, eotfPqInterim, eotf5, panelType, maxLuminance1,
+    minLuminance1, maxLuminance2, minLuminance2);
+PIN(AmdVsdbRecord, 24, 4, extra24);
+PIN(AmdVsdbRecord, 28, 1, extra19, extra19Valid, dpcdOffset, dpcdOffsetValid);
+SIZE(AmdVsdbRecord, 32);
+PIN(NvidiaVsdbRecord, 0, 1, version, vrrMinRefresh);
+SIZE(NvidiaVsdbRecord, 2);
+PIN(DolbyVisionRecord, 0, 1, version, size, yuv422_12bit, supports2160p60, globalDimming, colorimetryP3,
+    backlightControl, backlightMinLuminance, interfaces, lowLatency, parity, rgb444, dmMajor, dmMinor,
+    targetMinLuminance, targetMaxLuminance);
+PIN(DolbyVisionRecord, 16, 2, targetMinPq, targetMaxPq, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY);
+SIZE(DolbyVisionRecord, 36);
+PIN(DolbyAudioRecord, 0, 1, version, centerZone, surroundZone, heightZone, headphoneOnly, matPcm48Only, unknownFlag);
+SIZE(DolbyAudioRecord, 7);
+PIN(Hdr10PlusRecord, 0, 1, applicationVersion, fullFramePeakIndex, peakIndex);
+SIZE(Hdr10PlusRecord, 3);
+PIN(DynamicHdrEntry, 0, 2, type);
+PIN(DynamicHdrEntry, 2, 1, flagCount);
+PIN(DynamicHdrEntry, 3, 27, flags);
+SIZE(DynamicHdrEntry, 30);
+PIN(DynamicHdrRecord, 0, 2, count);
+PIN(DynamicHdrRecord, 2, 300, entries);
+SIZE(DynamicHdrRecord, 302);
+PIN(H14b3dEntry, 0, 1, twoD_VIC_order, threeD_Structure, threeD_Detail);
+SIZE(H14b3dEntry, 3);
+PIN(H14b3dRecord, 0, 2, physAddr, max_TMDS_Clock);
+PIN(H14b3dRecord, 4, 1, supportsAI, DC_48bit, DC_36bit, DC_30bit, DC_Y444, DVI_Dual, latencyPresent, iLatencyPresent,
+    hdmiVideoPresent);
+PIN(H14b3dRecord, 13, 4, cnc);
+PIN(H14b3dRecord, 17, 1, videoLatency, audioLatency, iVideoLatency, iAudioLatency, threeD_present, threeD_Multi_present,
+    imageSize, hdmiVicLen);
+PIN(H14b3dRecord, 25, 7, hdmiVics);
+PIN(H14b3dRecord, 32, 1, entryCount);
+PIN(H14b3dRecord, 33, 93, entries);
+PIN(H14b3dRecord, 126, 2, threeD_Structure_ALL, threeD_MASK);
+SIZE(H14b3dRecord, 130);
+PIN(HfScdsRecord, 0, 1, version, Max_FRL_Rate);
+PIN(HfScdsRecord, 2, 2, TMDS_Character_Rate);
+PIN(HfScdsRecord, 4, 1, scdcPresent, rrCapable, cableStatus, ccbpci, lte340Scramble, independentView, dualView,
+    osdDisparity3d, UHD_VIC, dc48bit420, dc36bit420, dc30bit420, fapaEndExtended, QMS, mDelta, cinemaVrr, cnmVrr, fva,
+    allm, fapaStartLocation);
+PIN(HfScdsRecord, 24, 2, VRRmax);
+PIN(HfScdsRecord, 26, 1, VRRmin, DSC_1p2, dscNative420, QMS_TFRmax, QMS_TFRmin, dscAllBpp, dsc16bpc, dsc12bpc, dsc10bpc,
+    DSC_Max_FRL_Rate, DSC_MaxSlices, DSC_TotalChunkKBytes);
+SIZE(HfScdsRecord, 38);
+PIN(ExtensionOverrideRecord, 0, 1, extensionBlocks);
+SIZE(ExtensionOverrideRecord, 1);
+PIN(AudioFormat, 0, 1, formatCode, extFormatCode, channels, level, rate32k, rate44k1, rate48k, rate88k2, rate96k,
+    rate176k4, rate192k, bits16, bits20, bits24, joc, jocAcmod28, dtsX, matObjects, matNoHash, frames1024, frames960,
+    systemH, mpegSurroundExplicit, lowComplexityProfile, baselineProfile, formatDependent);
+PIN(AudioFormat, 26, 2, maxBitrate);
+SIZE(AudioFormat, 28);
+PIN(AudioFormatsRecord, 0, 2, count);
+PIN(AudioFormatsRecord, 2, 280, formats);
+SIZE(AudioFormatsRecord, 282);
+PIN(NativeResolutionRecord, 0, 2, width, height);
+PIN(NativeResolutionRecord, 4, 1, reference, sizeUnit);
+SIZE(NativeResolutionRecord, 6);
+PIN(FormatPreferenceRecord, 0, 1, count);
+PIN(FormatPreferenceRecord, 1, 30, references);
+SIZE(FormatPreferenceRecord, 31);
+PIN(InfoFrameEntry, 0, 1, type);
+PIN(InfoFrameEntry, 1, 3, oui);
+PIN(InfoFrameEntry, 4, 1, payloadLength);
+PIN(InfoFrameEntry, 5, 7, payload);
+SIZE(InfoFrameEntry, 12);
+PIN(InfoFrameRecord, 0, 1, additionalVendor, headerLength);
+PIN(InfoFrameRecord, 2, 7, header);
+PIN(InfoFrameRecord, 9, 1, count);
+PIN(InfoFrameRecord, 10, 336, entries);
+SIZE(InfoFrameRecord, 346);
+PIN(RoomRecord, 0, 1, displayPlace, locations, speakerCount);
+PIN(RoomRecord, 3, 20, speakers);
+PIN(RoomRecord, 23, 1, maxX, maxY, maxZ, displayX, displayY, displayZ);
+SIZE(RoomRecord, 29);
+PIN(SpeakerLocationEntry, 0, 1, coordinates, active, channel, speakerId, x, y, z);
+SIZE(SpeakerLocationEntry, 7);
+PIN(SpeakerLocationRecord, 0, 1, count);
+PIN(SpeakerLocationRecord, 1, 105, entries);
+SIZE(SpeakerLocationRecord, 106);
 
 PIN(DispIdDataBlock, 0, 1, tag, revision, headerFlags, size);
 PIN(DispIdDataBlock, kPointer, kPointer, bytes);

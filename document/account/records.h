@@ -49,6 +49,44 @@ REEDID_TO_JSON(HfVsdbRecord, version, TMDS_Character_Rate, scdcPresent, rrCapabl
 REEDID_TO_JSON(StaticHdrRecord, eotfSdr, eotfHdr, eotfPq, eotfHlg, staticMetadataType1, maxLuminance,
                maxFrameAvgLuminance, minLuminance)
 REEDID_TO_JSON(Cea20ByteDtdRecord, flagBit3, extraBytes, preferred, timing)
+REEDID_TO_JSON(AmdVsdbRecord, version, caps0, hdrValid, backlightControl, localDimming, replayPsrSwitch, replaySprs,
+               panelReplay, extraValid, minRefresh, maxRefresh, mccsVcpCode, eotf0, eotf1, eotfPq, eotf3, eotfPqInterim,
+               eotf5, panelType, maxLuminance1, minLuminance1, maxLuminance2, minLuminance2, extra24, extra19,
+               extra19Valid, dpcdOffset, dpcdOffsetValid)
+REEDID_TO_JSON(NvidiaVsdbRecord, version, vrrMinRefresh)
+REEDID_TO_JSON(DolbyVisionRecord, version, size, yuv422_12bit, supports2160p60, globalDimming, colorimetryP3,
+               backlightControl, backlightMinLuminance, interfaces, lowLatency, parity, rgb444, dmMajor, dmMinor,
+               targetMinLuminance, targetMaxLuminance, targetMinPq, targetMaxPq, redX, redY, greenX, greenY, blueX,
+               blueY, whiteX, whiteY)
+REEDID_TO_JSON(DolbyAudioRecord, version, centerZone, surroundZone, heightZone, headphoneOnly, matPcm48Only,
+               unknownFlag)
+REEDID_TO_JSON(Hdr10PlusRecord, applicationVersion, fullFramePeakIndex, peakIndex)
+REEDID_TO_JSON(DynamicHdrEntry, type, flagCount, flags)
+REEDID_TO_JSON(DynamicHdrRecord, count, entries)
+REEDID_TO_JSON(H14b3dEntry, twoD_VIC_order, threeD_Structure, threeD_Detail)
+REEDID_TO_JSON(H14b3dRecord, physAddr, max_TMDS_Clock, supportsAI, DC_48bit, DC_36bit, DC_30bit, DC_Y444, DVI_Dual,
+               latencyPresent, iLatencyPresent, hdmiVideoPresent, cnc, videoLatency, audioLatency, iVideoLatency,
+               iAudioLatency, threeD_present, threeD_Multi_present, imageSize, hdmiVicLen, hdmiVics, entryCount,
+               entries, threeD_Structure_ALL, threeD_MASK)
+REEDID_TO_JSON(HfScdsRecord, version, Max_FRL_Rate, TMDS_Character_Rate, scdcPresent, rrCapable, cableStatus, ccbpci,
+               lte340Scramble, independentView, dualView, osdDisparity3d, UHD_VIC, dc48bit420, dc36bit420, dc30bit420,
+               fapaEndExtended, QMS, mDelta, cinemaVrr, cnmVrr, fva, allm, fapaStartLocation, VRRmax, VRRmin, DSC_1p2,
+               dscNative420, QMS_TFRmax, QMS_TFRmin, dscAllBpp, dsc16bpc, dsc12bpc, dsc10bpc, DSC_Max_FRL_Rate,
+               DSC_MaxSlices, DSC_TotalChunkKBytes)
+REEDID_TO_JSON(ExtensionOverrideRecord, extensionBlocks)
+REEDID_TO_JSON(AudioFormat, formatCode, extFormatCode, channels, level, rate32k, rate44k1, rate48k, rate88k2, rate96k,
+               rate176k4, rate192k, bits16, bits20, bits24, joc, jocAcmod28, dtsX, matObjects, matNoHash, frames1024,
+               frames960, systemH, mpegSurroundExplicit, lowComplexityProfile, baselineProfile, formatDependent,
+               maxBitrate)
+REEDID_TO_JSON(AudioFormatsRecord, count, formats)
+REEDID_TO_JSON(NativeResolutionRecord, width, height, reference, sizeUnit)
+REEDID_TO_JSON(FormatPreferenceRecord, count, references)
+REEDID_TO_JSON(InfoFrameEntry, type, oui, payloadLength, payload)
+REEDID_TO_JSON(InfoFrameRecord, additionalVendor, headerLength, header, count, entries)
+REEDID_TO_JSON(RoomRecord, displayPlace, locations, speakerCount, speakers, maxX, maxY, maxZ, displayX, displayY,
+               displayZ)
+REEDID_TO_JSON(SpeakerLocationEntry, coordinates, active, channel, speakerId, x, y, z)
+REEDID_TO_JSON(SpeakerLocationRecord, count, entries)
 REEDID_TO_JSON(DispIdBlock, type, version, revision, productType, extensionCount, dataBlockCount, checksum,
                checksumValid, payloadUsed, sectionSize)
 REEDID_TO_JSON(DisplayParamsRecord, hImageSize, vImageSize, hPixels, vPixels, gammaX100, audio, separateAudio,

@@ -68,6 +68,45 @@ inline constexpr std::array kGetters<Vic420Record>{By(CEA_Get420VDB, CEA_TAG_EXT
 template <>
 inline constexpr std::array kGetters<Cea20ByteDtdRecord>{By(CEA_Get20ByteDTD, CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII)};
 template <>
+inline constexpr std::array kGetters<AmdVsdbRecord>{By(CEA_GetAmdVSDB, CEA_TAG_VENDOR, 0, REEDID_OUI_AMD)};
+template <>
+inline constexpr std::array kGetters<NvidiaVsdbRecord>{By(CEA_GetNvidiaVSDB, CEA_TAG_VENDOR, 0, REEDID_OUI_NVIDIA)};
+template <>
+inline constexpr std::array kGetters<DolbyVisionRecord>{
+    By(CEA_GetDolbyVision, CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, REEDID_OUI_DOLBY)};
+template <>
+inline constexpr std::array kGetters<DolbyAudioRecord>{
+    By(CEA_GetDolbyAudio, CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, REEDID_OUI_DOLBY)};
+template <>
+inline constexpr std::array kGetters<Hdr10PlusRecord>{
+    By(CEA_GetHdr10Plus, CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, REEDID_OUI_HDR10_PLUS)};
+template <>
+inline constexpr std::array kGetters<DynamicHdrRecord>{
+    By(CEA_GetDynamicHDR, CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR)};
+template <>
+inline constexpr std::array kGetters<H14b3dRecord>{By(CEA_GetH14b3D, CEA_TAG_VENDOR, 0, REEDID_OUI_HDMI)};
+template <>
+inline constexpr std::array kGetters<HfScdsRecord>{By(CEA_GetHFVSDBScds, CEA_TAG_VENDOR, 0, REEDID_OUI_HDMI_FORUM),
+                                                   By(CEA_GetHFSCDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_SINK_CAPABILITY)};
+template <>
+inline constexpr std::array kGetters<ExtensionOverrideRecord>{
+    By(CEA_GetHFEEODB, CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE)};
+template <>
+inline constexpr std::array kGetters<AudioFormatsRecord>{By(CEA_GetAudioFormats, CEA_TAG_AUDIO)};
+template <>
+inline constexpr std::array kGetters<NativeResolutionRecord>{
+    By(CEA_GetNVRDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_NATIVE_RESOLUTION)};
+template <>
+inline constexpr std::array kGetters<FormatPreferenceRecord>{
+    By(CEA_GetVFPDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_FORMAT_PREFERENCE)};
+template <>
+inline constexpr std::array kGetters<InfoFrameRecord>{By(CEA_GetInfoFrame, CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME)};
+template <>
+inline constexpr std::array kGetters<RoomRecord>{By(CEA_GetRCDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION)};
+template <>
+inline constexpr std::array kGetters<SpeakerLocationRecord>{
+    By(CEA_GetSLDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION)};
+template <>
 inline constexpr std::array kGetters<DisplayParamsRecord>{By(DispID_GetDPDB, DISPID_TAG_DISPLAY_PARAMS)};
 template <>
 inline constexpr std::array kGetters<DisplayParams20Record>{By(DispID20_GetDPDB, DISPID20_TAG_DISPLAY_PARAMS)};

@@ -46,6 +46,13 @@ Codec<Entry> Shared(Codec<Entry> codec) {
   return codec;
 }
 
+template <class Entry>
+Codec<Entry> Exact(Codec<Entry> codec, std::vector<unsigned> sizes = {}) {
+  codec.exact = true;
+  codec.sizes = std::move(sizes);
+  return codec;
+}
+
 // Name, prefix and rest of the exported names, box, what tells the kind of block, sizes, fidelity.
 #define CODEC(name, prefix, function, ...) \
   CODEC_BY(name, prefix, function, prefix##_Get##function, prefix##_Set##function, __VA_ARGS__)
@@ -72,6 +79,27 @@ CodecList<CeaDataBlock> CtaCodecs() {
       CODEC("CTA type VIII", CEA, TimingCode, Codes, "E0 23", 4, 32),
       CODEC("CTA type X", CEA, 6ByteCVT, Items<CvtTiming>, "E0 2A", 9, 32, kNormalises,
             "descriptors are as long as the first needs"),
+      // Versions are kinds of their own here.
+      Exact(CODEC("FreeSync 1", CEA, AmdVSDB, Plain<AmdVsdbRecord>, "60 1A 00 00 01", 9, 32)),
+      Exact(CODEC("FreeSync 2", CEA, AmdVSDB, Plain<AmdVsdbRecord>, "60 1A 00 00 02", 9, 32)),
+      Exact(CODEC("FreeSync 3", CEA, AmdVSDB, Plain<AmdVsdbRecord>, "60 1A 00 00 03", 9, 32)),
+      Exact(CODEC("G-SYNC", CEA, NvidiaVSDB, Plain<NvidiaVsdbRecord>, "60 4B 04 00 01", 6, 32)),
+      Exact(CODEC("Dolby Vision 0", CEA, DolbyVision, Plain<DolbyVisionRecord>, "E0 01 46 D0 00 07", 26, 26)),
+      Exact(CODEC("Dolby Vision 1", CEA, DolbyVision, Plain<DolbyVisionRecord>, "E0 01 46 D0 00 24", 12, 15), {12, 15}),
+      Exact(CODEC("Dolby Vision 2", CEA, DolbyVision, Plain<DolbyVisionRecord>, "E0 01 46 D0 00 44", 12, 32)),
+      Exact(CODEC("Dolby audio", CEA, DolbyAudio, Plain<DolbyAudioRecord>, "E0 11 46 D0 00", 6, 32)),
+      Exact(CODEC("HDR10+", CEA, Hdr10Plus, Plain<Hdr10PlusRecord>, "E0 01 8B 84 90", 6, 32)),
+      Exact(CODEC("HDMI 1.4b 3D", CEA, H14b3D, Plain<H14b3dRecord>, "60 03 0C 00", 6, 32)),
+      Exact(CODEC("HDMI Forum in full", CEA, HFVSDBScds, Plain<HfScdsRecord>, "60 D8 5D C4", 8, 32)),
+      Exact(CODEC("sink capability", CEA, HFSCDB, Plain<HfScdsRecord>, "E0 79", 8, 32)),
+      Exact(CODEC("extension override", CEA, HFEEODB, Plain<ExtensionOverrideRecord>, "E0 78", 3, 32)),
+      Exact(CODEC("audio formats", CEA, AudioFormats, Plain<AudioFormatsRecord>, "20", 4, 32)),
+      Exact(CODEC("native resolution", CEA, NVRDB, Plain<NativeResolutionRecord>, "E0 08", 3, 8), {3, 4, 8}),
+      Exact(CODEC("format preference", CEA, VFPDB, Plain<FormatPreferenceRecord>, "E0 0D", 3, 32)),
+      Exact(CODEC("InfoFrame", CEA, InfoFrame, Plain<InfoFrameRecord>, "E0 20", 4, 32)),
+      Exact(CODEC("room", CEA, RCDB, Plain<RoomRecord>, "E0 13", 6, 32)),
+      Exact(CODEC("speaker location", CEA, SLDB, Plain<SpeakerLocationRecord>, "E0 14", 4, 32)),
+      Exact(CODEC("dynamic HDR", CEA, DynamicHDR, Plain<DynamicHdrRecord>, "E0 07", 2, 32)),
   };
 }
 

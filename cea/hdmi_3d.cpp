@@ -1,0 +1,152 @@
+// The HDMI 1.4b VSDB (HDMI 1.4b, table 8-16) with all that its video part says of 3D. Bytes 1..3 are the OUI 00-0C-03.
+//
+//   4-5   physical address, high byte first
+//   6     AI 7, 48 bit 6, 36 bit 5, 30 bit 4, Y444 3, DVI dual 0
+//   7     max TMDS clock / 5 MHz
+//   8     latency 7, interlaced latency 6, video part 5, content types 3..0
+//   9..   with 8.7 two latencies, with 8.6 besides two more, as they are coded
+//   then, with 8.5, the video part
+//     0   3D 7, which lists follow 6..5, image size 4..3
+//     1   HDMI VIC count 7..5, bytes of 3D lists 4..0
+//     2.. HDMI VICs
+//         3D structures of all formats, high byte first, when lists are 1 or 2; which formats those are, when 2
+//         then single formats: index of the video descriptor 7..4, 3D structure 3..0, and for structures from 8 on a
+//         byte with the detail 7..4
+
+#include <iterator>
+
+#include "cea/exact_codec.h"
+#include "reedid/cea_hdmi.h"
+
+namespace reedid {
+namespace {
+
+constexpr unsigned kFixedSize = 9;
+constexpr uint8_t kDetailed = 8;  // the first structure that has a detail
+
+struct Hdmi14b : ExactCodec {
+  static constexpr CeaForm kForm = {CEA_TAG_VENDOR, 0, 6, 32};
+  static constexpr uint32_t kOui = REEDID_OUI_HDMI;
+
+  static bool Holds(const H14b3dRecord& r) {
+    return r.hdmiVicLen <= std::size(r.hdmiVics) && r.entryCount <= std::size(r.entries) &&
+           FullSize(r) <= REEDID_CEA_DATA_BLOCK_SIZE;
+  }
+
+  // What a block that ends early does not hold is 0.
+  static unsigned Size(const H14b3dRecord& r, const uint8_t* bytes) {
+    const unsigned size = FullSize(r);
+    return size > kFixedSize ? size : UsedSize(bytes, kForm.minSize);
+  }
+
+  template <class Io, class Record>
+  static void Layout(const Io& io, Record& r, unsigned size) {
+    Fixed(io, r);
+    unsigned at = kFixedSize;
+    if (r.latencyPresent) {
+      io(r.videoLatency, Place{9});
+      io(r.audioLatency, Place{10});
+      at += 2;
+    }
+    if (r.latencyPresent && r.iLatencyPresent) {
+      io(r.iVideoLatency, Place{11});
+      io(r.iAudioLatency, Place{12});
+      at += 2;
+    }
+    if (r.hdmiVideoPresent && at + 1 < size) Video(io, r, at, size);
+  }
+
+ private:
+  template <class Io, class Record>
+  static void Fixed(const Io& io, Record& r) {
+    io(r.physAddr, Place{5}, Place{4});
+    io(r.supportsAI, Place{6, 7, 1});
+    io(r.DC_48bit, Place{6, 6, 1});
+    io(r.DC_36bit, Place{6, 5, 1});
+    io(r.DC_30bit, Place{6, 4, 1});
+    io(r.DC_Y444, Place{6, 3, 1});
+    io(r.DVI_Dual, Place{6, 0, 1});
+    Scaled(io, r.max_TMDS_Clock, 5, Place{7});
+    io(r.latencyPresent, Place{8, 7, 1});
+    io(r.iLatencyPresent, Place{8, 6, 1});
+    io(r.hdmiVideoPresent, Place{8, 5, 1});
+    for (uint8_t i = 0; i < std::size(r.cnc); ++i) io(r.cnc[i], Place{8, i, 1});
+  }
+
+  template <class Io, class Record>
+  static void Video(const Io& io, Record& r, unsigned at, unsigned size) {
+    io(r.threeD_present, Place{Low8(at), 7, 1});
+    io(r.threeD_Multi_present, Place{Low8(at), 5, 2});
+    io(r.imageSize, Place{Low8(at), 3, 2});
+    io(r.hdmiVicLen, Place{Low8(at + 1), 5, 3});
+    unsigned length = 0;
+    if constexpr (!Io::kReads) length = ListSize(r);
+    io(length, Place{Low8(at + 1), 0, 5});
+    at += 2;
+    // VICs and lists that the block ends in are left out.
+    if (at + r.hdmiVicLen > size) {
+      if constexpr (Io::kReads) r.hdmiVicLen = Low8(size - at);
+    }
+    for (unsigned i = 0; i < r.hdmiVicLen; ++i) io(r.hdmiVics[i], Place{Low8(at + i)});
+    at += r.hdmiVicLen;
+    Lists(io, r, at, at + length < size ? at + length : size);
+  }
+
+  template <class Io, class Record>
+  static void Lists(const Io& io, Record& r, unsigned at, unsigned end) {
+    if constexpr (Io::kReads) {
+      if (HasStructures(r) && at + 2u * r.threeD_Multi_present > end) r.threeD_Multi_present = at + 2 <= end;
+    }
+    if (HasStructures(r)) io(r.threeD_Structure_ALL, Place{Low8(at + 1)}, Place{Low8(at)});
+    if (r.threeD_Multi_present == 2) io(r.threeD_MASK, Place{Low8(at + 3)}, Place{Low8(at + 2)});
+    if (HasStructures(r)) at += 2u * r.threeD_Multi_present;
+    if constexpr (Io::kReads) {
+      while (at < end && r.entryCount < std::size(r.entries)) {
+        H14b3dEntry entry = {};
+        at += Entry(io, entry, at);
+        if (at <= end) r.entries[r.entryCount++] = entry;
+      }
+    } else {
+      for (unsigned i = 0; i < r.entryCount; ++i) at += Entry(io, r.entries[i], at);
+    }
+  }
+
+  // Gives back its bytes.
+  template <class Io, class Field>
+  static unsigned Entry(const Io& io, Field& entry, unsigned at) {
+    io(entry.twoD_VIC_order, Place{Low8(at), 4, 4});
+    io(entry.threeD_Structure, Place{Low8(at), 0, 4});
+    if (entry.threeD_Structure < kDetailed) return 1;
+    io(entry.threeD_Detail, Place{Low8(at + 1), 4, 4});
+    return 2;
+  }
+
+  template <class Record>
+  static bool HasStructures(const Record& r) {
+    return r.threeD_Multi_present == 1 || r.threeD_Multi_present == 2;
+  }
+
+  static unsigned ListSize(const H14b3dRecord& r) {
+    unsigned size = HasStructures(r) ? r.threeD_Multi_present * 2u : 0u;
+    for (unsigned i = 0; i < r.entryCount; ++i) size += r.entries[i].threeD_Structure < kDetailed ? 1 : 2;
+    return size;
+  }
+
+  static unsigned FullSize(const H14b3dRecord& r) {
+    const unsigned latencies = r.latencyPresent ? (r.iLatencyPresent ? 4 : 2) : 0;
+    return kFixedSize + latencies + (r.hdmiVideoPresent ? 2u + r.hdmiVicLen + ListSize(r) : 0u);
+  }
+};
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t CEA_GetH14b3D(const CeaDataBlock* entry, H14b3dRecord* record) {
+  return GetExact<Hdmi14b>(entry, record);
+}
+
+int32_t CEA_SetH14b3D(const H14b3dRecord* record, CeaDataBlock* entry) {
+  return SetExact<Hdmi14b>(record, entry);
+}

@@ -1,0 +1,85 @@
+// InfoFrame Data Block (CTA-861, 7.5.9), extended tag 32.
+//
+//   2     bytes of the header's own 7..5
+//   3     vendor-specific InfoFrames besides
+//   then  the header's own bytes, then one descriptor after another:
+//         payload length 7..5, type 4..0; type 1: 3 bytes OUI, low byte first; payload
+
+#include <iterator>
+
+#include "cea/exact_codec.h"
+#include "reedid/cea_media.h"
+
+namespace reedid {
+namespace {
+
+constexpr uint8_t kVendorType = 1;
+constexpr unsigned kHeader = 4;
+
+struct InfoFrames : ExactCodec {
+  static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME, 4, 32};
+
+  static bool Holds(const InfoFrameRecord& r) {
+    if (r.headerLength > std::size(r.header) || r.count > std::size(r.entries)) return false;
+    for (unsigned i = 0; i < r.count; ++i) {
+      if (r.entries[i].payloadLength > std::size(r.entries[i].payload)) return false;
+    }
+    return Size(r, nullptr) <= REEDID_CEA_DATA_BLOCK_SIZE;
+  }
+
+  static unsigned Size(const InfoFrameRecord& r, const uint8_t*) {
+    unsigned size = kHeader + r.headerLength;
+    for (unsigned i = 0; i < r.count; ++i) size += EntrySize(r.entries[i]);
+    return size;
+  }
+
+  template <class Io, class Record>
+  static void Layout(const Io& io, Record& r, unsigned size) {
+    io(r.headerLength, Place{2, 5, 3});
+    io(r.additionalVendor, Place{3});
+    if constexpr (Io::kReads) {
+      if (kHeader + r.headerLength > size) r.headerLength = Low8(size - kHeader);
+    }
+    for (unsigned i = 0; i < r.headerLength; ++i) io(r.header[i], Place{Low8(kHeader + i)});
+    unsigned at = kHeader + r.headerLength;
+    if constexpr (Io::kReads) {
+      // A descriptor that the block ends in is left out.
+      while (at < size && r.count < std::size(r.entries)) {
+        InfoFrameEntry entry = {};
+        Entry(io, entry, at);
+        at += EntrySize(entry);
+        if (at <= size) r.entries[r.count++] = entry;
+      }
+    } else {
+      for (unsigned i = 0; i < r.count; at += EntrySize(r.entries[i++])) Entry(io, r.entries[i], at);
+    }
+  }
+
+ private:
+  static unsigned EntrySize(const InfoFrameEntry& entry) {
+    return 1u + (entry.type == kVendorType ? 3u : 0u) + entry.payloadLength;
+  }
+
+  template <class Io, class Field>
+  static void Entry(const Io& io, Field& entry, unsigned at) {
+    io(entry.payloadLength, Place{Low8(at), 5, 3});
+    io(entry.type, Place{Low8(at++), 0, 5});
+    if (entry.type == kVendorType) {
+      for (auto& byte : entry.oui) io(byte, Place{Low8(at++)});
+    }
+    for (unsigned i = 0; i < entry.payloadLength; ++i) io(entry.payload[i], Place{Low8(at + i)});
+  }
+};
+
+}  // namespace
+}  // namespace reedid
+
+using namespace reedid;
+
+int32_t CEA_GetInfoFrame(const CeaDataBlock* entry, InfoFrameRecord* record) {
+  return GetExact<InfoFrames>(entry, record);
+}
+
+int32_t CEA_SetInfoFrame(const InfoFrameRecord* record, CeaDataBlock* entry) {
+  return SetExact<InfoFrames>(record, entry);
+}
