@@ -261,9 +261,15 @@ void EraseDetailedTiming(EdidHandle& handle, BytePlace place) {
 }
 
 void ClearNativeTimings(EdidHandle& handle) {
+  constexpr unsigned kPixels = 7, kPixelBytes = 4;  // of DisplayID display parameters, 1.x and 2.0
   for (unsigned i = 0; i < handle.blockCount; ++i) {
     EdidBlock& block = handle.blocks[i];
     if (!IsWhole(block)) continue;
+    for (SectionCursor cursor(block); cursor.Next();) {
+      const bool parameters = cursor.tag() == DISPID_TAG_DISPLAY_PARAMS || cursor.tag() == DISPID20_TAG_DISPLAY_PARAMS;
+      if (!parameters || cursor.bytes().size() < kPixels + kPixelBytes) continue;
+      for (unsigned at = kPixels; at < kPixels + kPixelBytes; ++at) cursor.Set(at, 0);
+    }
     if (block.type == EDID_BLOCK_CEA && block.bytes[1] >= 2)
       Overwrite(block, kNativeByte, block.bytes[kNativeByte] & 0xF0);
     // Before EDID 1.4 the bit says that the first timing is the preferred one.

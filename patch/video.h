@@ -48,7 +48,8 @@ void EraseDetailedTiming(EdidHandle& handle, BytePlace place);
 // Follows references to a VIC that the image no longer has to another one, or drops them (0).
 void RedirectVic(EdidHandle& handle, uint8_t vic, uint8_t to);
 
-// No detailed timing is native any more: neither the first (EDID 1.4, 3.6.4) nor those that the CTA extensions count.
+// No detailed timing is native any more: neither the first (EDID 1.4, 3.6.4) nor those that the CTA extensions count, and
+// DisplayID display parameters tell no native size.
 void ClearNativeTimings(EdidHandle& handle);
 
 // Number of timings in base block and CTA extensions.

@@ -183,6 +183,7 @@ TEST(Operations, RefuseWhatIsNotThere) {
       {"EDID_StripHdr", [] { EXPECT_EQ(EDID_StripHdr(nullptr), -1); }},
       {"EDID_StripHdr", [&] { EXPECT_EQ(EDID_StripHdr(&empty), -1); }},
       {"EDID_PatchPhyAddr", [] { EXPECT_EQ(EDID_PatchPhyAddr(nullptr, 0x1000), -1); }},
+      {"EDID_LimitToStereo", [&] { EXPECT_EQ(EDID_LimitToStereo(&empty), -1); }},
       {"EDID_PatchPhyAddr", [&] { EXPECT_EQ(EDID_PatchPhyAddr(&empty, 0x1000), -1); }},
       {"EDID_LimitToPCM2CH", [] { EDID_LimitToPCM2CH(nullptr); }},
       {"EDID_LimitToFrl40G", [] { EDID_LimitToFrl40G(nullptr); }},

@@ -50,9 +50,12 @@ int32_t EDID_GenerateImage(const EdidHandle* handle, uint8_t* out, uint32_t capa
   return static_cast<int32_t>(total);
 }
 
+int32_t EDID_IsPortAddress(uint16_t physAddr) {
+  return IsPort(physAddr);
+}
+
 int32_t EDID_PatchPhyAddr(EdidHandle* handle, uint16_t physAddr) {
   if (handle == nullptr || handle->blocks == nullptr) return REEDID_ERR("invalid parameters");
-  if (!IsPort(physAddr)) return REEDID_ERR("no address of a port: %04X", physAddr);
   bool found = false;
   VisitCtaDataBlocks(*handle, [&](CtaCursor& cursor) {
     if (!IsHdmiWithAddress(cursor)) return;

@@ -140,12 +140,12 @@ class Image : public Owner<EdidHandle, &EDID_Close> {
                                                         : std::span(get()->blocks, get()->blockCount);
   }
 
-  /// The image as bytes, from EDID_GenerateEdid; empty when that refuses.
+  /// The image as bytes, right as a whole, from EDID_GenerateImage; empty without memory.
   std::vector<uint8_t> Bytes() const {
     size_t size = 0;
     for (const EdidBlock& block : Blocks()) size += block.size;
     std::vector<uint8_t> bytes(size);
-    const int32_t written = EDID_GenerateEdid(get(), bytes.data(), static_cast<uint32_t>(size));
+    const int32_t written = EDID_GenerateImage(get(), bytes.data(), static_cast<uint32_t>(size));
     bytes.resize(written < 0 ? 0 : static_cast<size_t>(written));
     return bytes;
   }

@@ -170,11 +170,17 @@ REEDID_API void EDID_LimitToSDR(EdidHandle* handle);
 REEDID_API int32_t EDID_GenerateImage(const EdidHandle* handle, uint8_t* out, uint32_t capacity);
 
 /**
+ * Whether a port can have this CEC physical address (HDMI 1.4b, 8.7.2): a path from the root, digits other than 0 and
+ * then zeros. 0.0.0.0 is the display's own, F.F.F.F says that there is none. Ask this of an address that comes from
+ * outside: EDID_PatchPhyAddr writes any.
+ */
+REEDID_API int32_t EDID_IsPortAddress(uint16_t physAddr);
+
+/**
  * Sets the CEC physical address, 0x1200 for 1.2.0.0, in every HDMI 1.4b VSDB of the image, also in those that
  * DisplayID data blocks hold: two bytes and the checksums over them. Take this to set the address; EDID_SetPhyAddr
  * writes the VSDB anew from the fields that it knows. Allocates nothing. -1, image unchanged: no HDMI block with an
- * address, or an address that no port can have (0.0.0.0 is the display's own, F.F.F.F says that there is none, and
- * no digit but 0 follows a 0).
+ * address.
  */
 REEDID_API int32_t EDID_PatchPhyAddr(EdidHandle* handle, uint16_t physAddr);
 
@@ -252,6 +258,14 @@ REEDID_API int32_t EDID_StripHdr(EdidHandle* handle);
  * address that is no port's, an analog input, "malloc fail", "no timing fits the link", "not enough space".
  */
 REEDID_API int32_t EDID_MakeHdmi(EdidHandle* handle, uint16_t physAddr);
+
+/**
+ * Leaves two channels of L-PCM of all sound: other formats, rooms and speakers beyond front left and right go, an
+ * L-PCM descriptor of more channels gets two. An audio data block without L-PCM gets basic audio: 32 to 48 kHz, 16 bit.
+ * Take this to limit the sound; EDID_LimitToPCM2CH writes extensions anew, reaches one audio block of each, and does
+ * nothing to a display without HDMI block. Allocates nothing. 0, or -1 with "invalid parameters".
+ */
+REEDID_API int32_t EDID_LimitToStereo(EdidHandle* handle);
 
 #ifdef __cplusplus
 }

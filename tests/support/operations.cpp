@@ -111,6 +111,7 @@ constexpr Operation kOperations[] = {
     {"EDID_LimitToPCM2CH", Void<EDID_LimitToPCM2CH>},
     {"EDID_LimitToFrl40G", Void<EDID_LimitToFrl40G>},
     {"EDID_GenerateImage", Void<[](EdidHandle& handle) { GenerateImage(&handle); }>},
+    {"EDID_LimitToStereo", [](EdidHandle& handle) { return EDID_LimitToStereo(&handle); }},
     {"EDID_PatchPhyAddr", [](EdidHandle& handle) { return EDID_PatchPhyAddr(&handle, 0x2100); }},
     {"EDID_LimitToLink, HDMI 2.0", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_HDMI20); }},
     {"EDID_LimitToLink, HDMI 1.4", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_HDMI14); }},
