@@ -12,7 +12,6 @@ enum class ErrorKind : uint8_t {
   kArgument,  // the caller asked for what there is not, or wrote a value that is none
   kInput,     // the bytes or the text that were given are no EDID
   kRefused,   // the image cannot be edited in this way
-  kLoss,      // the edit would lose something, and was not allowed to
   kInternal,  // should not happen
 };
 

@@ -28,9 +28,10 @@ std::string LatencyText(unsigned code, const char* what) {
 }
 
 void AddLatency(const char* name, const CeaDataBlock& entry, size_t first, const ByteSource& at, Node& node) {
-  node.Add(name,
-           fmt::format("{}, {}", LatencyText(entry.bytes[first], "video"), LatencyText(entry.bytes[first + 1], "audio")),
-           at(first, 2));
+  node.Add(
+      name,
+      fmt::format("{}, {}", LatencyText(entry.bytes[first], "video"), LatencyText(entry.bytes[first + 1], "audio")),
+      at(first, 2));
 }
 
 // Where the video part begins.
@@ -45,20 +46,17 @@ size_t AddLatencies(const CeaDataBlock& entry, const ByteSource& at, Node& node)
 }
 
 const char* StructureText(unsigned code) {
-  static constexpr const char* kNames[] = {"frame packing",       "field alternative",
-                                           "line alternative",    "side by side (full)",
-                                           "L + depth",           "L + depth + graphics",
-                                           "top and bottom",      "reserved",
-                                           "side by side (half)"};
+  static constexpr const char* kNames[] = {"frame packing",       "field alternative", "line alternative",
+                                           "side by side (full)", "L + depth",         "L + depth + graphics",
+                                           "top and bottom",      "reserved",          "side by side (half)"};
   return code < std::size(kNames) ? kNames[code] : "reserved";
 }
 
 // How side by side (half) is sampled.
 const char* DetailText(unsigned code) {
-  static constexpr const char* kNames[] = {"any sampling",        "horizontal",          "reserved",
-                                           "reserved",            "reserved",            "reserved",
-                                           "any quincunx",        "quincunx odd/odd",    "quincunx odd/even",
-                                           "quincunx even/odd",   "quincunx even/even"};
+  static constexpr const char* kNames[] = {
+      "any sampling", "horizontal",       "reserved",          "reserved",          "reserved",          "reserved",
+      "any quincunx", "quincunx odd/odd", "quincunx odd/even", "quincunx even/odd", "quincunx even/even"};
   return code < std::size(kNames) ? kNames[code] : "reserved";
 }
 

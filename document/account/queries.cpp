@@ -12,8 +12,6 @@
 namespace reedid::document {
 namespace {
 
-constexpr uint16_t kUsualRates[] = {60, 50, 30, 25, 24};  // Hz
-
 std::vector<OfferedTiming> TimingsOf(const Image& image) {
   std::vector<OfferedTiming> timings(EDID_GetTimings(image.handle(), nullptr, 0));
   EDID_GetTimings(image.handle(), timings.data(), static_cast<uint32_t>(timings.size()));
@@ -27,11 +25,6 @@ bool IsDetailed(const OfferedTiming& timing) {
   return std::find(std::begin(kSources), std::end(kSources), timing.source) != std::end(kSources);
 }
 
-// Of the display itself, not of the adapters that it lets work with it.
-bool IsOwn(const OfferedTiming& timing) {
-  return timing.source >= TIMING_VIC || timing.source == TIMING_DETAILED;
-}
-
 uint32_t Area(const OfferedTiming& timing) {
   return uint32_t{timing.timing.hactive} * timing.timing.vactive;
 }
@@ -41,20 +34,6 @@ uint32_t Area(const OfferedTiming& timing) {
 std::vector<uint32_t> AllRates(const Image& image) {
   std::vector<uint32_t> rates(EDID_GetRates(image.handle(), nullptr, 0));
   EDID_GetRates(image.handle(), rates.data(), static_cast<uint32_t>(rates.size()));
-  return rates;
-}
-
-std::vector<uint16_t> LinkRates(const Image& image) {
-  std::vector<uint16_t> rates;
-  for (const OfferedTiming& timing : TimingsOf(image)) {
-    const uint32_t hertz = (timing.rate + 500) / 1000;
-    if (IsOwn(timing) && hertz != 0 && hertz <= UINT16_MAX) rates.push_back(static_cast<uint16_t>(hertz));
-  }
-  std::sort(rates.begin(), rates.end(), std::greater());
-  rates.erase(std::unique(rates.begin(), rates.end()), rates.end());
-  for (const uint16_t usual : kUsualRates) {
-    if (std::find(rates.begin(), rates.end(), usual) == rates.end()) rates.push_back(usual);
-  }
   return rates;
 }
 

@@ -14,10 +14,6 @@ namespace reedid::document {
 // All rates of the timings that the image offers, in mHz, highest first.
 std::vector<uint32_t> AllRates(const Image& image);
 
-// Whole-number rates at which a link may run the display, highest first: those of its detailed timings, VICs and DisplayID timings.
-// Established and standard timings name modes of other displays; where nothing else fits, the usual rates follow.
-std::vector<uint16_t> LinkRates(const Image& image);
-
 // The timing that a source should use; none when the image names none.
 std::optional<TimingItem> PreferredOf(const Image& image);
 

@@ -5,21 +5,21 @@
 #include <optional>
 #include <string>
 
-#include "document/edit/loss.h"
 #include "document/read/image.h"
 
 namespace reedid::document {
 
-// "1.2.0.0" with one hexadecimal digit a place, or "0x1200". Notes an address that no port can have. Throws kArgument.
-uint16_t ParseAddress(const std::string& text, Notes& notes);
+// Whether an address that no port can have is taken: to see what a source makes of it.
+enum class Odd : bool { kRefuse, kTake };
 
-// None when the image has no HDMI block.
+// "1.2.0.0" with one hexadecimal digit a place, or "0x1200". Throws kArgument; kRefused for an address that no port can
+// have.
+uint16_t ParseAddress(const std::string& text, Odd odd = Odd::kRefuse);
+
+// None when no CTA-861 extension has an HDMI block with an address.
 std::optional<uint16_t> AddressOf(const Image& image);
 
-// The image with another address. Notes what else of the HDMI block changed. Throws kRefused, kLoss.
-Image SetAddress(Image image, uint16_t address, Loss loss, Notes& notes);
-
-// The same as one of several edits, whose losses are looked at when all are done. Throws kRefused.
-Image SetAddressUnchecked(Image image, uint16_t address);
+// The image with another address in all its HDMI blocks; nothing else changes. Throws kRefused.
+Image SetAddress(Image image, uint16_t address);
 
 }  // namespace reedid::document

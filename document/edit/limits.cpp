@@ -2,47 +2,44 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
 
-#include "document/account/queries.h"
 #include "reedid/reedid.hpp"
 
 namespace reedid::document {
 namespace {
 
-constexpr Link kHdmi20 = {600000, true, EDID_LimitToHDMI20, CEA_LimitToHDMI20};
-constexpr Link kHdmi14 = {340000, false, EDID_LimitToHDMI14, CEA_LimitToHDMI14};
+// HDMI 2.1 with 40 Gbit/s, and nothing else limited.
+constexpr EdidLink kFrl40G = {0, 0, 5, 1, 1, 0, 0, 0, 0, 0, nullptr, 0};
 
-constexpr Limit kLimits[] = {{"hdmi20", &kHdmi20, nullptr},
-                             {"hdmi14", &kHdmi14, nullptr},
-                             {"pcm2ch", nullptr, EDID_LimitToPCM2CH},
-                             {"sdr", nullptr, EDID_LimitToSDR},
-                             {"frl40g", nullptr, EDID_LimitToFrl40G}};
+constexpr Limit kLimits[] = {
+    {"hdmi20", "HDMI 2.0: 600 MHz, 4:2:0", &EDID_LINK_HDMI20, nullptr},
+    {"hdmi14", "HDMI 1.4: 340 MHz", &EDID_LINK_HDMI14, nullptr},
+    {"dvi", "single link DVI: 165 MHz, no sound", &EDID_LINK_DVI, nullptr},
+    {"300mhz-420", "300 MHz, 4:2:0", &EDID_LINK_300MHZ_420, nullptr},
+    {"capture-165mhz", "165 MHz, 8 bits a colour", &EDID_LINK_CAPTURE_165MHZ, nullptr},
+    {"frl3", "HDMI 2.1, 24 Gbit/s", &EDID_LINK_FRL3, nullptr},
+    {"frl4", "HDMI 2.1, 32 Gbit/s", &EDID_LINK_FRL4, nullptr},
+    {"frl5", "HDMI 2.1, 40 Gbit/s", &EDID_LINK_FRL5, nullptr},
+    {"frl6", "HDMI 2.1, 48 Gbit/s", &EDID_LINK_FRL6, nullptr},
+    {"frl40g", "FRL rates up to 40 Gbit/s, timings as they are", &kFrl40G, nullptr},
+    {"pcm2ch", "two-channel L-PCM", nullptr, EDID_LimitToStereo},
+    {"sdr", "no HDR", nullptr, EDID_StripHdr},
+};
 
-// The library cannot write an extension that has timings but no data blocks, so it would keep timings that are too
-// fast. A data block that comes and goes leaves an empty collection, which can be written.
-void LimitBareExtension(const Link& link, const Rates& rates, EdidBlock& block) {
-  const CtaExtension model(block);
-  if (!model || model->dataBlocks != nullptr) return;
-  uint8_t passing[] = {CEA_TAG_VIDEO << 5 | 1, 1};
-  const CeaDataBlock entry = {CEA_TAG_VIDEO, 0, sizeof passing, passing};
-  if (CEA_AddDataBlock(model.get(), &entry, 0) != 0) return;
-  CEA_DeleteDataBlock(model.get(), &model->dataBlocks[0]);
-  link.limitExtension(model.get(), rates.data(), static_cast<uint32_t>(rates.size()));
-  uint8_t bytes[REEDID_BLOCK_SIZE];
-  EdidBlock written = {EDID_BLOCK_CEA, sizeof bytes, sizeof bytes, bytes};
-  if (model.GenerateInto(written) == 0) std::copy(bytes, bytes + sizeof bytes, block.bytes);
-}
-
-void LimitLink(const Link& link, const Rates& rates, const Image& image) {
-  link.limitImage(image.handle(), rates.data(), static_cast<uint32_t>(rates.size()));
-  for (EdidBlock& block : image.blocks()) {
-    if (block.type == EDID_BLOCK_CEA) LimitBareExtension(link, rates, block);
-  }
+std::string Describe(const OfferedTiming& offer) {
+  const DtdTiming& t = offer.timing;
+  const unsigned lines = t.interlaced != 0 ? t.vactive * 2u : t.vactive;
+  const std::string kind = offer.vic != 0 ? fmt::format("VIC {}", offer.vic) : "timing";
+  return fmt::format("{} {}x{}{} {}.{:03} Hz {}.{:03} MHz", kind, t.hactive, lines, t.interlaced != 0 ? "i" : "",
+                     offer.rate / 1000, offer.rate % 1000, t.pixelClock / 1000, t.pixelClock % 1000);
 }
 
 }  // namespace
+
+std::span<const Limit> Limits() {
+  return kLimits;
+}
 
 const Limit& FindLimit(const std::string& name) {
   std::string names;
@@ -64,19 +61,39 @@ Rates ParseRates(const std::string& text) {
     if (!right) {
       throw Error(ErrorKind::kArgument, fmt::format("'{}' is no list of rates; write it like 120,60,50", text));
     }
-    rates.push_back(rate);
+    rates.push_back(rate * 1000u);
     if (next == end) return rates;
     at = next + 1;
   }
 }
 
 Image ApplyLimit(Image image, const Limit& limit, const Rates& rates) {
-  if (limit.link != nullptr) {
-    LimitLink(*limit.link, rates.empty() ? LinkRates(image) : rates, image);
-  } else {
+  if (limit.link == nullptr) {
     limit.apply(image.handle());
+    return image;
+  }
+  EdidLink link = *limit.link;
+  link.rates = rates.data();
+  link.rateCount = static_cast<uint32_t>(rates.size());
+  if (EDID_LimitToLink(image.handle(), &link) != 0) {
+    throw Error(
+        ErrorKind::kRefused,
+        fmt::format("{}: cannot be held to {}: none of its timings fits, or the CTA-861 extension has no room to "
+                    "state the clock",
+                    image.name(), limit.name));
   }
   return image;
+}
+
+std::vector<std::string> TimingsAbove(const Image& image, const EdidLink& link) {
+  std::vector<std::string> above;
+  if (link.maxFrlRate != 0 || link.maxTmdsClock == 0) return above;
+  for (const OfferedTiming& offer : image.Timings()) {
+    const uint32_t clock = offer.timing.pixelClock;
+    const bool halves = link.ycc420 != 0 && offer.ycc420 != YCC420_NO;
+    if ((halves ? clock / 2 + clock % 2 : clock) > link.maxTmdsClock) above.push_back(Describe(offer));
+  }
+  return above;
 }
 
 }  // namespace reedid::document

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,30 +10,29 @@
 
 namespace reedid::document {
 
-// A link whose clock bounds every timing; HDMI 1.4 knows no YCbCr 4:2:0, so nothing there needs half a clock.
-struct Link {
-  uint32_t clock;  // kHz
-  bool has420;
-  void (*limitImage)(EdidHandle*, const uint16_t*, uint32_t);
-  void (*limitExtension)(CeaBlock*, const uint16_t*, uint32_t);
+struct Limit {
+  const char* name;               // "hdmi20"
+  const char* meaning;            // in a word or two
+  const EdidLink* link;           // null: not a link
+  int32_t (*apply)(EdidHandle*);  // when there is no link
 };
 
-struct Limit {
-  const char* name;            // "hdmi20"
-  const Link* link;            // null: not a link
-  void (*apply)(EdidHandle*);  // when there is no link
-};
+// All limits, links first.
+std::span<const Limit> Limits();
 
 // Throws kArgument with the names that there are.
 const Limit& FindLimit(const std::string& name);
 
-using Rates = std::vector<uint16_t>;  // Hz
+using Rates = std::vector<uint32_t>;  // mHz
 
 // "120,60,50". Throws kArgument.
 Rates ParseRates(const std::string& text);
 
-// The image held to the limit; of a link, timings are lowered to the first of `rates` that fits, or to one of the
-// image's own rates when there are none.
+// The image held to the limit. Of a link, what it does not carry is slowed down to the highest of `rates` that fits, or
+// to one of the display's own rates when there are none. Throws kRefused.
 Image ApplyLimit(Image image, const Limit& limit, const Rates& rates);
+
+// Every timing that needs a higher clock than a link without FRL has; where it has YCbCr 4:2:0, such a timing needs half.
+std::vector<std::string> TimingsAbove(const Image& image, const EdidLink& link);
 
 }  // namespace reedid::document

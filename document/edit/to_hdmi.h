@@ -1,15 +1,14 @@
-// A DVI EDID made an HDMI one.
+// A DVI or DisplayPort EDID made an HDMI one.
 #pragma once
 
 #include <cstdint>
 
-#include "document/edit/loss.h"
 #include "document/read/image.h"
 
 namespace reedid::document {
 
-// The image with an HDMI block, audio and speakers in its CTA-861 extension, which it gets when it has none. Throws
-// kRefused, kLoss.
-Image ToHdmi(Image image, uint16_t address, Loss loss, Notes& notes);
+// The image with what a source of HDMI looks for: HDMI block, sound, video formats. Timings that no TMDS link carries
+// are slowed down as by the limit hdmi20, which is noted. Throws kRefused.
+Image ToHdmi(Image image, uint16_t address, Notes& notes);
 
 }  // namespace reedid::document

@@ -1,6 +1,10 @@
 #include "document/read/image.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <new>
+#include <utility>
 
 #include "document/read/override_count.h"
 
@@ -42,17 +46,59 @@ size_t CountByteIndex(const Image& image) {
   return image.IsEdid() ? kCountByte : kSectionCountByte;
 }
 
-std::string FindFirstBlockFaults(const Image& image) {
-  const ByteView first = BytesOf(image.blocks()[0]);
+std::string FindCountFault(const Image& image) {
   const size_t extensions = image.blocks().size() - 1;
-  std::string faults;
-  if (const unsigned count = first[CountByteIndex(image)]; count != extensions) {
-    faults = fmt::format("count byte {}, but {} follow", count, extensions);
-    if (OverrideCount(image.blocks()) == extensions) faults += ", as the HDMI Forum's override block says";
+  const unsigned count = BytesOf(image.blocks()[0])[CountByteIndex(image)];
+  const auto overriding = OverrideCount(image.blocks());
+  if (overriding && extensions > 1) {
+    if (*overriding != extensions) return fmt::format("override count {}, but {} follow", *overriding, extensions);
+    return count == 1 ? "" : fmt::format("count byte {}, must be 1 beside the HDMI Forum's override block", count);
   }
-  const unsigned stored = first.back();
-  if (const unsigned right = GetChecksum(first.data(), static_cast<uint32_t>(first.size())); stored != right) {
-    faults += fmt::format("{}checksum {:02x}, must be {:02x}", faults.empty() ? "" : "; ", stored, right);
+  return count == extensions ? "" : fmt::format("count byte {}, but {} follow", count, extensions);
+}
+
+// Empty when it is right.
+std::string ChecksumFault(ByteView bytes) {
+  const unsigned stored = bytes.back();
+  const unsigned right = GetChecksum(bytes.data(), static_cast<uint32_t>(bytes.size()));
+  return stored == right ? "" : fmt::format("checksum {:02x}, must be {:02x}", stored, right);
+}
+
+std::string FindFirstBlockFaults(const Image& image) {
+  std::string faults = FindCountFault(image);
+  const std::string checksum = ChecksumFault(BytesOf(image.blocks()[0]));
+  if (!faults.empty() && !checksum.empty()) faults += "; ";
+  return faults + checksum;
+}
+
+// A DisplayID extension has a section inside, with a checksum of its own behind the payload.
+std::string SectionFault(const EdidBlock& block) {
+  constexpr size_t kOverhead = 5;
+  const ByteView bytes = BytesOf(block);
+  if (block.type != EDID_BLOCK_DISPID_EXT || bytes.size() != kBlockSize) return "";
+  const size_t size = bytes[2] + kOverhead;
+  const std::string fault = size < kBlockSize - 1 ? ChecksumFault(bytes.subspan(1, size)) : "";
+  return fault.empty() ? "" : "section " + fault;
+}
+
+bool IsMapWrong(const Image& image, size_t index) {
+  const auto blocks = image.blocks();
+  for (size_t at = 1; at < kBlockSize - 1; ++at) {
+    const uint8_t tag = index + at < blocks.size() ? blocks[index + at].bytes[0] : uint8_t{0};
+    if (blocks[index].bytes[at] != tag) return true;
+  }
+  return false;
+}
+
+Notes FindFaults(const Image& image) {
+  Notes faults;
+  for (size_t i = 0; i < image.blocks().size(); ++i) {
+    const EdidBlock& block = image.blocks()[i];
+    const std::string map = block.type == EDID_BLOCK_MAP && IsMapWrong(image, i) ? "wrong block map" : "";
+    const std::string sum = i == 0 ? FindFirstBlockFaults(image) : ChecksumFault(BytesOf(block));
+    for (const std::string& fault : {map, SectionFault(block), sum}) {
+      if (!fault.empty()) faults.push_back(fmt::format("block {}: {}", i, fault));
+    }
   }
   return faults;
 }
@@ -65,27 +111,23 @@ Image Image::FromBytes(const std::string& name, std::span<const uint8_t> bytes) 
   if (!edid && !bytes.empty()) CheckSection(name, bytes);
   Image image(name, reedid::Image(bytes));
   if (!image.opened_ || image.blocks().empty()) {
-    Fail(name, "cannot be opened, for the reason given above; compare it with what the display sent");
+    Fail(name, bytes.empty() ? "empty" : "no section of it is whole; compare it with what the display sent");
   }
   if (TotalSize(image) != bytes.size()) {
     Fail(name, fmt::format("{} of {} bytes belong to no section; cut them off, or complete the last section",
                            bytes.size() - TotalSize(image), bytes.size()));
   }
   image.firstBlockFaults_ = FindFirstBlockFaults(image);
+  image.faults_ = FindFaults(image);
   return image;
 }
 
-ByteVector Image::Generate(Notes& notes) {
-  if (!firstBlockFaults_.empty()) {
-    notes.push_back(fmt::format("{}: block 0 corrected in the output (was: {})", name_, firstBlockFaults_));
+ByteVector Image::Generate(Notes& notes) const {
+  if (!faults_.empty()) {
+    notes.push_back(fmt::format("{}: corrected in the output (was: {})", name_, fmt::join(faults_, "; ")));
   }
-  // A block that is not the handle's own deletes nothing but refreshes count and checksum of block 0.
-  const EdidBlock foreign = {};
-  EDID_DeleteBlock(handle(), &foreign);
   ByteVector bytes = opened_.Bytes();
-  if (bytes.empty()) {
-    throw Error(ErrorKind::kRefused, fmt::format("{}: the library refused to write the image; see above", name_));
-  }
+  if (bytes.empty()) throw std::bad_alloc();
   return bytes;
 }
 

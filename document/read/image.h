@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "document/bytes.h"
 #include "document/error.h"
@@ -21,17 +22,23 @@ class Image {
   std::span<EdidBlock> blocks() const { return opened_.Blocks(); }
   bool IsEdid() const { return blocks()[0].type == EDID_BLOCK_VESA; }
 
-  // What was wrong with block 0's count and checksum bytes when the image was read; empty when nothing was.
-  const std::string& firstBlockFaults() const { return firstBlockFaults_; }
+  // Every timing that is offered, as the display means it.
+  std::vector<OfferedTiming> Timings() const { return opened_.Timings(); }
 
-  // The bytes of the image with right count and checksum in block 0; notes what was not. Throws kRefused.
-  ByteVector Generate(Notes& notes);
+  // What is wrong with block 0's count and checksum bytes; empty when nothing is.
+  const std::string& firstBlockFaults() const { return firstBlockFaults_; }
+  // Which counts, maps and checksums were wrong when the image was read, a few words each; empty when none was.
+  const Notes& faults() const { return faults_; }
+
+  // The bytes of the image with right counts, maps and checksums; notes which were not. Throws kRefused.
+  ByteVector Generate(Notes& notes) const;
 
  private:
   Image(const std::string& name, reedid::Image opened) : name_(name), opened_(std::move(opened)) {}
   std::string name_;
   reedid::Image opened_;
   std::string firstBlockFaults_;
+  Notes faults_;
 };
 
 // "base block", "CTA-861 extension", ...

@@ -277,7 +277,7 @@ TEST(Image, FaultsOfBlock0AreNamedAndMended) {
   } cases[] = {
       {1, Cta().Vdb({16}), ""},
       {7, Cta().Vdb({16}), "count byte 7, but 1 follow"},
-      {3, Cta().Extended(0x78, {1}), "as the HDMI Forum's override block says"},
+      {3, Cta().Extended(0x78, {1}), "count byte 3, but 1 follow"},
   };
   for (const auto& c : cases) {
     ByteVector bytes = Edid().Extension(c.cta).Build();
@@ -287,6 +287,31 @@ TEST(Image, FaultsOfBlock0AreNamedAndMended) {
     EXPECT_EQ(image.firstBlockFaults().empty(), c.faults.empty());
     Notes notes;
     EXPECT_EQ(image.Generate(notes), Edid().Extension(c.cta).Build());
+  }
+}
+
+// The HDMI Forum's override tells the number of extensions beside a count byte of 1; each block has its checksum.
+TEST(Image, FaultsOfAllBlocks) {
+  const auto image = [](uint8_t count, size_t spoiled) {
+    ByteVector bytes = Edid().Extension(Cta().Extended(0x78, {2})).Extension(Cta()).Build();
+    bytes[127] = static_cast<uint8_t>(bytes[127] + bytes[126] - count);
+    bytes[126] = count;
+    if (spoiled != 0) ++bytes[spoiled];
+    return bytes;
+  };
+  const std::pair<ByteVector, Notes> cases[] = {
+      {image(1, 0), {}},
+      {image(2, 0), {"block 0: count byte 2, must be 1 beside the HDMI Forum's override block"}},
+      {image(1, 300), {"block 2: checksum "}},
+      {image(1, 134), {"block 0: override count 3, but 2 follow", "block 1: checksum"}},
+  };
+  for (const auto& [bytes, faults] : cases) {
+    const Image opened = Image::FromBytes("x", bytes);
+    ASSERT_EQ(opened.faults().size(), faults.size());
+    for (size_t i = 0; i < faults.size(); ++i) EXPECT_EQ(opened.faults()[i].substr(0, faults[i].size()), faults[i]);
+    Notes notes;
+    EXPECT_EQ(Image::FromBytes("x", opened.Generate(notes)).faults(), Notes());
+    EXPECT_EQ(notes.empty(), faults.empty());
   }
 }
 

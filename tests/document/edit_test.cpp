@@ -43,30 +43,29 @@ std::optional<Error> WhyStopped(const std::function<void(Notes&)>& work, Notes& 
 }
 
 TEST(Edit, Stops) {
-  const Edid mapped = Edid().Extension(test::ByteVector(128)).Extension(Cta());
+  const Edid analog = Edid().Set(20, {0x0E});
   const struct {
     const char* name;
     std::function<void(Notes&)> work;
     ErrorKind kind;
     const char* message;
   } cases[] = {
-      {"a limit", [](Notes&) { FindLimit("hdmi21"); }, ErrorKind::kArgument, "hdmi20, hdmi14, pcm2ch"},
+      {"a limit", [](Notes&) { FindLimit("hdmi21"); }, ErrorKind::kArgument, "hdmi20, hdmi14, dvi"},
       {"a rate of 0", [](Notes&) { ParseRates("60,0"); }, ErrorKind::kArgument, "120,60,50"},
       {"a rate that is missing", [](Notes&) { ParseRates("60,"); }, ErrorKind::kArgument, "'60,'"},
-      {"three places", [](Notes& notes) { ParseAddress("1.2.3", notes); }, ErrorKind::kArgument, "1.2.0.0"},
-      {"no hexadecimal digit", [](Notes& notes) { ParseAddress("0x12g4", notes); }, ErrorKind::kArgument, "'0x12g4'"},
-      {"an address without a block", [](Notes& notes) { SetAddress(Sample("dvi"), 0x1000, Loss::kAllow, notes); },
-       ErrorKind::kRefused, "no HDMI block"},
-      {"HDMI already", [](Notes& notes) { ToHdmi(Sample("tv-4k"), 0x1000, Loss::kAllow, notes); }, ErrorKind::kRefused,
+      {"three places", [](Notes&) { ParseAddress("1.2.3"); }, ErrorKind::kArgument, "1.2.0.0"},
+      {"no hexadecimal digit", [](Notes&) { ParseAddress("0x12g4"); }, ErrorKind::kArgument, "'0x12g4'"},
+      {"a digit behind a 0", [](Notes&) { ParseAddress("1.0.2.0"); }, ErrorKind::kRefused, "no port"},
+      {"the root", [](Notes&) { ParseAddress("0.0.0.0"); }, ErrorKind::kRefused, "no port"},
+      {"an address without a block", [](Notes&) { SetAddress(Sample("dvi"), 0x1000); }, ErrorKind::kRefused,
+       "no HDMI block"},
+      {"HDMI already", [](Notes& notes) { ToHdmi(Sample("tv-4k"), 0x1000, notes); }, ErrorKind::kRefused,
        "address 1.0.0.0"},
+      {"analog", [&](Notes& notes) { ToHdmi(Open(analog), 0x1000, notes); }, ErrorKind::kRefused, "analog"},
       {"no EDID",
-       [](Notes& notes) {
-         ToHdmi(Image::FromBytes("x", Section(0x12, 6).Block(0x55, 0, {7}).Build()), 0x1000, Loss::kAllow, notes);
-       },
+       [](Notes& notes) { ToHdmi(Image::FromBytes("x", Section(0x12, 6).Block(0x55, 0, {7}).Build()), 0x1000, notes); },
        ErrorKind::kRefused, "no place"},
-      {"another block in the way", [&](Notes& notes) { ToHdmi(Open(mapped), 0x1000, Loss::kRefuse, notes); },
-       ErrorKind::kLoss, "block 1 (extension of unknown kind) would be lost"},
-      {"two blocks", [](Notes&) { HighRefresh(Sample("tv-4k")); }, ErrorKind::kRefused, "two blocks"},
+      {"two blocks", [](Notes& notes) { HighRefresh(Sample("tv-4k"), notes); }, ErrorKind::kRefused, "two blocks"},
   };
   for (const auto& c : cases) {
     Notes notes;
@@ -80,50 +79,45 @@ TEST(Edit, Stops) {
 
 TEST(Edit, SeveralBehindEachOther) {
   const Edit edits[] = {{&FindLimit("hdmi20")}, {nullptr, 0x2000}, {&FindLimit("hdmi14")}, {&FindLimit("sdr")}};
-  Notes notes;
-  Image image = ApplyEdits(Sample("tv-4k120"), edits, {}, Loss::kRefuse, notes);
+  const Image image = ApplyEdits(Sample("tv-4k120"), edits, {});
   EXPECT_EQ(AddressOf(image), 0x2000);
-  EXPECT_EQ(SlowestLink(edits)->clock, 340000u);
-  EXPECT_TRUE(TimingsAbove(DescribeImage(image), 340000, false).empty());
-  EXPECT_TRUE(notes.empty());
+  EXPECT_EQ(SlowestLink(edits), &EDID_LINK_HDMI14);
+  EXPECT_TRUE(TimingsAbove(image, EDID_LINK_HDMI14).empty());
 }
 
-TEST(Edit, NotesWhatIsWorthKnowing) {
+// What a source of HDMI finds in an EDID that was one of DVI or DisplayPort.
+TEST(Edit, ToHdmi) {
   Notes notes;
-  EXPECT_EQ(ParseAddress("0x1200", notes), 0x1200);
-  EXPECT_EQ(ParseAddress("1.2.f.0", notes), 0x12F0);
+  const Edid displayPort = Edid()
+                               .Dtd(k2160p60)
+                               .Dtd(test::k1080p60)
+                               .Set(20, {0xA5})
+                               .Extension(Section(0x20).Block(0x25, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0}).BuildExtension());
+  const Image image = ToHdmi(Open(displayPort), 0x1200, notes);
   EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(ParseAddress("1.0.2.0", notes), 0x1020);
+  ASSERT_EQ(image.blocks().size(), 3u);
+  EXPECT_EQ(image.blocks()[1].type, EDID_BLOCK_CEA);  // sources look there
+  EXPECT_EQ(image.blocks()[0].bytes[20], 0xA2);
+  const test::ByteVector expected = {0x43, 97,   16,   1,    0x23, 0x09, 0x07, 0x07, 0x83, 0x01, 0x00,
+                                     0x00, 0x67, 0x03, 0x0C, 0x00, 0x12, 0x00, 0x00, 68,   0x67, 0xD8,
+                                     0x5D, 0xC4, 0x01, 119,  0x80, 0x00, 0xE2, 0x00, 0xCA};
+  const uint8_t* const cta = image.blocks()[1].bytes;
+  EXPECT_EQ(test::ByteVector(cta + 4, cta + 4 + expected.size()), expected);
+  const Edid fast = Edid().Dtd(AtClock(k2160p60, 650000)).Set(20, {0xA5});
+  EXPECT_TRUE(TimingsAbove(ToHdmi(Open(fast), 0x1000, notes), EDID_LINK_HDMI20).empty());
   EXPECT_EQ(notes.size(), 1u);
-  const Edid threeD = Edid().Extension(Cta().Hdmi(0x1000, {0, 30, 0x20, 0x80, 0x00}));
-  Image image = SetAddress(Open(threeD), 0x2000, Loss::kRefuse, notes);
-  EXPECT_EQ(AddressOf(image), 0x2000);
-  ASSERT_EQ(notes.size(), 2u);
-  EXPECT_NE(notes[1].find("3D formats"), std::string::npos) << notes[1];
 }
 
-// What the library leaves out when it writes an extension anew is counted, and needs leave.
-TEST(Edit, LossIsRefusedUnlessAllowed) {
-  Notes notes;
-  const Image image = Image::FromBytes("x", SampleBytes("tv-4k"));
-  const CtaContent before = CountCtaContent(image);
-  EXPECT_EQ(std::tuple(before.dataBlocks, before.timings, before.otherBytes), std::tuple(9u, 1u, 0u));
-  EXPECT_NO_THROW(CheckLoss(image, before, Loss::kRefuse, notes));
-  for (const CtaContent& more : {CtaContent{10, 1, 0}, CtaContent{9, 2, 0}, CtaContent{9, 1, 1}}) {
-    EXPECT_THROW(CheckLoss(image, more, Loss::kRefuse, notes), Error);
-    EXPECT_NO_THROW(CheckLoss(image, more, Loss::kAllow, notes));
-  }
-  EXPECT_EQ(notes.size(), 3u);
-}
-
-// A type VII block in YCbCr 4:2:0 needs half its clock, where the link knows 4:2:0 at all.
+// A counted timing in YCbCr 4:2:0 needs half its clock, where the link knows 4:2:0 at all.
 TEST(Edit, TimingsAboveALimit) {
-  const Node account =
-      DescribeImage(Open(Edid().Dtd(AtClock(k2160p60, 600010)).Extension(Cta().Vdb({97}).Extended(14, {118}))));
-  EXPECT_EQ(TimingsAbove(account, 600000, true).size(), 1u);
-  EXPECT_EQ(TimingsAbove(account, 600010, true).size(), 0u);
-  EXPECT_EQ(TimingsAbove(account, 600010, false).size(), 1u);
-  EXPECT_EQ(TimingsAbove(account, 593999, true).size(), 3u);
+  const Image image = Open(Edid().Dtd(AtClock(k2160p60, 600010)).Extension(Cta().Vdb({97}).Extended(14, {118})));
+  const auto above = [&](uint32_t clock, uint8_t has420) {
+    return TimingsAbove(image, {clock, 0, 0, has420, 0, 0, 0, 0, 0, 0, nullptr, 0}).size();
+  };
+  EXPECT_EQ(above(600000, 1), 1u);
+  EXPECT_EQ(above(600010, 1), 0u);
+  EXPECT_EQ(above(600010, 0), 1u);
+  EXPECT_EQ(above(593999, 1), 3u);
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ class Filter {
   bool strict_;
 };
 
-// An input that is read, or the reason why it cannot be. What the library has to say of it, the rules say better.
+// An input that is read, or the reason why it cannot be.
 struct Verdict {
   std::vector<Finding> findings;
   std::optional<ToolError> failure;
@@ -60,15 +60,13 @@ struct Verdict {
 
 Verdict CheckInput(const std::string& input, const Filter& filter) {
   Verdict verdict;
-  CaptureDiagnostics([&] {
-    try {
-      verdict.findings = filter.Of(ReadImage(input));
-    } catch (const ToolError& error) {
-      verdict.failure = error;
-    } catch (const document::Error& error) {
-      verdict.failure = FromDocument(error);
-    }
-  });
+  try {
+    verdict.findings = filter.Of(ReadImage(input));
+  } catch (const ToolError& error) {
+    verdict.failure = error;
+  } catch (const document::Error& error) {
+    verdict.failure = FromDocument(error);
+  }
   return verdict;
 }
 

@@ -17,7 +17,7 @@ constexpr char kInputsHelp[] =
     "files, folders with all files in and below them, '-' for standard input, or sample:NAME";
 constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
 constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
-constexpr char kAllowLossHelp[] = "write the result even if something of the input has no place in it; it is said what";
+constexpr char kForceHelp[] = "write an address that no port can have, too";
 
 // Adds a command whose options live as long as the parser; returns it for its options to be set up.
 template <class Options>
@@ -89,7 +89,7 @@ void AddPhys(CLI::App& app, Command& chosen) {
                       "new address, as 1.2.0.0 or 0x1200; without it, print the present one");
   command->add_flag("--json", options->json, kJsonHelp);
   command->add_option("-o,--output", options->output, kOutputHelp);
-  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+  command->add_flag("--force", options->force, kForceHelp);
 }
 
 void AddToHdmi(CLI::App& app, Command& chosen) {
@@ -97,7 +97,7 @@ void AddToHdmi(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "to-hdmi", "Turn a DVI EDID into an HDMI one", chosen, RunToHdmi, options);
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
-  command->add_flag("--allow-loss", options->allowLoss, kAllowLossHelp);
+  command->add_flag("--force", options->force, kForceHelp);
   command->add_option("-o,--output", options->output, kOutputHelp);
 }
 
@@ -173,11 +173,10 @@ void AddDiff(CLI::App& app, Command& chosen) {
 }
 
 void AddEditOutput(CLI::App& command, EditOptions& options) {
-  command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the EDID");
+  command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the display");
   command.add_option("-o,--output", options.output, kOutputHelp);
   AddTable(command, options.table);
   command.add_flag("-q,--quiet", options.table.quiet, "no table of changes");
-  command.add_flag("--allow-loss", options.allowLoss, kAllowLossHelp);
 }
 
 void AddLimit(CLI::App& app, Command& chosen) {
@@ -189,7 +188,7 @@ void AddLimit(CLI::App& app, Command& chosen) {
           [options](const std::string& name) {
             options->edits.push_back({true, name});
           },
-          "hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch, sdr, frl40g")
+          "hdmi20, hdmi14, dvi, frl3 to frl6, pcm2ch, sdr and others; see below")
       ->required();
   command->add_option("input", options->input, kInputHelp)->required();
   AddEditOutput(*command, *options);
@@ -211,6 +210,7 @@ void AddEdit(CLI::App& app, Command& chosen) {
   };
   add("--limit", true, "a limit, as for 'reedid limit'");
   add("--phys", false, "a physical address");
+  command->add_flag("--force", options->force, kForceHelp);
   AddEditOutput(*command, *options);
 }
 

@@ -1,6 +1,7 @@
 // The commands: options in, result on the streams, exit code out. What stops one is thrown as a ToolError.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -80,7 +81,7 @@ struct EditOptions {
   std::string rates;  // "120,60,50"; empty: those of the image
   std::string output;
   TableOptions table;
-  bool allowLoss = false;
+  bool force = false;  // also an address that no port can have
 };
 Exit RunEdit(const EditOptions& options, Streams& streams);
 
@@ -117,12 +118,15 @@ struct FixOptions {
 };
 Exit RunFix(const FixOptions& options, Streams& streams);
 
+// An address that the user names. Throws Exit::kUsage, and without `force` Exit::kRefused for one that no port can have.
+uint16_t AskedAddress(const std::string& text, bool force);
+
 struct PhysOptions {
   std::string input;
   std::string address;  // empty: read
   std::string output;
-  bool json = false;  // of what is read
-  bool allowLoss = false;
+  bool json = false;   // of what is read
+  bool force = false;  // also an address that no port can have
 };
 Exit RunPhys(const PhysOptions& options, Streams& streams);
 
@@ -130,7 +134,7 @@ struct ToHdmiOptions {
   std::string input;
   std::string address = "1.0.0.0";
   std::string output;
-  bool allowLoss = false;
+  bool force = false;  // also an address that no port can have
 };
 Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams);
 

@@ -22,8 +22,6 @@ namespace {
 using document::DescribeImage;
 using document::Edit;
 using document::Image;
-using document::Link;
-using document::Loss;
 using document::Node;
 using document::Rates;
 
@@ -42,12 +40,9 @@ struct More {
   document::Json json = document::Json::object();
 };
 
-// The account of an image as it was written, with the counts and checksums that generating it mended. What the library
-// has to say of a block it says of the input.
+// The account of an image as it was written, with the counts and checksums that generating it mended.
 Node DescribeBytes(const std::string& name, const document::ByteVector& bytes) {
-  Node account;
-  CaptureDiagnostics([&] { account = DescribeImage(Image::FromBytes(name, bytes)); });
-  return account;
+  return DescribeImage(Image::FromBytes(name, bytes));
 }
 
 // The table comes first: when it cannot be printed, the exit code says that no output was written.
@@ -65,12 +60,12 @@ void Finish(const document::ByteVector& bytes, const Node& before, const Node& a
 }
 
 // Nothing is begun that cannot be ended: a word that is wrong is found before the image is read.
-std::vector<Edit> ParseEdits(const std::vector<EditWord>& words) {
+std::vector<Edit> ParseEdits(const std::vector<EditWord>& words, bool force) {
   if (words.empty()) throw ToolError(Exit::kUsage, "edit: name an edit, --limit or --phys");
   std::vector<Edit> edits;
   for (const EditWord& word : words) {
     edits.push_back(word.isLimit ? Edit{&document::FindLimit(word.value)}
-                                 : Edit{nullptr, document::ParseAddress(word.value, ToldNotes())});
+                                 : Edit{nullptr, AskedAddress(word.value, force)});
   }
   return edits;
 }
@@ -85,20 +80,19 @@ std::string RatesText(const Image& image) {
 
 Exit RunEdit(const EditOptions& options, Streams& streams) {
   RequireOutput(options.output, "an edit");
-  const std::vector<Edit> edits = ParseEdits(options.edits);
+  const std::vector<Edit> edits = ParseEdits(options.edits, options.force);
   const Rates rates = options.rates.empty() ? Rates() : document::ParseRates(options.rates);
   Image image = ReadImage(options.input);
   const Node before = DescribeImage(image);
-  const Loss loss = options.allowLoss ? Loss::kAllow : Loss::kRefuse;
-  image = document::ApplyEdits(std::move(image), edits, rates, loss, ToldNotes());
+  image = document::ApplyEdits(std::move(image), edits, rates);
   const document::ByteVector bytes = image.Generate(ToldNotes());
-  const Node after = DescribeBytes(image.name(), bytes);
-  const Link* link = document::SlowestLink(edits);
+  const EdidLink* link = document::SlowestLink(edits);
   std::vector<std::string> above;
-  if (link != nullptr) above = document::TimingsAbove(after, link->clock, link->has420);
+  if (link != nullptr) above = document::TimingsAbove(image, *link);
+  const Node after = DescribeBytes(image.name(), bytes);
   Finish(bytes, before, after, options.output, options.table, {"", {{"above", above}}}, streams);
   for (const std::string& timing : above) {
-    Note(fmt::format("{}: still above {} MHz: {}", image.name(), link->clock / 1000, timing));
+    Note(fmt::format("{}: still above {} MHz: {}", image.name(), link->maxTmdsClock / 1000, timing));
   }
   return above.empty() ? Exit::kDone : Exit::kNo;
 }
@@ -118,7 +112,7 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   document::CheckHighRefresh(image);
   const Node before = DescribeImage(image);
   const std::string ratesBefore = RatesText(image);
-  image = document::HighRefresh(std::move(image));
+  image = document::HighRefresh(std::move(image), ToldNotes());
   const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", ratesBefore, RatesText(image));
   const document::ByteVector bytes = image.Generate(ToldNotes());
   Finish(bytes, before, DescribeBytes(image.name(), bytes), options.output, options.table, {rates}, streams);

@@ -19,14 +19,9 @@ namespace {
 using document::DescribeImage;
 using document::Image;
 
-// What the library has to say of damaged blocks, the findings say better.
 std::string ChangesOf(const Image& before, const document::ByteVector& after) {
-  std::string text;
-  CaptureDiagnostics([&] {
-    const Image mended = Image::FromBytes(before.name(), after);
-    text = ChangesText(FindChanges(DescribeImage(before), DescribeImage(mended)));
-  });
-  return text;
+  const Image mended = Image::FromBytes(before.name(), after);
+  return ChangesText(FindChanges(DescribeImage(before), DescribeImage(mended)));
 }
 
 std::string MendedText(const document::Fixed& fixed) {

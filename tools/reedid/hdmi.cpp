@@ -17,7 +17,6 @@ namespace reedid::tool {
 namespace {
 
 using document::Image;
-using document::Loss;
 
 constexpr int kJsonVersion = 1;  // docs/json.md
 
@@ -38,6 +37,15 @@ Exit ReadPhys(const Image& image, bool json, Streams& streams) {
 
 }  // namespace
 
+uint16_t AskedAddress(const std::string& text, bool force) {
+  try {
+    return document::ParseAddress(text, force ? document::Odd::kTake : document::Odd::kRefuse);
+  } catch (const document::Error& error) {
+    if (error.kind() != document::ErrorKind::kRefused) throw;
+    throw ToolError(Exit::kRefused, fmt::format("{}; write it all the same with --force", error.what()));
+  }
+}
+
 Exit RunPhys(const PhysOptions& options, Streams& streams) {
   if (options.address.empty() && !options.output.empty()) {
     throw ToolError(Exit::kUsage,
@@ -49,18 +57,16 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
   if (!options.address.empty()) RequireOutput(options.output, "phys with an address");
   Image image = ReadImage(options.input);
   if (options.address.empty()) return ReadPhys(image, options.json, streams);
-  const uint16_t address = document::ParseAddress(options.address, ToldNotes());
-  const Loss loss = options.allowLoss ? Loss::kAllow : Loss::kRefuse;
-  image = document::SetAddress(std::move(image), address, loss, ToldNotes());
+  const uint16_t address = AskedAddress(options.address, options.force);
+  image = document::SetAddress(std::move(image), address);
   WriteOutput(options.output, image.Generate(ToldNotes()), streams);
   return Exit::kDone;
 }
 
 Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams) {
   RequireOutput(options.output, "to-hdmi");
-  const uint16_t address = document::ParseAddress(options.address, ToldNotes());
-  const Loss loss = options.allowLoss ? Loss::kAllow : Loss::kRefuse;
-  Image image = document::ToHdmi(ReadImage(options.input), address, loss, ToldNotes());
+  const uint16_t address = AskedAddress(options.address, options.force);
+  Image image = document::ToHdmi(ReadImage(options.input), address, ToldNotes());
   WriteOutput(options.output, image.Generate(ToldNotes()), streams);
   return Exit::kDone;
 }

@@ -57,9 +57,17 @@ constexpr CommandHelp kCommands[] = {
     {"phys", kAsk,
      "Examples:\n"
      "  reedid phys display.bin                           print it\n"
-     "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater"},
+     "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater\n"
+     "Nothing but the address and the checksum changes."},
     {"limit", kChange,
-     "Limits: hdmi20 (600 MHz), hdmi14 (340 MHz), pcm2ch (two-channel audio), sdr (no HDR), frl40g (40 Gbit/s).\n"
+     "Limits of a link:\n"
+     "  hdmi20          600 MHz, 4:2:0                  hdmi14      340 MHz\n"
+     "  dvi             165 MHz, no sound               300mhz-420  300 MHz, 4:2:0\n"
+     "  capture-165mhz  165 MHz, 8 bits a colour        frl3 .. 6   HDMI 2.1 with 24, 32, 40 or 48 Gbit/s\n"
+     "Of a capability:\n"
+     "  pcm2ch          two-channel L-PCM               sdr         no HDR, no Dolby Vision; wide colours stay\n"
+     "  frl40g          FRL rates up to 40 Gbit/s, timings as they are\n"
+     "A timing that is too fast is lowered to a rate of the display; what fits stays as it is, byte for byte.\n"
      "What changed is printed as a table. Exit code 1: a timing still needs more; it is named.\n\n"
      "Example:\n  reedid limit hdmi20 display.bin -o hdmi20.bin"},
     {"fix", kChange,
@@ -72,8 +80,10 @@ constexpr CommandHelp kCommands[] = {
     {"high-refresh", kChange, "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
     {"edit", kChange, "Example:\n  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin"},
     {"to-hdmi", kChange,
-     "Adds two-channel audio, front speakers and the HDMI block to the CTA-861 extension (a new one if\n"
-     "there is none), which becomes the last block.\n\n"
+     "Adds what is missing of video formats, two-channel audio, front speakers, HDMI block and video capability to "
+     "the\n"
+     "CTA-861 extension (a new one if there is none), which becomes the first extension. Timings above 600 MHz are\n"
+     "lowered as by 'reedid limit hdmi20'. An analog input is refused.\n\n"
      "Example:\n  reedid to-hdmi dvi.bin --phys 1.0.0.0 -o hdmi.bin"},
     {"convert", kForms,
      "Examples:\n"
@@ -90,7 +100,7 @@ constexpr char kFooter[] =
     "several, and folders with all files in and below them.\n"
     "\n"
     "Results go to standard output or to the file after -o, diagnostics and notes to standard error. What is written\n"
-    "has the right extension count and checksum in block 0; a note tells when they were wrong before.\n"
+    "has the right extension count, block map and checksums; a note tells which were wrong before.\n"
     "\n"
     "Examples:\n"
     "  reedid show /sys/class/drm/card0-HDMI-A-1/edid    what does this display say of itself?\n"

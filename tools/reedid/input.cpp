@@ -123,15 +123,12 @@ bool MayBeEdid(const std::string& name) {
   } catch (const ToolError&) {
     return true;
   }
-  bool opens = false;
-  CaptureDiagnostics([&] {
-    try {
-      ReadImage(name);
-      opens = true;
-    } catch (const ToolError&) {
-    }
-  });
-  return opens;
+  try {
+    ReadImage(name);
+    return true;
+  } catch (const ToolError&) {
+    return false;
+  }
 }
 
 std::string ShownName(const std::string& name) {

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
-#include <sstream>
 #include <utility>
 
 #include "document/account/tree_json.h"
@@ -136,27 +135,18 @@ class JsonArray {
   bool empty_ = true;
 };
 
-void TellDiagnostics(const std::string& input, const std::string& log) {
-  const std::string name = WithoutControls(ShownName(input));
-  std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) Tell(fmt::format("{}: {}\n", name, WithoutControls(line)));
+void NoteFaults(const Image& image) {
+  if (image.faults().empty()) return;
+  Note(fmt::format("{}: has wrong checksums or counts; 'reedid check' tells which", image.name()));
 }
 
-// The answer on one of several inputs; diagnostics are told with the name of the input in front.
+// The answer on one of several inputs.
 Answer AskOne(const std::string& input, Progress& progress,
               const std::function<Answer(const Image& image, bool single)>& ask) {
-  Answer answer;
-  std::exception_ptr failure;
-  const std::string log = CaptureDiagnostics([&] {
-    try {
-      answer = ask(ReadImage(input), false);
-    } catch (const std::exception&) {
-      failure = std::current_exception();
-    }
-  });
+  const Image image = ReadImage(input);
+  Answer answer = ask(image, false);
   progress.Erase();
-  TellDiagnostics(input, log);
-  if (failure) std::rethrow_exception(failure);
+  NoteFaults(image);
   return answer;
 }
 
@@ -224,7 +214,9 @@ Exit ForEachInput(const std::vector<std::string>& names, Progress& progress,
 Exit AnswerEach(const std::vector<std::string>& names, bool json, Streams& streams,
                 const std::function<Answer(const Image& image, bool single)>& ask) {
   if (!IsSingle(names)) return json ? AnswerArray(names, streams, ask) : AnswerTexts(names, streams, ask);
-  const Answer answer = ask(ReadImage(names[0]), true);
+  const Image image = ReadImage(names[0]);
+  const Answer answer = ask(image, true);
+  NoteFaults(image);
   streams.Result(json ? JsonText(answer.json) : answer.text);
   return Exit::kDone;
 }

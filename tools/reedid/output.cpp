@@ -149,7 +149,7 @@ bool IsKernelFile(const std::string& path) {
          type == kSecurityFs || type == kConfigFs;
 }
 
-// Descriptor 1 leads to standard error while the tool runs, so its names must not be opened.
+// Descriptor 1 leads nowhere while the tool runs, so its names must not be opened.
 bool IsStandardOutput(const std::string& path) {
   return path == "-" || path == "/dev/stdout" || path == "/dev/fd/1" || path == "/proc/self/fd/1";
 }

@@ -22,8 +22,7 @@ Exit RunPlot(const PlotOptions& options, Streams& streams) {
   }
   const document::Image image = ReadImage(options.input);
   const document::Node account = document::DescribeImage(image);
-  std::string picture;
-  CaptureDiagnostics([&] { picture = document::DrawPicture(image, account); });  // describing it has printed them
+  const std::string picture = document::DrawPicture(image, account);
   WriteOutput(options.output, {reinterpret_cast<const uint8_t*>(picture.data()), picture.size()}, streams);
   return Exit::kDone;
 }

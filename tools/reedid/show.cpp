@@ -1,7 +1,5 @@
 // show: a readable account of everything in the image.
 
-#include <sstream>
-
 #include "commands.h"
 #include "document/account/image_account.h"
 #include "document/account/tree_json.h"
@@ -15,19 +13,9 @@ using document::DescribeImage;
 using document::Image;
 using document::Node;
 
-// The library's warnings of wrong checksums tell what the account hides.
-void PrintWithoutChecksums(const std::string& diagnostics) {
-  std::istringstream lines(diagnostics);
-  for (std::string line; std::getline(lines, line);) {
-    if (line.find("checksum error") == line.npos) Tell(line + "\n");
-  }
-}
-
 Node Describe(const Image& image, bool hidePrivate) {
-  if (!hidePrivate) return DescribeImage(image);
-  Node account;
-  PrintWithoutChecksums(CaptureDiagnostics([&] { account = DescribeImage(image); }));
-  HidePrivate(account);
+  Node account = DescribeImage(image);
+  if (hidePrivate) HidePrivate(account);
   return account;
 }
 

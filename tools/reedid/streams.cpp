@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/ioctl.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -24,35 +23,6 @@ void FillStandardDescriptors() {
   if (descriptor > STDERR_FILENO) close(descriptor);
 }
 
-// Sends descriptor 1 somewhere else for the life of the object.
-class Redirect {
- public:
-  explicit Redirect(int target) : target_(target), saved_(dup(STDOUT_FILENO)) {
-    std::fflush(stdout);
-    if (target_ < 0 || saved_ < 0 || dup2(target_, STDOUT_FILENO) < 0) {
-      throw ToolError(Exit::kNoMemory, fmt::format("cannot collect diagnostics: {}", std::strerror(errno)));
-    }
-  }
-  ~Redirect() {
-    std::fflush(stdout);
-    dup2(saved_, STDOUT_FILENO);
-    close(saved_);
-  }
-  Redirect(const Redirect&) = delete;
-  Redirect& operator=(const Redirect&) = delete;
-
- private:
-  int target_;
-  int saved_;
-};
-
-struct Descriptor {
-  int value;
-  ~Descriptor() {
-    if (value >= 0) close(value);
-  }
-};
-
 }  // namespace
 
 Streams::Streams() {
@@ -60,7 +30,9 @@ Streams::Streams() {
   FillStandardDescriptors();
   if (hasOutput) result_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   std::fflush(stdout);
-  dup2(STDERR_FILENO, STDOUT_FILENO);
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  dup2(nowhere >= 0 ? nowhere : STDERR_FILENO, STDOUT_FILENO);
+  if (nowhere >= 0) close(nowhere);
   std::signal(SIGPIPE, SIG_IGN);  // Result decides what a reader that has gone means
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 }
@@ -114,21 +86,6 @@ void Note(std::string_view message) {
 
 ToldNotes::~ToldNotes() {
   for (const std::string& note : notes_) Note(note);
-}
-
-std::string CaptureDiagnostics(const std::function<void()>& work) {
-  const Descriptor memory{memfd_create("diagnostics", MFD_CLOEXEC)};
-  {
-    const Redirect redirect(memory.value);
-    work();
-  }
-  std::string text;
-  lseek(memory.value, 0, SEEK_SET);
-  char buffer[4096];
-  for (ssize_t got; (got = read(memory.value, buffer, sizeof buffer)) > 0;) {
-    text.append(buffer, static_cast<size_t>(got));
-  }
-  return text;
 }
 
 int WriteAll(int descriptor, std::span<const uint8_t> bytes) {

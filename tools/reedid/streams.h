@@ -1,8 +1,8 @@
-// Where the tool's words go. The library prints its diagnostics on standard output; the tool's own result must not be
-// mixed with them, so descriptor 1 becomes standard error and the real standard output is kept aside for results.
+// Where the tool's words go. The library prints its diagnostics, which are for those who program with it, on standard
+// output: descriptor 1 leads nowhere while the tool runs, and the real standard output is kept aside for results. What
+// users should know the tool says itself.
 #pragma once
 
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,9 +52,6 @@ class ToldNotes {
  private:
   document::Notes notes_;
 };
-
-// Runs `work` and returns the diagnostics that the library printed meanwhile.
-std::string CaptureDiagnostics(const std::function<void()>& work);
 
 // Writes all bytes to an open descriptor; an errno value, 0 when done.
 int WriteAll(int descriptor, std::span<const uint8_t> bytes);

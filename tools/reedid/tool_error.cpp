@@ -10,8 +10,6 @@ ToolError FromDocument(const document::Error& error) {
       return {Exit::kInput, error.what()};
     case document::ErrorKind::kRefused:
       return {Exit::kRefused, error.what() + std::string("; nothing was written")};
-    case document::ErrorKind::kLoss:
-      return {Exit::kRefused, error.what() + std::string("; allow that with --allow-loss; nothing was written")};
     case document::ErrorKind::kInternal:
       break;
   }
