@@ -36,6 +36,7 @@ int main(int argc, char** argv) {
   for (unsigned i = 0; i < edid->blockCount && result != 0; ++i) {
     if (edid->blocks[i].type == EDID_BLOCK_CEA) result = AddTo(&edid->blocks[i], &block);
   }
+  if (result != 0) fprintf(stderr, "%s: no CTA-861 extension has room for the block\n", argv[1]);
   const int status = result == 0 ? WriteFile(edid, argv[2]) : 1;
   EDID_Close(edid);
   return status;

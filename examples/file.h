@@ -17,10 +17,10 @@ static inline EdidHandle* OpenFile(const char* path) {
   return EDID_Open(bytes, (uint32_t)size);
 }
 
-/* Writes the image to a file; 0, or 1 after a message: an exit code. */
+/* Writes the image to a file, with right counts and checksums; 0, or 1 after a message: an exit code. */
 static inline int WriteFile(EdidHandle* edid, const char* path) {
   static uint8_t bytes[kMaxImage];
-  const int32_t size = EDID_GenerateEdid(edid, bytes, sizeof bytes);
+  const int32_t size = EDID_GenerateImage(edid, bytes, sizeof bytes);
   if (size < 0) return 1;
   FILE* file = fopen(path, "wb");
   if (file == NULL) return perror(path), 1;

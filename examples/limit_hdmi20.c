@@ -6,20 +6,25 @@
 
 #include "file.h"
 
+/* A number of four hexadecimal digits that a port can have as its address; 0 is none. */
+static uint16_t ReadAddress(const char* text) {
+  char* end;
+  const unsigned long value = strtoul(text, &end, 0);
+  return end != text && *end == '\0' && value <= 0xFFFF && EDID_IsPortAddress((uint16_t)value) ? (uint16_t)value : 0;
+}
+
 int main(int argc, char** argv) {
   if (argc != 4) return fprintf(stderr, "usage: %s IN OUT ADDRESS\n", argv[0]), 2;
+  const uint16_t address = ReadAddress(argv[3]);
+  if (address == 0) return fprintf(stderr, "%s: no address of a port, such as 0x1200 for 1.2.0.0\n", argv[3]), 2;
   EdidHandle* edid = OpenFile(argv[1]);
   if (edid == NULL) return 1;
 
-  /* The display's own rates: a timing that is too fast is slowed down to the first of them that fits. */
-  uint16_t rates[255];
-  const uint32_t count = EDID_GetAllFrameRate(edid, rates, 255);
-  EDID_LimitToHDMI20(edid, rates, count);
-
-  /* A DVI display has no address; an HDMI repeater in front of it gives the source one. */
-  const uint16_t address = (uint16_t)strtoul(argv[3], NULL, 0);
-  const int32_t addressed = isDVIEdid(edid) ? EDID_DVItoHDMI(edid, address) : EDID_SetPhyAddr(edid, address);
-  const int status = addressed == 0 ? WriteFile(edid, argv[2]) : 1;
+  /* What is too fast is slowed down to a rate of the display. A DVI display has no address; an HDMI repeater in front of
+   * it gives the source one. */
+  const int done = EDID_LimitToLink(edid, &EDID_LINK_HDMI20) == 0 &&
+                   (EDID_PatchPhyAddr(edid, address) == 0 || EDID_MakeHdmi(edid, address) == 0);
+  const int status = done ? WriteFile(edid, argv[2]) : 1;
   EDID_Close(edid);
   return status;
 }

@@ -57,14 +57,14 @@ TEST_F(Examples, ReadAddress) {
 }
 
 TEST_F(Examples, Edits) {
-  const Edid hd = Edid().Dtd(k1080p60), fast = Edid(hd).Dtd(AtClock(k2160p60, 655000)), slow = Edid(hd).Dtd(k2160p60);
+  const Edid hd = Edid().Dtd(k1080p60), fast = Edid(hd).Dtd(AtClock(k2160p60, 655000));
   const Cta audio = Cta().Block(1, {0x15, 0x07, 0x50, 0x0F, 0x7F, 0x07}), stereo = Cta().Block(1, {0x09, 0x7F, 0x07});
   const struct {
     const char* arguments;
     Edid in, out;
   } rows[] = {
       {"limit_hdmi20 in out 0x2100", Edid(fast).Extension(Cta().Vdb({118, 97, 0x90}).Hdmi(0x1000)),
-       Edid(slow).Extension(Cta().Vdb({97, 0x90}).Hdmi(0x2100, {0, 30, 0}))},
+       Edid(hd).Descriptor(0x10, {}).Extension(Cta().Vdb({97, 0x90}).Hdmi(0x2100))},
       {"sdr_stereo in out",
        Edid(hd).Extension(Cta(audio).Hdmi(0x1000).Extended(6, {0x05, 0x01, 0x60}).Extended(5, {0x80, 0x00})),
        Edid(hd).Extension(Cta(stereo).Hdmi(0x1000).Extended(5, {0x80, 0x00}))},
@@ -74,6 +74,9 @@ TEST_F(Examples, Edits) {
   for (const auto& row : rows) {
     EXPECT_EQ(Run(row.arguments, row.in)[0], '0') << row.arguments;
     EXPECT_EQ(HexOf(Out()), HexOf(row.out.Build())) << row.arguments;
+  }
+  for (const char* address : {"0x", "2.1.0.0", "0x1020", "0", "0x12000"}) {
+    EXPECT_EQ(Run(std::string("limit_hdmi20 in none ") + address, hd)[0], '2') << address;
   }
   EXPECT_EQ(Run("limit_hdmi20 in out 0x2100", hd)[0], '0');
   EXPECT_EQ(EDID_GetPhyAddr(Image(Out()).get()), 0x2100) << "a DVI image becomes an HDMI one";
