@@ -31,7 +31,7 @@ control_has() {
 }
 
 package_holds libreedid0 "$libdir/libreedid\.so\.0" "$libdir/libreedid\.so\.0\.[0-9.]+" share/lintian/overrides/libreedid0
-package_holds libreedid-dev "include/reedid/reedid\.h" "include/reedid/reedid\.hpp" "include/reedid/[a-z]*\.h(pp)?" \
+package_holds libreedid-dev "include/reedid/reedid\.h" "include/reedid/reedid\.hpp" "include/reedid/[a-z_]*\.h(pp)?" \
   "$libdir/libreedid\.a" "$libdir/libreedid\.so" "$libdir/pkgconfig/reedid\.pc" "$libdir/cmake/reedid/reedid-[a-z-]*\.cmake"
 field_has libreedid0 Depends libc6
 version=$(dpkg-deb -f "$work/libreedid0"_*.deb Version)

@@ -19,9 +19,9 @@ extern "C" {
 /** A format that is taken in 3D (HDMI 1.4b, table 8-16 and table H-2). */
 typedef struct H14b3dEntry {
   uint8_t twoD_VIC_order; /**< index of its video descriptor, 0..15 from the first of the EDID on */
-  uint8_t
-      threeD_Structure;  /**< 0 frame packing, 1 field alternative, 2 line alternative, 3 side by side in full, 4 L and
-                                 depth, 5 and graphics, 6 top and bottom, 8 side by side in half; 0..15 */
+  /** 0 frame packing, 1 field alternative, 2 line alternative, 3 side by side in full, 4 L and depth, 5 and graphics,
+   * 6 top and bottom, 8 side by side in half; 0..15 */
+  uint8_t threeD_Structure;
   uint8_t threeD_Detail; /**< structures 8..15: 0 all, 1 horizontal, 6 quincunx, 7..10 one of its kinds; 0..15 */
 } H14b3dEntry;
 
@@ -44,17 +44,16 @@ typedef struct H14b3dRecord {
   uint8_t iVideoLatency;    /**< code */
   uint8_t iAudioLatency;    /**< code */
   uint8_t threeD_present;   /**< takes the 3D formats that are mandatory */
-  uint8_t
-      threeD_Multi_present; /**< 0 no lists for all formats, 1 threeD_Structure_ALL, 2 threeD_MASK as well, 3 reserved */
-  uint8_t imageSize;        /**< what the base block's size means: 0 nothing, 1 aspect ratio, 2 cm, 3 5 cm */
-  uint8_t hdmiVicLen;       /**< 0..7 */
-  uint8_t hdmiVics[7];      /**< 1 = 2160p30, 2 = 2160p25, 3 = 2160p24, 4 = 4096x2160p24 */
-  uint8_t entryCount;       /**< 0..31 */
-  H14b3dEntry entries[31];  /**< the first entryCount are used, the others 0 */
-  uint16_t
-      threeD_Structure_ALL; /**< bit n: structure n, of the first 16 formats or those of threeD_MASK; bit 15 side by
-                                      side in half, quincunx */
-  uint16_t threeD_MASK;     /**< bit n: the video descriptor with index n */
+  /** 0 no lists for all formats, 1 threeD_Structure_ALL, 2 threeD_MASK as well, 3 reserved */
+  uint8_t threeD_Multi_present;
+  uint8_t imageSize;       /**< what the base block's size means: 0 nothing, 1 aspect ratio, 2 cm, 3 5 cm */
+  uint8_t hdmiVicLen;      /**< 0..7 */
+  uint8_t hdmiVics[7];     /**< 1 = 2160p30, 2 = 2160p25, 3 = 2160p24, 4 = 4096x2160p24 */
+  uint8_t entryCount;      /**< 0..31 */
+  H14b3dEntry entries[31]; /**< the first entryCount are used, the others 0 */
+  /** bit n: structure n, of the first 16 formats or those of threeD_MASK; bit 15 side by side in half, quincunx */
+  uint16_t threeD_Structure_ALL;
+  uint16_t threeD_MASK; /**< bit n: the video descriptor with index n */
 } H14b3dRecord;
 
 /** What the block or the length of its lists ends in is left out, with what announces it. 0, or -1 when refused. */
