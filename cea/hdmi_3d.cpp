@@ -16,6 +16,7 @@
 #include <iterator>
 
 #include "cea/exact_codec.h"
+#include "cea/hdmi_layout.h"
 #include "reedid/cea_hdmi.h"
 
 namespace reedid {
@@ -41,7 +42,7 @@ struct Hdmi14b : ExactCodec {
 
   template <class Io, class Record>
   static void Layout(const Io& io, Record& r, unsigned size) {
-    Fixed(io, r);
+    H14bFixedLayout(io, r);
     unsigned at = kFixedSize;
     if (r.latencyPresent) {
       io(r.videoLatency, Place{9});
@@ -57,22 +58,6 @@ struct Hdmi14b : ExactCodec {
   }
 
  private:
-  template <class Io, class Record>
-  static void Fixed(const Io& io, Record& r) {
-    io(r.physAddr, Place{5}, Place{4});
-    io(r.supportsAI, Place{6, 7, 1});
-    io(r.DC_48bit, Place{6, 6, 1});
-    io(r.DC_36bit, Place{6, 5, 1});
-    io(r.DC_30bit, Place{6, 4, 1});
-    io(r.DC_Y444, Place{6, 3, 1});
-    io(r.DVI_Dual, Place{6, 0, 1});
-    Scaled(io, r.max_TMDS_Clock, 5, Place{7});
-    io(r.latencyPresent, Place{8, 7, 1});
-    io(r.iLatencyPresent, Place{8, 6, 1});
-    io(r.hdmiVideoPresent, Place{8, 5, 1});
-    for (uint8_t i = 0; i < std::size(r.cnc); ++i) io(r.cnc[i], Place{8, i, 1});
-  }
-
   template <class Io, class Record>
   static void Video(const Io& io, Record& r, unsigned at, unsigned size) {
     io(r.threeD_present, Place{Low8(at), 7, 1});

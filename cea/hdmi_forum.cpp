@@ -17,12 +17,15 @@
 // Extension override: 2 number of extension blocks
 
 #include "cea/exact_codec.h"
+#include "cea/hdmi_layout.h"
 #include "reedid/cea_hdmi.h"
 
 namespace reedid {
 namespace {
 
 struct SinkCapabilities : ExactCodec {
+  static constexpr uint8_t kChunkByte = 13;
+
   // No shorter than the last byte that says something; a rate in bytes 9 and 10 is never cut in two.
   static unsigned Size(const HfScdsRecord& r, const uint8_t* bytes) {
     if (r.DSC_TotalChunkKBytes != 0) return kChunkByte + 1;
@@ -32,63 +35,20 @@ struct SinkCapabilities : ExactCodec {
 
   template <class Io, class Record>
   static void Layout(const Io& io, Record& r, unsigned size) {
-    Link(io, r);
-    Features(io, r);
-    io(r.VRRmin, Place{9, 0, 6});
-    io(r.VRRmax, Place{10}, Place{9, 6, 2});
-    Dsc(io, r);
+    HfBaseLayout(io, r);
+    HfVrrFlagsLayout(io, r);
+    HfVrrLayout(io, r);
+    HfDscLayout(io, r);
+    io(r.cableStatus, Place{6, 5, 1});
+    io(r.UHD_VIC, Place{7, 3, 1});
+    io(r.fapaEndExtended, Place{8, 7, 1});
+    io(r.QMS, Place{8, 6, 1});
+    io(r.QMS_TFRmax, Place{11, 5, 1});
+    io(r.QMS_TFRmin, Place{11, 4, 1});
     // 1 KiB is stored as 0, which only a block that reaches that far states.
     if (Io::kReads ? size > kChunkByte : r.DSC_TotalChunkKBytes != 0) {
       LessOne(io, r.DSC_TotalChunkKBytes, Place{kChunkByte, 0, 6});
     }
-  }
-
- private:
-  static constexpr uint8_t kChunkByte = 13;
-
-  template <class Io, class Record>
-  static void Link(const Io& io, Record& r) {
-    io(r.version, Place{4});
-    Scaled(io, r.TMDS_Character_Rate, 5, Place{5});
-    io(r.scdcPresent, Place{6, 7, 1});
-    io(r.rrCapable, Place{6, 6, 1});
-    io(r.cableStatus, Place{6, 5, 1});
-    io(r.ccbpci, Place{6, 4, 1});
-    io(r.lte340Scramble, Place{6, 3, 1});
-    io(r.independentView, Place{6, 2, 1});
-    io(r.dualView, Place{6, 1, 1});
-    io(r.osdDisparity3d, Place{6, 0, 1});
-    io(r.Max_FRL_Rate, Place{7, 4, 4});
-    io(r.UHD_VIC, Place{7, 3, 1});
-    io(r.dc48bit420, Place{7, 2, 1});
-    io(r.dc36bit420, Place{7, 1, 1});
-    io(r.dc30bit420, Place{7, 0, 1});
-  }
-
-  template <class Io, class Record>
-  static void Features(const Io& io, Record& r) {
-    io(r.fapaEndExtended, Place{8, 7, 1});
-    io(r.QMS, Place{8, 6, 1});
-    io(r.mDelta, Place{8, 5, 1});
-    io(r.cinemaVrr, Place{8, 4, 1});
-    io(r.cnmVrr, Place{8, 3, 1});
-    io(r.fva, Place{8, 2, 1});
-    io(r.allm, Place{8, 1, 1});
-    io(r.fapaStartLocation, Place{8, 0, 1});
-  }
-
-  template <class Io, class Record>
-  static void Dsc(const Io& io, Record& r) {
-    io(r.DSC_1p2, Place{11, 7, 1});
-    io(r.dscNative420, Place{11, 6, 1});
-    io(r.QMS_TFRmax, Place{11, 5, 1});
-    io(r.QMS_TFRmin, Place{11, 4, 1});
-    io(r.dscAllBpp, Place{11, 3, 1});
-    io(r.dsc16bpc, Place{11, 2, 1});
-    io(r.dsc12bpc, Place{11, 1, 1});
-    io(r.dsc10bpc, Place{11, 0, 1});
-    io(r.DSC_Max_FRL_Rate, Place{12, 4, 4});
-    io(r.DSC_MaxSlices, Place{12, 0, 4});
   }
 };
 
