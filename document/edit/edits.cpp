@@ -6,20 +6,26 @@
 
 namespace reedid::document {
 
-Image ApplyEdits(Image image, std::span<const Edit> edits, const Rates& rates) {
-  for (const Edit& edit : edits) {
-    image = edit.limit != nullptr ? ApplyLimit(std::move(image), *edit.limit, rates)
-                                  : SetAddress(std::move(image), edit.address);
-  }
+Edit LimitEdit(const Limit& limit, const Rates& rates) {
+  Edit edit = {[&limit, rates](Image image) { return ApplyLimit(std::move(image), limit, rates); }};
+  if (limit.link != nullptr) edit.link = *limit.link;
+  return edit;
+}
+
+Edit AddressEdit(uint16_t address) {
+  return {[address](Image image) { return SetAddress(std::move(image), address); }};
+}
+
+Image ApplyEdits(Image image, std::span<const Edit> edits) {
+  for (const Edit& edit : edits) image = edit.apply(std::move(image));
   return image;
 }
 
-const EdidLink* SlowestLink(std::span<const Edit> edits) {
-  const EdidLink* slowest = nullptr;
+std::optional<EdidLink> SlowestLink(std::span<const Edit> edits) {
+  std::optional<EdidLink> slowest;
   for (const Edit& edit : edits) {
-    const EdidLink* link = edit.limit != nullptr ? edit.limit->link : nullptr;
-    if (link == nullptr || link->maxFrlRate != 0 || link->maxTmdsClock == 0) continue;
-    if (slowest == nullptr || link->maxTmdsClock < slowest->maxTmdsClock) slowest = link;
+    if (!edit.link || edit.link->maxFrlRate != 0 || edit.link->maxTmdsClock == 0) continue;
+    if (!slowest || edit.link->maxTmdsClock < slowest->maxTmdsClock) slowest = edit.link;
   }
   return slowest;
 }

@@ -1,7 +1,9 @@
-// Several edits of one image, one behind the other.
+// Several edits of one image, one behind the other. Whoever has words for an edit makes a step of them.
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <span>
 
 #include "document/edit/limits.h"
@@ -9,14 +11,17 @@
 namespace reedid::document {
 
 struct Edit {
-  const Limit* limit;    // null: a physical address
-  uint16_t address = 0;  // when there is no limit
+  std::function<Image(Image)> apply;  // throws kRefused
+  std::optional<EdidLink> link = {};  // what the edit holds the image to
 };
 
-// The image with all edits. Throws kRefused.
-Image ApplyEdits(Image image, std::span<const Edit> edits, const Rates& rates);
+Edit LimitEdit(const Limit& limit, const Rates& rates);
+Edit AddressEdit(uint16_t address);
 
-// The slowest link that an edit holds the image to; null when none has a clock.
-const EdidLink* SlowestLink(std::span<const Edit> edits);
+// The image with all edits, in their order. Throws kRefused.
+Image ApplyEdits(Image image, std::span<const Edit> edits);
+
+// The slowest link that an edit holds the image to; none when none has a clock.
+std::optional<EdidLink> SlowestLink(std::span<const Edit> edits);
 
 }  // namespace reedid::document

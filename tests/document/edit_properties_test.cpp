@@ -32,8 +32,9 @@ Edits Repeatable() {
   for (const Limit& limit : Limits()) edits.emplace_back(limit.name, Held(limit.name));
   edits.emplace_back("phys", [](Image image) { return SetAddress(std::move(image), 0x1000); });
   edits.emplace_back("edit", [](Image image) {
-    const std::vector<Edit> words = {{&FindLimit("hdmi20")}, {&FindLimit("pcm2ch")}, {&FindLimit("sdr")}};
-    return ApplyEdits(std::move(image), words, {});
+    const std::vector<Edit> steps = {LimitEdit(FindLimit("hdmi20"), {}), LimitEdit(FindLimit("pcm2ch"), {}),
+                                     LimitEdit(FindLimit("sdr"), {})};
+    return ApplyEdits(std::move(image), steps);
   });
   return edits;
 }

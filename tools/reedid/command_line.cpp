@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "document/printable.h"
+#include "edit_steps.h"
 #include "help.h"
 #include "reedid/version.h"
 
@@ -186,7 +187,7 @@ void AddLimit(CLI::App& app, Command& chosen) {
       ->add_option_function<std::string>(
           "limit",
           [options](const std::string& name) {
-            options->edits.push_back({true, name});
+            options->edits.push_back({&FindStep("--limit"), name});
           },
           "hdmi20, hdmi14, dvi, frl3 to frl6, pcm2ch, sdr and others; see below")
       ->required();
@@ -198,18 +199,17 @@ void AddEdit(CLI::App& app, Command& chosen) {
   EditOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "edit", "Several edits, in the order given", chosen, RunEdit, options);
   command->add_option("input", options->input, kInputHelp)->required();
-  const auto add = [&](const char* name, bool isLimit, const char* help) {
+  for (const EditStep& step : EditSteps()) {
     command
         ->add_option_function<std::string>(
-            name,
-            [options, isLimit](const std::string& value) {
-              options->edits.push_back({isLimit, value});
+            step.option,
+            [options, &step](const std::string& value) {
+              options->edits.push_back({&step, value});
             },
-            help)
+            step.help)
+        ->type_name(step.word)
         ->trigger_on_parse();
-  };
-  add("--limit", true, "a limit, as for 'reedid limit'");
-  add("--phys", false, "a physical address");
+  }
   command->add_flag("--force", options->force, kForceHelp);
   AddEditOutput(*command, *options);
 }

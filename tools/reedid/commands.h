@@ -69,8 +69,9 @@ struct DiffOptions {
 };
 Exit RunDiff(const DiffOptions& options, Streams& streams);
 
+struct EditStep;  // edit_steps.h
 struct EditWord {
-  bool isLimit;  // else a physical address
+  const EditStep* step;
   std::string value;
 };
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <optional>
 #include <utility>
 
 #include "commands.h"
@@ -11,8 +12,8 @@
 #include "document/account/tree_json.h"
 #include "document/compare/changes.h"
 #include "document/edit/address.h"
-#include "document/edit/edits.h"
 #include "document/edit/high_refresh.h"
+#include "edit_steps.h"
 #include "input.h"
 #include "output.h"
 
@@ -20,7 +21,6 @@ namespace reedid::tool {
 namespace {
 
 using document::DescribeImage;
-using document::Edit;
 using document::Image;
 using document::Node;
 using document::Rates;
@@ -60,13 +60,12 @@ void Finish(const document::ByteVector& bytes, const Node& before, const Node& a
 }
 
 // Nothing is begun that cannot be ended: a word that is wrong is found before the image is read.
-std::vector<Edit> ParseEdits(const std::vector<EditWord>& words, bool force) {
-  if (words.empty()) throw ToolError(Exit::kUsage, "edit: name an edit, --limit or --phys");
-  std::vector<Edit> edits;
-  for (const EditWord& word : words) {
-    edits.push_back(word.isLimit ? Edit{&document::FindLimit(word.value)}
-                                 : Edit{nullptr, AskedAddress(word.value, force)});
-  }
+std::vector<document::Edit> MakeEdits(const EditOptions& options) {
+  if (options.edits.empty()) throw ToolError(Exit::kUsage, "edit: name an edit, such as --limit or --phys");
+  const Rates rates = options.rates.empty() ? Rates() : document::ParseRates(options.rates);
+  const StepSettings settings = {rates, options.force};
+  std::vector<document::Edit> edits;
+  for (const EditWord& word : options.edits) edits.push_back(word.step->make(word.value, settings));
   return edits;
 }
 
@@ -80,15 +79,14 @@ std::string RatesText(const Image& image) {
 
 Exit RunEdit(const EditOptions& options, Streams& streams) {
   RequireOutput(options.output, "an edit");
-  const std::vector<Edit> edits = ParseEdits(options.edits, options.force);
-  const Rates rates = options.rates.empty() ? Rates() : document::ParseRates(options.rates);
+  const std::vector<document::Edit> edits = MakeEdits(options);
   Image image = ReadImage(options.input);
   const Node before = DescribeImage(image);
-  image = document::ApplyEdits(std::move(image), edits, rates);
+  image = document::ApplyEdits(std::move(image), edits);
   const document::ByteVector bytes = image.Generate(ToldNotes());
-  const EdidLink* link = document::SlowestLink(edits);
+  const std::optional<EdidLink> link = document::SlowestLink(edits);
   std::vector<std::string> above;
-  if (link != nullptr) above = document::TimingsAbove(image, *link);
+  if (link) above = document::TimingsAbove(image, *link);
   const Node after = DescribeBytes(image.name(), bytes);
   Finish(bytes, before, after, options.output, options.table, {"", {{"above", above}}}, streams);
   for (const std::string& timing : above) {
