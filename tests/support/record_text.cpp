@@ -44,6 +44,21 @@ Json ParseValue(const std::string& text) {
 
 }  // namespace
 
+void FromJson(const Json& json, const document::RecordInfo& info, void* record) {
+  if (!json.is_object()) return;
+  for (const document::FieldInfo& field : info.fields) {
+    const Json value = json.value(field.name, Json());
+    const Json items = value.is_array() ? value : value.is_null() ? Json::array() : Json::array({value});
+    for (size_t i = 0; i < items.size() && i < std::max<size_t>(field.length, 1); ++i) {
+      if (field.record != nullptr) {
+        FromJson(items[i], *field.record, static_cast<char*>(record) + field.offset + i * field.record->size);
+      } else if (items[i].is_primitive() && !items[i].is_null()) {
+        SetNumber(field, record, i, items[i].get<int64_t>());
+      }
+    }
+  }
+}
+
 std::string ToText(const Json& record) {
   std::string text;
   Append(record, "", text);

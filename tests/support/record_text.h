@@ -6,25 +6,19 @@
 #include <string>
 #include <type_traits>
 
-#include "reedid/reedid.h"
-
-// Next to the way into JSON that the list of records gives, the way back. A field that is not named stays.
-#define REEDID_FROM_JSON(field) \
-  if (json.contains(#field)) reedid::test::Assign(json.at(#field), record.field);
-#define REEDID_FIELDS_FROM_JSON(Type, ...)                                   \
-  inline void FromJson(const nlohmann::json& json, Type& record) {           \
-    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(REEDID_FROM_JSON, __VA_ARGS__)) \
-  }
-#define REEDID_TO_JSON(Type, ...)                                            \
-  REEDID_FIELDS_FROM_JSON(Type, __VA_ARGS__)                                 \
-  template <class JsonObject>                                                \
-  void to_json(JsonObject& nlohmann_json_j, const Type& nlohmann_json_t) {   \
-    NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_TO, __VA_ARGS__)) \
-  }
+#include "document/account/records.h"
 
 namespace reedid::test {
 
 using Json = nlohmann::json;
+
+// The way back from the JSON that the list of records gives. A field that is not named stays.
+void FromJson(const Json& json, const document::RecordInfo& info, void* record);
+
+template <document::Listed Record>
+void FromJson(const Json& json, Record& record) {
+  FromJson(json, document::kRecordInfo<Record>, &record);
+}
 
 template <class T>
 void Assign(const Json& json, T& field) {
@@ -42,11 +36,3 @@ std::string ToText(const Json& record);
 Json FromText(const std::string& text);
 
 }  // namespace reedid::test
-
-#include "document/account/records.h"
-
-REEDID_FIELDS_FROM_JSON(VdbRecord, nativeVic, vicCount, vics)
-REEDID_FIELDS_FROM_JSON(Vic420Record, vicCount, vics)
-// But for what their pointers point to.
-REEDID_FIELDS_FROM_JSON(TimingCodeRecord, codeType, reserved, twoByteCodes, codeCount)
-REEDID_FIELDS_FROM_JSON(ProductIdRecord, manufacturerId, productCode, serialNumber, week, year, nameLength)
