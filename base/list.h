@@ -40,7 +40,7 @@ class List {
   ListResult Insert(const T& entry, uint32_t index) {
     if (items_ == nullptr) count_ = 0;  // an array that could not be had, or was given away
     if (count_ == kMaxCount) return ListResult::kFull;
-    MallocPtr<T[]> grown(AllocateZeroed<T>(count_ + 1u));
+    Owned<T[]> grown(AllocateZeroed<T>(count_ + 1u));
     if (grown == nullptr) return ListResult::kNoMemory;
     const unsigned place = index < count_ ? index : count_;
     grown[place] = entry;

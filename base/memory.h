@@ -9,13 +9,21 @@
 
 namespace reedid {
 
-struct FreeDeleter {
-  void operator()(void* memory) const { std::free(memory); }
+inline void Free(void* memory) {
+  std::free(memory);
+}
+
+template <auto kClose>
+struct Closer {
+  template <class T>
+  void operator()(T* owned) const {
+    kClose(owned);
+  }
 };
 
-// Owner of one object or of an array (`MallocPtr<T[]>`) on the malloc heap.
-template <class T>
-using MallocPtr = std::unique_ptr<T, FreeDeleter>;
+// Owner of one object or of an array (`Owned<T[]>`) on the malloc heap, given to `kClose` in the end.
+template <class T, auto kClose = Free>
+using Owned = std::unique_ptr<T, Closer<kClose>>;
 
 template <class T>
 T* AllocateZeroed(size_t count = 1) {

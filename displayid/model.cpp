@@ -112,7 +112,7 @@ DispIdBlock* OpenDispId(const EdidBlock* block, MemoryWatch& memory) {
     return REEDID_ERR_AS(kName, "invalid parameters");
   }
   const Bytes bytes = Bytes(block->bytes, block->size).From(extension ? 1 : 0);
-  MallocPtr<DispIdBlock> model(AllocateZeroed<DispIdBlock>());
+  Owned<DispIdBlock> model(AllocateZeroed<DispIdBlock>());
   if (model == nullptr) {
     memory.Lack();
     return REEDID_ERR_AS(kName, "malloc fail");

@@ -64,7 +64,7 @@ uint8_t ExtensionType(uint8_t tag) {
 
 EdidHandle* ParseEdid(const uint8_t* data, uint32_t length) {
   if (length < kEdidBlockSize || length % kEdidBlockSize != 0) return REEDID_ERR("invalid edid size");
-  MallocPtr<EdidHandle> handle(AllocateZeroed<EdidHandle>());
+  Owned<EdidHandle> handle(AllocateZeroed<EdidHandle>());
   if (handle == nullptr) return REEDID_ERR("malloc fail");
   const uint8_t count = Low8(length / kEdidBlockSize);
   handle->blocks = AllocateZeroed<EdidBlock>(count);
@@ -101,7 +101,7 @@ uint8_t GetSectionCount(Bytes data) {
 
 EdidHandle* ParseDisplayID(const uint8_t* data, uint32_t length) {
   if (length < kSectionOverhead) return REEDID_ERR("invalid displayid size");
-  MallocPtr<EdidHandle> handle(AllocateZeroed<EdidHandle>());
+  Owned<EdidHandle> handle(AllocateZeroed<EdidHandle>());
   if (handle == nullptr) return REEDID_ERR("malloc fail");
   Bytes rest(data, length);
   const uint8_t count = GetSectionCount(rest);

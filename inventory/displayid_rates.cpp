@@ -17,7 +17,7 @@ bool NoMemory(RateList& rates) {
 template <class Record, class AddRecord>
 bool AddForm(const DispIdForm<Record>& form, const DispIdDataBlock& entry, unsigned count, RateList& rates,
              AddRecord add) {
-  const MallocPtr<Record[]> records(AllocateZeroed<Record>(count));
+  const Owned<Record[]> records(AllocateZeroed<Record>(count));
   if (records == nullptr) return NoMemory(rates);
   return form.get(&entry, records.get(), count) != 0 || AddEach(records.get(), count, add);
 }
@@ -36,7 +36,7 @@ bool AddCode(uint8_t codeType, uint8_t code, RateList& rates) {
 }
 
 bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
-  const MallocPtr<uint8_t[]> codes(AllocateZeroed<uint8_t>(count));
+  const Owned<uint8_t[]> codes(AllocateZeroed<uint8_t>(count));
   if (codes == nullptr) return NoMemory(rates);
   TimingCodeRecord record = {0, 0, 0, 0, codes.get()};
   const auto get = entry.tag == DISPID_TAG_TYPE_IV ? DispID_GetTimingCode : DispID20_GetTimingCode;
@@ -45,7 +45,7 @@ bool AddTimingCodes(const DispIdDataBlock& entry, unsigned count, RateList& rate
 }
 
 bool AddBitmap(const DispIdDataBlock& entry, unsigned count, RateList& rates) {
-  const MallocPtr<uint8_t[]> flags(AllocateZeroed<uint8_t>(count));
+  const Owned<uint8_t[]> flags(AllocateZeroed<uint8_t>(count));
   if (flags == nullptr) return NoMemory(rates);
   const bool vesa = entry.tag == DISPID_TAG_VESA_TIMINGS;
   if ((vesa ? DispID_GetVESATiming : DispID_GetCEATiming)(&entry, flags.get(), count) != 0) return true;

@@ -90,7 +90,7 @@ bool CanWrap(const EdidHandle& handle) {
 // A caller whose count wrapped gave room for what is left of it, which only the end of the walk can tell: the timings
 // wait elsewhere for it.
 uint32_t CollectWrapped(const EdidHandle& handle, DtdTiming* list) {
-  const MallocPtr<DtdTiming[]> found(AllocateZeroed<DtdTiming>(kMaxCount));
+  const Owned<DtdTiming[]> found(AllocateZeroed<DtdTiming>(kMaxCount));
   if (found == nullptr) {
     REEDID_ERR_AS("EDID_FindOutAllDTD", "malloc fail");
     return 0;

@@ -52,7 +52,7 @@ class DtdList {
   DtdTiming& operator[](uint32_t at) const { return records_[at]; }
 
  private:
-  MallocPtr<DtdTiming[]> records_;
+  Owned<DtdTiming[]> records_;
   uint32_t count_ = 0;
   uint32_t room_ = 0;
 };

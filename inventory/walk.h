@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
 #include "base/bytes.h"
 #include "base/memory.h"
@@ -46,14 +45,9 @@ struct Family<DispIdBlock> {
   static constexpr bool Owns(uint8_t type) { return type >= EDID_BLOCK_DISPID_FIRST && type <= EDID_BLOCK_DISPID_EXT; }
 };
 
-template <class Model>
-struct ModelCloser {
-  void operator()(Model* model) const { Family<Model>::kClose(model); }
-};
-
 // A model that closes itself; empty when the block did not open.
 template <class Model>
-using Opened = std::unique_ptr<Model, ModelCloser<Model>>;
+using Opened = Owned<Model, Family<Model>::kClose>;
 
 // `memory` learns when the block, or a part of it, did not open for lack of memory.
 template <class Model>

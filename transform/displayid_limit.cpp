@@ -21,7 +21,7 @@ Verdict LimitForm(MemoryWatch& memory, DispIdBlock& model, DispIdDataBlock& entr
   const int32_t timings = DispID_GetTimingCnt(&entry);
   if (timings < 1) return Verdict::kStays;
   auto count = static_cast<unsigned>(timings);
-  const MallocPtr<Record[]> records(AllocateZeroed<Record>(count));
+  const Owned<Record[]> records(AllocateZeroed<Record>(count));
   if (records == nullptr) return Verdict::kNoMemory;
   if (form.get(&entry, records.get(), count) != 0) return Verdict::kStays;
   count = KeepIf(records.get(), count, isKept);
