@@ -13,18 +13,17 @@ namespace reedid::bench {
 namespace {
 
 using test::ByteVector;
-using test::OpenImage;
 
 constexpr size_t kRoom = 256 * 256;
 uint8_t output[kRoom];
 
 void OpenAndClose(const ByteVector& image) {
-  benchmark::DoNotOptimize(OpenImage(image).get());
+  benchmark::DoNotOptimize(Image(image).get());
 }
 
 template <class Visit>
 void WithModels(const ByteVector& image, Visit visit) {
-  if (const auto handle = OpenImage(image)) VisitBlocks(*handle, visit);
+  if (const auto handle = Image(image)) VisitBlocks(*handle, visit);
 }
 
 void OpenModels(const ByteVector& image) {
@@ -37,13 +36,13 @@ void OpenAndDecode(const ByteVector& image) {
 
 void AllFrameRates(const ByteVector& image) {
   uint16_t rates[255];
-  if (const auto handle = OpenImage(image)) benchmark::DoNotOptimize(EDID_GetAllFrameRate(handle.get(), rates, 255));
+  if (const auto handle = Image(image)) benchmark::DoNotOptimize(EDID_GetAllFrameRate(handle.get(), rates, 255));
   benchmark::ClobberMemory();
 }
 
 void LimitToHdmi20(const ByteVector& image) {
-  const auto handle = OpenImage(image);
-  if (handle == nullptr) return;
+  const auto handle = Image(image);
+  if (!handle) return;
   uint16_t rates[255];
   const uint32_t count = EDID_GetAllFrameRate(handle.get(), rates, 255);
   EDID_LimitToHDMI20(handle.get(), rates, count);
@@ -51,8 +50,8 @@ void LimitToHdmi20(const ByteVector& image) {
 }
 
 void HighRefresh(const ByteVector& image) {
-  const auto handle = OpenImage(image);
-  if (handle == nullptr) return;
+  const auto handle = Image(image);
+  if (!handle) return;
   benchmark::DoNotOptimize(EDID_HighRefreshRate(handle.get()));
   benchmark::DoNotOptimize(EDID_GenerateEdid(handle.get(), output, kRoom));
 }

@@ -72,8 +72,8 @@ void RunPicked(Input input) {
 }
 
 void RunAll(const uint8_t* data, size_t size) {
-  const test::Owned<EdidHandle> handle(EDID_Open(data, static_cast<uint32_t>(size)));
-  if (handle == nullptr) return;
+  const Image handle({data, size});
+  if (!handle) return;
   VisitBlocks(*handle, Overloaded{
                            [](const VesaBlock& model) { RunEntries(model.descriptors, std::size(model.descriptors)); },
                            [](const CeaBlock& model) {

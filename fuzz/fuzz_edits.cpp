@@ -10,8 +10,6 @@
 namespace reedid::fuzz {
 namespace {
 
-using test::Owned;
-
 constexpr size_t kBlockSize = 128;
 constexpr size_t kOwnEdits = 48;
 constexpr unsigned kMaxEdits = 64;
@@ -163,7 +161,7 @@ void CheckWritten(EdidHandle& handle) {
   Check(EDID_GenerateEdid(&handle, tight.data(), tight.size()) == -1, "too small a buffer is refused", "edits");
   const ExactBytes out(ByteVector{ByteVector(total)});
   Check(EDID_GenerateEdid(&handle, out.data(), out.size()) == static_cast<int32_t>(total), "all is written", "edits");
-  const Owned<EdidHandle> again(EDID_Open(out.data(), out.size()));
+  const Image again(EDID_Open(out.data(), out.size()));
 }
 
 void Run(const uint8_t* data, size_t size) {
@@ -171,8 +169,8 @@ void Run(const uint8_t* data, size_t size) {
   const size_t length = edid ? size - size % kBlockSize : size - size / 4;
   const size_t edits = length < size ? length : size - std::min(size, kOwnEdits);
   const ExactBytes image(ByteVector(data, data + length));
-  const Owned<EdidHandle> handle(EDID_Open(image.data(), image.size()));
-  if (handle == nullptr) return;
+  const Image handle(EDID_Open(image.data(), image.size()));
+  if (!handle) return;
   Input input(data + edits, size - edits);
   for (unsigned i = 0; i < kMaxEdits && !input.Empty(); ++i) kEdits[input.Byte() % std::size(kEdits)](*handle, input);
   CheckWritten(*handle);

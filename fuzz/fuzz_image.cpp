@@ -10,11 +10,10 @@ namespace {
 
 using test::Generate;
 using test::Operation;
-using test::Owned;
 
-Owned<EdidHandle> Open(const ByteVector& image) {
+Image Open(const ByteVector& image) {
   const ExactBytes exact(image);
-  return Owned<EdidHandle>(EDID_Open(exact.data(), exact.size()));
+  return Image(EDID_Open(exact.data(), exact.size()));
 }
 
 ByteVector BytesOf(const EdidBlock& block) {
@@ -35,8 +34,8 @@ bool AddsUpToZero(const ByteVector& block) {
 
 // An unedited image comes out as it went in, but for the count of extensions.
 void CheckUnedited(const ByteVector& image) {
-  const Owned<EdidHandle> handle = Open(image);
-  if (handle == nullptr || handle->blockCount == 0) return;
+  const Image handle = Open(image);
+  if (!handle || handle->blockCount == 0) return;
   const ByteVector out = Generate(handle.get());
   const size_t countByte = handle->blocks[0].type == EDID_BLOCK_VESA ? 126 : 3;
   Check(!out.empty() && out.size() <= image.size(), "the unedited image is written", "EDID_GenerateEdid");
@@ -62,8 +61,8 @@ void CheckEdited(EdidHandle& handle, const std::vector<ByteVector>& before, cons
 
 void RunOperations(const ByteVector& image) {
   for (const Operation& operation : test::Operations()) {
-    const Owned<EdidHandle> handle = Open(image);
-    if (handle == nullptr) return;
+    const Image handle = Open(image);
+    if (!handle) return;
     const std::vector<ByteVector> before = BlocksOf(*handle);
     operation.run(*handle);
     CheckEdited(*handle, before, operation.name);

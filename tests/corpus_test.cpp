@@ -83,8 +83,8 @@ void ExpectEqualAgain(const EdidBlock& block) {
 // Everything that can be asked of an image, on a buffer of exactly its bytes.
 void AskEverything(const ByteVector& bytes) {
   const ExactBytes exact(bytes);
-  const Owned<EdidHandle> handle(EDID_Open(exact.data(), exact.size()));
-  if (handle == nullptr) return;
+  const Image handle(EDID_Open(exact.data(), exact.size()));
+  if (!handle) return;
   size_t total = 0;
   for (unsigned i = 0; i < handle->blockCount; ++i) {
     const EdidBlock& block = handle->blocks[i];

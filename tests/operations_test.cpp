@@ -39,7 +39,7 @@ struct Outcome {
 };
 
 Outcome OutcomeOf(const Operation& operation, const ByteVector& image) {
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   const int32_t result = operation.run(*handle);
   return {result, Generate(handle.get())};
 }
@@ -48,7 +48,7 @@ Outcome OutcomeOf(const Operation& operation, const ByteVector& image) {
 bool IsAllOrNothing(const Operation& operation, const ByteVector& before, const Outcome& now, const Outcome& done) {
   if (now == done || now == Outcome{-1, before}) return true;
   if (!operation.byBlock || now.result != -1 || now.image.size() != before.size()) return false;
-  const Owned<EdidHandle> blocks = OpenImage(before);
+  const Image blocks(before);
   for (size_t i = 0, at = 0; i < blocks->blockCount; at += blocks->blocks[i++].size) {
     const auto isThat = [&](const ByteVector& image) {
       return image.size() == before.size() &&
@@ -65,8 +65,8 @@ bool FailsAt(const Operation& operation, const ByteVector& image, const Outcome&
   int32_t result = 0;
   const long before = LiveAllocations();
   {
-    Owned<EdidHandle> handle;
-    LogOf([&] { handle = OpenImage(image); });
+    Image handle;
+    LogOf([&] { handle = Image(image); });
     const std::string log = LogOf([&] {
       const FailingMalloc failing(nth);
       result = operation.run(*handle);
@@ -102,8 +102,8 @@ TEST(Operations, LeaveBlocksWhereTheyAre) {
   for (const SampleImage& sample : SampleImages()) {
     for (const Operation& operation : Operations()) {
       SCOPED_TRACE(sample.name + ": " + operation.name);
-      Owned<EdidHandle> handle;
-      Quietly([&] { handle = OpenImage(sample.bytes); });
+      Image handle;
+      Quietly([&] { handle = Image(sample.bytes); });
       const EdidBlock* const array = handle->blocks;
       const std::vector<EdidBlock> before(array, array + handle->blockCount);
       Quietly([&] { operation.run(*handle); });
@@ -116,8 +116,8 @@ TEST(Operations, LeaveBlocksWhereTheyAre) {
 
 TEST(Operations, ModelsTellTheirGaps) {
   for (const SampleImage& sample : SampleImages()) {
-    Owned<EdidHandle> handle;
-    Quietly([&] { handle = OpenImage(sample.bytes); });
+    Image handle;
+    Quietly([&] { handle = Image(sample.bytes); });
     VisitBlocks(*handle, [&]<class Model>(const Model& whole) {
       EXPECT_TRUE(IsComplete(whole));
       const EdidBlock* const block = std::find_if(handle->blocks, handle->blocks + handle->blockCount,
@@ -145,21 +145,21 @@ TEST(Operations, OpenWhatMemoryAllows) {
   for (const ByteVector& image : {edid, sections}) {
     for (unsigned nth = 1; nth <= 6; ++nth) {  // handle, array, three blocks
       SCOPED_TRACE(nth);
-      Owned<EdidHandle> handle;
+      Image handle;
       EXPECT_EQ(LogOf([&] {
                   const FailingMalloc failing(nth);
-                  handle = OpenImage(image);
+                  handle = Image(image);
                 }),
                 nth > 5 ? "" : Err(image == edid ? "ParseEdid" : "ParseDisplayID", "malloc fail"));
-      ASSERT_EQ(handle != nullptr, nth > 2);
-      EXPECT_TRUE(handle == nullptr || handle->blockCount == std::min(nth - 3, 3u)) << "the blocks copied so far";
+      ASSERT_EQ(static_cast<bool>(handle), nth > 2);
+      EXPECT_TRUE(!handle || handle->blockCount == std::min(nth - 3, 3u)) << "the blocks copied so far";
     }
   }
 }
 
 TEST(Operations, RefuseWhatIsNotThere) {
   EdidHandle empty = {};
-  const Owned<EdidHandle> handle = OpenImage(Edid().Build()), bare = OpenImage(Edid().Build());
+  const Image handle(Edid().Build()), bare(Edid().Build());
   EDID_DeleteBlock(bare.get(), bare->blocks);
   uint16_t rate = 60;
   DtdTiming timing;

@@ -59,10 +59,10 @@ TEST(EditsByBytes, LeaveNothingWorse) {
     for (const auto& edit : kEdits) {
       SCOPED_TRACE(name + ", " + edit.name);
       Quietly([&, &image = bytes] {
-        const Owned<EdidHandle> handle = OpenImage(image);
+        const Image handle(image);
         const ByteVector before = Generate(handle.get());
         const int32_t result = edit.run(handle.get());
-        const ByteVector after = GenerateImage(handle.get());
+        const ByteVector after = handle.Bytes();
         EXPECT_TRUE(result == 0 || Generate(handle.get()) == before);
         if (Generate(handle.get()) == before) return;
         std::map<std::string, int> then = Worst(before);

@@ -95,16 +95,16 @@ TEST(Image, SplitsDataIntoBlocks) {
   for (const auto& c : cases) {
     SCOPED_TRACE(HexOf(c.data).substr(0, 400));
     const ExactBytes exact(c.data);
-    Owned<EdidHandle> handle;
-    EXPECT_EQ(LogOf([&] { handle.reset(EDID_Open(exact.data(), exact.size())); }), c.log);
-    ASSERT_EQ(handle != nullptr, c.blocks != nullptr);
-    EXPECT_EQ(handle == nullptr ? "" : Blocks(*handle), c.blocks == nullptr ? "" : c.blocks);
+    Image handle;
+    EXPECT_EQ(LogOf([&] { handle = Image(EDID_Open(exact.data(), exact.size())); }), c.log);
+    ASSERT_EQ(static_cast<bool>(handle), c.blocks != nullptr);
+    EXPECT_EQ(!handle ? "" : Blocks(*handle), c.blocks == nullptr ? "" : c.blocks);
   }
 }
 
 // An edit keeps the count and the checksum of block 0, and only these, true.
 TEST(Image, AddsAndDeletes) {
-  const Owned<EdidHandle> handle = OpenImage(Edid().Extension(Cta()).Build());
+  const Image handle(Edid().Extension(Cta()).Build());
   EdidHandle* image = handle.get();
   const ByteVector marked(128, 0x5A);  // an extension with a wrong checksum
   const Block added(77, marked, 200);
@@ -163,7 +163,7 @@ TEST(Image, AddsTheFirstBlockOfAnEmptyHandle) {
 }
 
 TEST(Image, GeneratesWithTheChecksumThatItHad) {
-  const Owned<EdidHandle> handle = OpenImage(Edid().Extension(Cta()).Build());
+  const Image handle(Edid().Extension(Cta()).Build());
   const uint8_t stored = handle->blocks[0].bytes[127];
   handle->blocks[0].bytes[126] = 7;
   ByteVector out(256, 0xEE);
@@ -177,7 +177,7 @@ TEST(Image, GeneratesWithTheChecksumThatItHad) {
 }
 
 TEST(Image, RefusesBadArguments) {
-  const Owned<EdidHandle> owned = OpenImage(Concat({Edid().Build(), Repeat(Cta().Build(), 254)}));
+  const Image owned(Concat({Edid().Build(), Repeat(Cta().Build(), 254)}));
   EdidHandle *handle = owned.get(), empty = {0, nullptr}, *const none = nullptr;
   Block block(1, Edid().Build());
   EdidBlock noBytes = {1, 128, 128, nullptr}, noSize = {1, 128, 0, block.bytes};

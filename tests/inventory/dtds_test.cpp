@@ -10,7 +10,7 @@ namespace {
 using TimingVector = std::vector<DtdTiming>;
 
 TimingVector DtdsOf(const ByteVector& image) {
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   TimingVector list(EDID_GetDTDCnt(handle.get()));
   const uint32_t found = EDID_FindOutAllDTD(handle.get(), list.data(), static_cast<uint32_t>(list.size()));
   EXPECT_LE(found, list.size());

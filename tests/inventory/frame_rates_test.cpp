@@ -11,7 +11,7 @@ using RateVector = std::vector<uint16_t>;
 
 RateVector RatesOf(const ByteVector& image, uint32_t maxCount = 50) {
   RateVector rates(maxCount);
-  rates.resize(EDID_GetAllFrameRate(OpenImage(image).get(), rates.data(), maxCount));
+  rates.resize(EDID_GetAllFrameRate(Image(image).get(), rates.data(), maxCount));
   return rates;
 }
 

@@ -8,7 +8,6 @@
 #include <set>
 
 #include "base/bytes.h"
-#include "reedid/reedid.hpp"
 #include "tests/support/corpus.h"
 #include "tests/support/edid_builder.h"
 #include "tests/support/handle.h"
@@ -18,14 +17,14 @@ namespace reedid::test {
 namespace {
 
 std::vector<OfferedTiming> TimingsOf(const ByteVector& image) {
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   std::vector<OfferedTiming> list(EDID_GetTimings(handle.get(), nullptr, 0));
   EXPECT_EQ(EDID_GetTimings(handle.get(), list.data(), static_cast<uint32_t>(list.size())), list.size());
   return list;
 }
 
 std::vector<uint32_t> RatesOf(const ByteVector& image) {
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   std::vector<uint32_t> rates(EDID_GetRates(handle.get(), nullptr, 0));
   EXPECT_EQ(EDID_GetRates(handle.get(), rates.data(), static_cast<uint32_t>(rates.size())), rates.size());
   return rates;
@@ -227,7 +226,7 @@ TEST(Offers, OfOneCode) {
   const StdTiming std = {1, 60, 1152, ASPECT_4_3}, unused = {0, 60, 1152, ASPECT_4_3},
                   narrow = {1, 60, 248, ASPECT_4_3};
   const ByteVector image = Edid().Descriptor(0xFD, Hex("00 32 4B 1E 50 11 04 12 00 F0 F8 18 00 3C")).Build();
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   const BaseBlock model(handle->blocks[0]);
   using Ask = std::function<int32_t(OfferedTiming*)>;
   const std::tuple<const char*, Ask, const char*> cases[] = {
@@ -256,7 +255,7 @@ TEST(Offers, OfOneCode) {
 TEST(Rates, FallEachOnceAndStayApart) {
   const ByteVector image = Edid().Set(35, {0x20}).Dtd(k1080p60).Extension(Cta().Vdb({16, 31, 63, 4, 3})).Build();
   EXPECT_EQ(RatesOf(image), (std::vector<uint32_t>{120000, 60000, 59940, 50000}));
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   uint32_t rates[3] = {1, 1, 1};
   EXPECT_EQ(EDID_GetRates(handle.get(), rates, 2), 4u);
   EXPECT_EQ(rates[1], 60000u);

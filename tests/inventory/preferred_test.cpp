@@ -57,7 +57,7 @@ TEST(Preferred, Timing) {
   for (const auto& c : cases) {
     DtdTiming out = {};
     out.hImageSize = 500;
-    EDID_GetPreferredTiming(OpenImage(c.image.Build()).get(), &out);
+    EDID_GetPreferredTiming(Image(c.image.Build()).get(), &out);
     EXPECT_EQ(out.hactive, c.hactive) << c.name;
     EXPECT_EQ(out.pixelClock, c.pixelClock) << c.name;
     EXPECT_EQ(out.hImageSize, c.hImageSize) << c.name;

@@ -62,9 +62,9 @@ TEST(PatchImage, CountsAndMapsGoAlong) {
        Edid().Extension(Map({2, 0x70})).Extension(cta).Extension(kSection).Build()},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before);
+    const Image handle(row.before);
     row.edit(*handle);
-    EXPECT_EQ(HexOf(GenerateImage(handle.get())), HexOf(row.after)) << row.name;
+    EXPECT_EQ(HexOf(handle.Bytes()), HexOf(row.after)) << row.name;
   }
 }
 
@@ -89,11 +89,11 @@ TEST(GenerateImage, IsRightAsAWhole) {
       {"standalone sections", broken(broken(sections, 3), sections.size() - 1), sections},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before);
-    EXPECT_EQ(HexOf(GenerateImage(handle.get())), HexOf(row.after)) << row.name;
-    EXPECT_EQ(HexOf(GenerateImage(OpenImage(row.after).get())), HexOf(row.after)) << row.name;
+    const Image handle(row.before);
+    EXPECT_EQ(HexOf(handle.Bytes()), HexOf(row.after)) << row.name;
+    EXPECT_EQ(HexOf(Image(row.after).Bytes()), HexOf(row.after)) << row.name;
   }
-  const Owned<EdidHandle> handle = OpenImage(sound);
+  const Image handle(sound);
   ByteVector out(sound.size(), 0xEE);
   EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_GenerateImage(handle.get(), out.data(), 383), -1); }),
             Err("EDID_GenerateImage", "not enough space"));
@@ -112,11 +112,11 @@ TEST(PatchPhyAddr, ChangesTheAddressAlone) {
                                                {0x0000, 0}, {0xFFFF, 0}, {0x1020, 0}, {0x0100, 0}};
   for (const auto& [address, isPort] : rows) {
     EXPECT_EQ(EDID_IsPortAddress(address), isPort) << address;
-    const Owned<EdidHandle> handle = OpenImage(image(0x3000, 0x0000));
+    const Image handle(image(0x3000, 0x0000));
     EXPECT_EQ(EDID_PatchPhyAddr(handle.get(), address), 0);
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(image(address, address)));
   }
-  const Owned<EdidHandle> dvi = OpenImage(Edid().Extension(Cta().Block(3, {0x03, 0x0C, 0x00, 0x10})).Build());
+  const Image dvi(Edid().Extension(Cta().Block(3, {0x03, 0x0C, 0x00, 0x10})).Build());
   EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_PatchPhyAddr(dvi.get(), 0x1000), -1); }),
             Err("EDID_PatchPhyAddr", "no HDMI block with an address"));
 }
@@ -126,11 +126,11 @@ TEST(Corpus, ChangesByAddressInFourBytes) {
   for (const auto& [name, bytes] : Corpus()) {
     SCOPED_TRACE(name);
     Quietly([&, &before = bytes] {
-      const Owned<EdidHandle> handle = OpenImage(before);
-      if (handle == nullptr || EDID_GetPhyAddr(handle.get()) == 0xFFFF) return;
+      const Image handle(before);
+      if (!handle || EDID_GetPhyAddr(handle.get()) == 0xFFFF) return;
       EXPECT_EQ(EDID_PatchPhyAddr(handle.get(), 0x4321), 0);
       EXPECT_EQ(EDID_GetPhyAddr(handle.get()), 0x4321);
-      const Owned<EdidHandle> original = OpenImage(before);
+      const Image original(before);
       const ByteVector from = Generate(original.get()), to = Generate(handle.get());
       ASSERT_EQ(from.size(), to.size());
       std::vector<int> changed(from.size() / 128 + 1);  // by block

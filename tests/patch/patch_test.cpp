@@ -78,7 +78,7 @@ TEST(PatchCta, MovesWhatStandsBehind) {
        Edid().Extension(Cta(video).Block(3, kVendor).DtdOffset(10)), false},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+    const Image handle(row.before.Build());
     EXPECT_EQ(EditVendor(*handle, row.act), row.done) << row.name;
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
   }
@@ -87,7 +87,7 @@ TEST(PatchCta, MovesWhatStandsBehind) {
 TEST(PatchCta, EditsTimingSlots) {
   const Cta empty = Cta().Vdb({16});
   const ByteVector slot = DescriptorOf(k2160p60);
-  const Owned<EdidHandle> handle = OpenImage(Edid().Extension(Cta(empty).Dtd(k1080p60).Dtd(k720p60)).Build());
+  const Image handle(Edid().Extension(Cta(empty).Dtd(k1080p60).Dtd(k720p60)).Build());
   EdidBlock& block = handle->blocks[1];
   EraseCtaSlot(block, 2);  // none
   EraseCtaSlot(block, 0);
@@ -126,7 +126,7 @@ TEST(PatchSection, KeepsLengthAndChecksums) {
   for (const auto& row : rows) {
     const bool extension = row.before[0] == 0x70;
     const Edid edid;
-    const Owned<EdidHandle> handle = OpenImage(extension ? Edid(edid).Extension(row.before).Build() : row.before);
+    const Image handle(extension ? Edid(edid).Extension(row.before).Build() : row.before);
     EXPECT_EQ(EditVendor(*handle, row.act), row.done) << row.name;
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(extension ? Edid(edid).Extension(row.after).Build() : row.after))
         << row.name;
@@ -137,7 +137,7 @@ TEST(PatchSection, KeepsLengthAndChecksums) {
     block->resize(128);
     FixChecksum(*block);
   }
-  const Owned<EdidHandle> handle = OpenImage(Edid().Extension(tight).Build());
+  const Image handle(Edid().Extension(tight).Build());
   EXPECT_TRUE(EditVendor(*handle, Act::kReplace));
   EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(Edid().Extension(grown).Build()));
 }
@@ -157,7 +157,7 @@ TEST(PatchBase, FreedSlotsBecomeDummies) {
        Edid().Dtd(k1080p60).Name("a").Slot(dummy).Dtd(k720p60)},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+    const Image handle(row.before.Build());
     EraseBaseSlot(handle->blocks[0], row.erased);
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
     EXPECT_NE(FreeBaseSlot(handle->blocks[0]), kBaseSlots) << row.name;

@@ -1,33 +1,18 @@
-// Owners for what the C interface hands out, and short ways to open bytes in tests.
+// An image's bytes as EDID_GenerateEdid writes them, and blocks that belong to no image.
 #pragma once
 
-#include <memory>
-
-#include "reedid/reedid.h"
+// The inner names first: reedid.hpp has a BytesOf of its own, which would be a second candidate in them.
+#include "cea/codec.h"
+#include "displayid/codec.h"
+#include "patch/block.h"
+#include "reedid/reedid.hpp"
 #include "tests/support/bytes.h"
 
 namespace reedid::test {
 
-struct Closer {
-  void operator()(EdidHandle* p) const { EDID_Close(p); }
-};
-template <class T>
-using Owned = std::unique_ptr<T, Closer>;
-
-inline Owned<EdidHandle> OpenImage(const ByteVector& bytes) {
-  return Owned<EdidHandle>(EDID_Open(bytes.data(), static_cast<uint32_t>(bytes.size())));
-}
-
 inline ByteVector Generate(EdidHandle* handle) {
   ByteVector out(65536);
   const int32_t size = EDID_GenerateEdid(handle, out.data(), static_cast<uint32_t>(out.size()));
-  out.resize(size < 0 ? 0 : static_cast<size_t>(size));
-  return out;
-}
-
-inline ByteVector GenerateImage(const EdidHandle* handle) {
-  ByteVector out(65536);
-  const int32_t size = EDID_GenerateImage(handle, out.data(), static_cast<uint32_t>(out.size()));
   out.resize(size < 0 ? 0 : static_cast<size_t>(size));
   return out;
 }

@@ -80,7 +80,7 @@ void GetOffers(EdidHandle& handle) {
 }
 
 constexpr Operation kOperations[] = {
-    {"EDID_Open", Void<[](EdidHandle& handle) { OpenImage(Generate(&handle)); }>},
+    {"EDID_Open", Void<[](EdidHandle& handle) { Image(Generate(&handle)); }>},
     {"EDID_AddBlock", [](EdidHandle& handle) { return EDID_AddBlock(&handle, Last(handle), 1); }},
     {"EDID_DeleteBlock", [](EdidHandle& handle) { return EDID_DeleteBlock(&handle, Last(handle)); }},
     {"open and generate each block", Void<Regenerate>, true},
@@ -110,7 +110,8 @@ constexpr Operation kOperations[] = {
     {"DeleteEODB", Void<DeleteEODB>},
     {"EDID_LimitToPCM2CH", Void<EDID_LimitToPCM2CH>},
     {"EDID_LimitToFrl40G", Void<EDID_LimitToFrl40G>},
-    {"EDID_GenerateImage", Void<[](EdidHandle& handle) { GenerateImage(&handle); }>},
+    {"EDID_GenerateImage",
+     [](EdidHandle& handle) { return EDID_GenerateImage(&handle, ByteVector(65536).data(), 65536); }},
     {"EDID_LimitToStereo", [](EdidHandle& handle) { return EDID_LimitToStereo(&handle); }},
     {"EDID_PatchPhyAddr", [](EdidHandle& handle) { return EDID_PatchPhyAddr(&handle, 0x2100); }},
     {"EDID_LimitToLink, HDMI 2.0", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_HDMI20); }},

@@ -34,7 +34,7 @@ TEST(Audio, FormatsAreSummedUp) {
   };
   for (const auto& [edid, formats] : rows) {
     AudioFmtCap cap = {9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9};
-    ASSERT_EQ(EDID_GetAudioFmtCap(OpenImage(edid.Build()).get(), &cap), 0);
+    ASSERT_EQ(EDID_GetAudioFmtCap(Image(edid.Build()).get(), &cap), 0);
     EXPECT_EQ(ToText(cap), formats);
   }
 }
@@ -67,7 +67,7 @@ TEST(Capability, IsLimited) {
        Edid().Extension(Cta().Vdb({16}).Extended(1, {0x8B, 0x84, 0x90, 0x01}).Extended(5, {0xC0, 0}))},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+    const Image handle(row.before.Build());
     row.limit(handle.get());
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
   }

@@ -32,9 +32,9 @@ TEST(IsValidEdid, NeedsEveryBlock) {
       {"section that does not open", {0x02, 0, 0, 0, 0xFE}, 0},
   };
   for (const auto& c : cases) {
-    Quietly([&] { EXPECT_EQ(isValidEdid(OpenImage(c.bytes).get()), c.valid) << c.name; });
+    Quietly([&] { EXPECT_EQ(isValidEdid(Image(c.bytes).get()), c.valid) << c.name; });
   }
-  const Owned<EdidHandle> empty = OpenImage(Edid().Build());
+  const Image empty(Edid().Build());
   EDID_DeleteBlock(empty.get(), empty->blocks);
   EXPECT_EQ(isValidEdid(empty.get()), 1);
   EXPECT_EQ(isDVIEdid(empty.get()), 1);
@@ -66,7 +66,7 @@ TEST(PhysAddr, IsThatOfTheFirstHdmiVsdbFound) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const Owned<EdidHandle> handle = OpenImage(c.edid.Build());
+    const Image handle(c.edid.Build());
     const bool found = c.address != 0xFFFF;
     Quietly([&] {
       EXPECT_EQ(EDID_GetPhyAddr(handle.get()), c.address);
@@ -93,7 +93,7 @@ TEST(PhysAddr, IsSetByWritingTheVsdbAnew) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    const Owned<EdidHandle> handle = OpenImage(Edid().Extension(row.before).Build());
+    const Image handle(Edid().Extension(row.before).Build());
     Quietly([&] { EXPECT_EQ(EDID_SetPhyAddr(handle.get(), 0x2100), row.result); });
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(Edid().Extension(row.after).Build()));
   }
@@ -135,7 +135,7 @@ TEST(DviToHdmi, MakesTheExtensionAnHdmiOne) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+    const Image handle(row.before.Build());
     EXPECT_EQ(EDID_DVItoHDMI(handle.get(), 0x1200), 0);
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build()));
   }
@@ -160,7 +160,7 @@ TEST(DviToHdmi, LeavesOutWhatDoesNotFit) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const Owned<EdidHandle> handle = OpenImage(Edid().Extension(c.cta).Build());
+    const Image handle(Edid().Extension(c.cta).Build());
     EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_DVItoHDMI(handle.get(), 0x1200), c.result); }), c.log);
     EXPECT_EQ(handle->blockCount, c.blocks);
     EXPECT_EQ(isValidEdid(handle.get()), 1);

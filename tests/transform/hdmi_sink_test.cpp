@@ -55,15 +55,15 @@ TEST(MakeHdmi, AddsWhatIsMissing) {
       {"HDMI already", Input(0xA2).Extension(Cta().Hdmi(0x3000)), Input(0xA2).Extension(Cta().Hdmi(0x3000))},
   };
   for (const auto& row : rows) {
-    const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+    const Image handle(row.before.Build());
     EXPECT_EQ(EDID_MakeHdmi(handle.get(), 0x1200), 0) << row.name;
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
   }
 }
 
 TEST(MakeHdmi, RefusesWhatCannotBeOne) {
-  const Owned<EdidHandle> digital = OpenImage(Input(0x80).Build()), analog = OpenImage(Input(0x0E).Build());
-  const Owned<EdidHandle> section = OpenImage(Section().Build());
+  const Image digital(Input(0x80).Build()), analog(Input(0x0E).Build());
+  const Image section(Section().Build());
   const struct {
     EdidHandle* handle;
     uint16_t address;

@@ -16,7 +16,7 @@ struct Outcome {
 
 Outcome HighRefresh(const ByteVector& image) {
   Outcome outcome = {};
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   outcome.log = LogOf([&] { EXPECT_EQ(EDID_HighRefreshRate(handle.get()), 0); });
   outcome.image = Generate(handle.get());
   EXPECT_EQ(isValidEdid(handle.get()), 1);

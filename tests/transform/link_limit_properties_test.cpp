@@ -87,8 +87,8 @@ struct Applied {
 };
 
 void CheckPromises(const Link& link, const ByteVector& bytes, Applied& applied) {
-  const Owned<EdidHandle> before = OpenImage(bytes), once = OpenImage(bytes), twice = OpenImage(bytes);
-  if (before == nullptr) return;
+  const Image before(bytes), once(bytes), twice(bytes);
+  if (!before) return;
   ++applied.limit;
   Apply(link, once.get(), 1);
   Apply(link, twice.get(), 2);
@@ -149,10 +149,10 @@ TEST(LinkLimitProperties, OfModelsAreThoseOfTheImage) {
   };
   for (const auto& [name, bytes] : Corpus()) {
     for (unsigned i = 0; i < 2; ++i) {
-      Owned<EdidHandle> whole, parts;
+      Image whole, parts;
       Quietly([&, &image = bytes] {
-        whole = OpenImage(image);
-        parts = OpenImage(image);
+        whole = Image(image);
+        parts = Image(image);
         Apply(kLinks[i], whole.get(), 1);
         Apply(models[i], parts.get(), 1);
       });

@@ -14,7 +14,7 @@ constexpr Limit k14 = EDID_LimitToHDMI14;
 
 // The image after a limit, as bytes.
 ByteVector Limited(const ByteVector& image, Limit limit, const RateVector& rates) {
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   limit(handle.get(), rates.data(), static_cast<uint32_t>(rates.size()));
   return Generate(handle.get());
 }

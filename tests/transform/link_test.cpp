@@ -56,7 +56,7 @@ std::vector<OfferedTiming> TimingsOf(const EdidHandle* handle) {
 }
 
 void ExpectLimited(const Row& row) {
-  const Owned<EdidHandle> handle = OpenImage(row.before.Build());
+  const Image handle(row.before.Build());
   EXPECT_EQ(EDID_LimitToLink(handle.get(), &row.link), 0) << row.name;
   EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
   EXPECT_EQ(EDID_LimitToLink(handle.get(), &row.link), 0) << row.name;
@@ -250,7 +250,7 @@ TEST(StripHdr, TakesNothingElse) {
            Section(0x20).Block(0x81, 0, Hex("E3 05 80 00")).Block(0x26, 0, features(0x21, {0x44, 0, 0x55, 0})))},
   };
   for (const auto& [before, after] : rows) {
-    const Owned<EdidHandle> handle = OpenImage(before.Build());
+    const Image handle(before.Build());
     EXPECT_EQ(EDID_StripHdr(handle.get()), 0);
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(after.Build()));
   }
@@ -263,11 +263,11 @@ TEST(LimitToLink, HoldsForEveryDisplay) {
     for (const EdidLink* link : {&EDID_LINK_HDMI20, &EDID_LINK_HDMI14, &EDID_LINK_300MHZ_420, &EDID_LINK_DVI}) {
       SCOPED_TRACE(link->maxTmdsClock);
       Quietly([&, &image = bytes] {
-        const Owned<EdidHandle> handle = OpenImage(image);
+        const Image handle(image);
         const bool hadPreferred = HasTimingFirst(image);
-        const size_t size = GenerateImage(handle.get()).size();
+        const size_t size = handle.Bytes().size();
         ASSERT_EQ(EDID_LimitToLink(handle.get(), link), 0);
-        const ByteVector once = GenerateImage(handle.get());
+        const ByteVector once = handle.Bytes();
         EXPECT_EQ(once.size(), size);
         EXPECT_TRUE(!hadPreferred || HasTimingFirst(once));
         for (const OfferedTiming& offer : TimingsOf(handle.get())) {
@@ -276,7 +276,7 @@ TEST(LimitToLink, HoldsForEveryDisplay) {
           }
         }
         ASSERT_EQ(EDID_LimitToLink(handle.get(), link), 0);
-        EXPECT_EQ(HexOf(GenerateImage(handle.get())), HexOf(once));
+        EXPECT_EQ(HexOf(handle.Bytes()), HexOf(once));
       });
     }
   }
@@ -284,7 +284,7 @@ TEST(LimitToLink, HoldsForEveryDisplay) {
 
 TEST(LimitToLink, RefusesWhatItCannotDo) {
   const ByteVector image = Edid().Dtd(k1080p60).Build();
-  const Owned<EdidHandle> handle = OpenImage(image);
+  const Image handle(image);
   EdidLink frl = EDID_LINK_HDMI20, rates = EDID_LINK_HDMI20, tiny = EDID_LINK_HDMI20;
   frl.maxFrlRate = 7;
   rates.rateCount = 1;

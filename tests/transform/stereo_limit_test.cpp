@@ -31,7 +31,7 @@ TEST(LimitToStereo, LeavesTwoChannelsOfPcm) {
       FixChecksum(cta);
       return Edid().Extension(cta).Build();
     };
-    const Owned<EdidHandle> handle = OpenImage(image(row.before));
+    const Image handle(image(row.before));
     EXPECT_EQ(EDID_LimitToStereo(handle.get()), 0);
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(image(row.after))) << row.name;
   }
