@@ -14,7 +14,7 @@ namespace {
 // The first extension that is no block map.
 unsigned FirstExtensionTag(const ImageView& view) {
   const unsigned first = view.Block(1)[0];
-  return first == 0xF0 && view.blockCount > 2 ? view.Block(2)[0] : first;
+  return first == EDID_EXTENSION_BLOCK_MAP && view.blockCount > 2 ? view.Block(2)[0] : first;
 }
 
 void CtaHeader(const ImageView& view, Report& report) {
@@ -35,7 +35,7 @@ void CtaHeader(const ImageView& view, Report& report) {
       report.Add(place, fmt::format("flags {:02x}, {:02x} in the first CTA extension", cta.flags, view.CtaFlags()));
     }
   }
-  if (view.hdmi && FirstExtensionTag(view) != 0x02)
+  if (view.hdmi && FirstExtensionTag(view) != EDID_EXTENSION_CTA)
     report.Add(view.PlaceAt(kBlockSize), "the first extension is no CTA extension");
 }
 
@@ -62,7 +62,7 @@ unsigned ShortestPayload(const DataBlock& block) {
     case kY420Video:
       return 2;
     default:
-      return block.IsVendor(kHdmiOui) ? 5 : block.bytes[0] >> 5 == 7 ? 1 : 0;
+      return block.IsVendor(REEDID_OUI_HDMI) ? 5 : block.bytes[0] >> 5 == CEA_TAG_EXTENDED ? 1 : 0;
   }
 }
 
@@ -93,10 +93,14 @@ void DataBlockUnknown(const ImageView& view, Report& report) {
 }
 
 void DataBlockDuplicate(const ImageView& view, Report& report) {
-  constexpr unsigned kOnce[] = {0x00, 0x05, 0x06, 0x08, 0x0D, 0x0F, 0x12, 0x13, 0x78, 0x79, 0x7A};
+  constexpr unsigned kOnce[] = {
+      CEA_EXT_TAG_VIDEO_CAPABILITY,  CEA_EXT_TAG_COLORIMETRY,        CEA_EXT_TAG_STATIC_HDR,
+      CEA_EXT_TAG_NATIVE_RESOLUTION, CEA_EXT_TAG_FORMAT_PREFERENCE,  CEA_EXT_TAG_420_MAP,
+      CEA_EXT_TAG_HDMI_AUDIO,        CEA_EXT_TAG_ROOM_CONFIGURATION, CEA_EXT_TAG_EXTENSION_OVERRIDE,
+      CEA_EXT_TAG_SINK_CAPABILITY,   CEA_EXT_TAG_TONE_MAPPING};
   std::set<unsigned> seen;
   for (const DataBlock& block : view.dataBlocks) {
-    const bool isVendor = block.IsVendor(kHdmiOui) || block.IsVendor(kHdmiForumOui);
+    const bool isVendor = block.IsVendor(REEDID_OUI_HDMI) || block.IsVendor(REEDID_OUI_HDMI_FORUM);
     const bool isOnce =
         block.kind == kSpeaker || isVendor ||
         (block.kind >= kExtended && std::ranges::find(kOnce, block.kind - kExtended) != std::end(kOnce));

@@ -43,7 +43,7 @@ void ImageView::ReadCta(unsigned block) {
     data.index = static_cast<unsigned>(index);
     data.bytes = cta.bytes.From(at, size);
     data.kind = data.bytes[0] >> 5;
-    if (data.kind == 7 && size > 1) data.kind = kExtended + data.bytes[1];
+    if (data.kind == CEA_TAG_EXTENDED && size > 1) data.kind = kExtended + data.bytes[1];
     data.place = PlaceAt(data.at);
     data.place.dataBlock = data.index;
     dataBlocks.push_back(data);
@@ -68,9 +68,9 @@ void ImageView::ReadCodes() {
       videoCapability = &block;
     } else if (block.kind == kExtensionOverride && extensionOverride == nullptr) {
       extensionOverride = &block;
-    } else if (block.IsVendor(kHdmiOui) && !hdmi) {
+    } else if (block.IsVendor(REEDID_OUI_HDMI) && !hdmi) {
       ReadHdmi(block);
-    } else if ((block.IsVendor(kHdmiForumOui) || block.kind == kSinkCapability) && !sink) {
+    } else if ((block.IsVendor(REEDID_OUI_HDMI_FORUM) || block.kind == kSinkCapability) && !sink) {
       sink = SinkCapability{&block};
     }
   }

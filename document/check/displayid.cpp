@@ -64,7 +64,8 @@ void ExtensionCount(const ImageView& view, Report& report) {
 void TagVersion(const ImageView& view, Report& report) {
   for (const Section& section : view.sections) {
     for (const SectionBlock& block : section.dataBlocks) {
-      const bool isOld = block.tag <= 0x1F || block.tag == 0x7F, isNew = block.tag >= 0x20 && block.tag <= 0x7E;
+      const bool isOld = block.tag <= 0x1F || block.tag == DISPID_TAG_VENDOR,
+                 isNew = block.tag >= 0x20 && block.tag <= 0x7E;
       if (!(IsVersion2(section) ? isOld : isNew)) continue;
       report.Add(PlaceOf(view, block),
                  fmt::format("tag {:02x} in a section of version {:02x}", block.tag, section.version()));
@@ -93,16 +94,24 @@ struct LengthRule {
 };
 
 constexpr LengthRule kLengths[] = {
-    {0x01, 12, LengthRule::kExact},    {0x09, 15, LengthRule::kExact},    {0x12, 22, LengthRule::kExact},
-    {0x28, 22, LengthRule::kExact},    {0x21, 29, LengthRule::kExact},    {0x25, 9, LengthRule::kExact},
-    {0x26, 9, LengthRule::kAtLeast},   {0x03, 20, LengthRule::kMultiple}, {0x04, 11, LengthRule::kMultiple},
-    {0x05, 3, LengthRule::kMultiple},  {0x11, 7, LengthRule::kMultiple},  {0x24, 6, LengthRule::kMultiple},
-    {0x22, 20, LengthRule::kMultiple},
+    {DISPID_TAG_DISPLAY_PARAMS, 12, LengthRule::kExact},
+    {DISPID_TAG_RANGE_LIMITS, 15, LengthRule::kExact},
+    {DISPID_TAG_TILED, 22, LengthRule::kExact},
+    {DISPID20_TAG_TILED, 22, LengthRule::kExact},
+    {DISPID20_TAG_DISPLAY_PARAMS, 29, LengthRule::kExact},
+    {DISPID20_TAG_RANGE_LIMITS, 9, LengthRule::kExact},
+    {DISPID20_TAG_INTERFACE_FEATURES, 9, LengthRule::kAtLeast},
+    {DISPID_TAG_TYPE_I, 20, LengthRule::kMultiple},
+    {DISPID_TAG_TYPE_II, 11, LengthRule::kMultiple},
+    {DISPID_TAG_TYPE_III, 3, LengthRule::kMultiple},
+    {DISPID_TAG_TYPE_V, 7, LengthRule::kMultiple},
+    {DISPID20_TAG_TYPE_IX, 6, LengthRule::kMultiple},
+    {DISPID20_TAG_TYPE_VII, 20, LengthRule::kMultiple},
 };
 
 // Type VII descriptors may be longer, by byte 1.
 unsigned DescriptorSize(const SectionBlock& block, unsigned size) {
-  return block.tag == 0x22 ? size + (block.bytes[1] >> 4 & 7) : size;
+  return block.tag == DISPID20_TAG_TYPE_VII ? size + (block.bytes[1] >> 4 & 7) : size;
 }
 
 bool LengthIsWrong(const SectionBlock& block) {
@@ -114,7 +123,7 @@ bool LengthIsWrong(const SectionBlock& block) {
 }
 
 bool AspectIsUnknown(const SectionBlock& block) {
-  if (block.tag != 0x03 && block.tag != 0x22) return false;
+  if (block.tag != DISPID_TAG_TYPE_I && block.tag != DISPID20_TAG_TYPE_VII) return false;
   const unsigned size = DescriptorSize(block, 20);
   for (size_t at = 3; at + size <= block.bytes.size(); at += size) {
     if ((block.bytes[at + 3] & 0x0F) > 8) return true;
@@ -126,13 +135,16 @@ bool AspectIsUnknown(const SectionBlock& block) {
 const char* BlockFault(const SectionBlock& block) {
   const Bytes& b = block.bytes;
   if (LengthIsWrong(block)) return "its length";
-  if ((block.tag == 0x12 || block.tag == 0x28) && b.From(b.size() - 4).AllZero())
+  if ((block.tag == DISPID_TAG_TILED || block.tag == DISPID20_TAG_TILED) && b.From(b.size() - 4).AllZero())
     return "a tiled display without a number";
-  if (block.tag == 0x25 && (b.Little(3, 3) > b.Little(6, 3) || b[9] > (b[10] | (b[11] & 3) << 8))) {
+  if (block.tag == DISPID20_TAG_RANGE_LIMITS &&
+      (b.Little(3, 3) > b.Little(6, 3) || b[9] > (b[10] | (b[11] & 3) << 8))) {
     return "a minimum above its maximum";
   }
   if (AspectIsUnknown(block)) return "an unknown aspect ratio";
-  return (block.tag == 0x00 || block.tag == 0x20) && block.index != 0 ? "product identification is not first" : nullptr;
+  return (block.tag == DISPID_TAG_PRODUCT_ID || block.tag == DISPID20_TAG_PRODUCT_ID) && block.index != 0
+             ? "product identification is not first"
+             : nullptr;
 }
 
 void BlockFields(const ImageView& view, Report& report) {
@@ -149,8 +161,8 @@ void Differs(const ImageView& view, Report& report) {
   const auto isOff = [](unsigned a, unsigned b) { return a + 10 <= b || b + 10 <= a; };
   for (const Section& section : view.sections) {
     for (const SectionBlock& block : section.dataBlocks) {
-      if (block.tag != 0x01 && block.tag != 0x21) continue;
-      const unsigned unit = block.tag == 0x21 && (block.bytes[1] & 0x80) != 0 ? 10 : 1;
+      if (block.tag != DISPID_TAG_DISPLAY_PARAMS && block.tag != DISPID20_TAG_DISPLAY_PARAMS) continue;
+      const unsigned unit = block.tag == DISPID20_TAG_DISPLAY_PARAMS && (block.bytes[1] & 0x80) != 0 ? 10 : 1;
       const unsigned width = (block.bytes.Little(3, 2) * unit + 5) / 10,
                      height = (block.bytes.Little(5, 2) * unit + 5) / 10;
       if (view.width != 0 && width != 0 && height != 0 && (isOff(width, view.width) || isOff(height, view.height))) {

@@ -15,7 +15,7 @@ namespace {
 constexpr std::pair<unsigned, unsigned> kUhdVics[] = {{1, 95}, {2, 94}, {3, 93}, {4, 98}};
 
 bool IsSink(const DataBlock& block) {
-  return block.IsVendor(kHdmiForumOui) || block.kind == kSinkCapability;
+  return block.IsVendor(REEDID_OUI_HDMI_FORUM) || block.kind == kSinkCapability;
 }
 
 void BlockShape(const ImageView& view, Report& report) {

@@ -58,7 +58,9 @@ void DateImplausible(const ImageView& view, Report& report) {
 }
 
 void NameMissing(const ImageView& view, Report& report) {
-  if (view.minor != 3 || std::ranges::find(view.slots, 0xFCu, &Slot::tag) != view.slots.end()) return;
+  if (view.minor != 3 ||
+      std::ranges::find(view.slots, unsigned{EDID_DESCRIPTOR_PRODUCT_NAME}, &Slot::tag) != view.slots.end())
+    return;
   report.Add(view.PlaceAt(0x36), "an EDID 1.3 without a display product name");
 }
 
@@ -96,7 +98,7 @@ void TextEmpty(const ImageView& view, Report& report) {
   for (const Slot& slot : view.slots) {
     if (!slot.isText || !TextDescriptor(slot.bytes).isBlank()) continue;
     Draft draft(view);
-    if (slot.tag != 0xFC) {
+    if (slot.tag != EDID_DESCRIPTOR_PRODUCT_NAME) {
       draft.Fill(slot.at, kSlotSize, 0);
       draft[slot.at + 3] = 0x10;
     }
@@ -110,7 +112,7 @@ void SerialStringPlaceholder(const ImageView& view, Report& report) {
       "na",           "n/a",           "NA",           "Serial Number", "SerialNumber", "Serial_Number", "20000080",
       "121212121212", "1234567890123", "SN-000000001", "demoset-1",     "H1AK500000"};
   for (const Slot& slot : view.slots) {
-    if (!slot.isText || slot.tag != 0xFF) continue;
+    if (!slot.isText || slot.tag != EDID_DESCRIPTOR_SERIAL_NUMBER) continue;
     const TextDescriptor text(slot.bytes);
     const std::string content = text.Content();
     const bool isFill = content.find_first_not_of(" 01") == content.npos;

@@ -20,12 +20,13 @@ double FieldLines(const Timing& timing) {
 
 // A panel's EDID keeps the maker's private data in its last two text descriptors.
 bool IsPanel(const std::vector<Slot>& slots, const Bytes& image) {
-  return slots[0].isDtd && slots[1].isDtd && slots[2].tag == 0xFE && slots[3].tag == 0xFE &&
-         (image[0x79] == 1 || image[0x79] == 2) && image[0x7A] <= 1;
+  return slots[0].isDtd && slots[1].isDtd && slots[2].tag == EDID_DESCRIPTOR_DATA_STRING &&
+         slots[3].tag == EDID_DESCRIPTOR_DATA_STRING && (image[0x79] == 1 || image[0x79] == 2) && image[0x7A] <= 1;
 }
 
 std::optional<RangeLimits> ReadRange(const std::vector<Slot>& slots, unsigned minor) {
-  const auto found = std::ranges::find_if(slots, [](const Slot& slot) { return !slot.isDtd && slot.tag == 0xFD; });
+  const auto found = std::ranges::find_if(
+      slots, [](const Slot& slot) { return !slot.isDtd && slot.tag == EDID_DESCRIPTOR_RANGE_LIMITS; });
   if (found == slots.end()) return std::nullopt;
   const Bytes& bytes = found->bytes;
   const unsigned offsets = minor >= 4 ? bytes[4] : 0;
@@ -90,8 +91,8 @@ ImageView::ImageView(std::span<const uint8_t> bytes, int year) : image(bytes), t
     blockCount = static_cast<unsigned>(bytes.size() / kBlockSize);
     ReadBase();
     for (unsigned i = 1; i < blockCount; ++i) {
-      if (Block(i)[0] == 0x02) ReadCta(i);
-      if (Block(i)[0] == 0x70) ReadSection(i * kBlockSize + 1, i, true);
+      if (Block(i)[0] == EDID_EXTENSION_CTA) ReadCta(i);
+      if (Block(i)[0] == EDID_EXTENSION_DISPLAYID) ReadSection(i * kBlockSize + 1, i, true);
     }
     ReadCodes();
   } else {
@@ -115,7 +116,9 @@ void ImageView::ReadBase() {
   }
   const bool isPanel = IsPanel(slots, image);
   for (Slot& slot : slots) {
-    slot.isText = (slot.tag == 0xFC || slot.tag == 0xFE || slot.tag == 0xFF) && !(isPanel && slot.index >= 2);
+    slot.isText = (slot.tag == EDID_DESCRIPTOR_PRODUCT_NAME || slot.tag == EDID_DESCRIPTOR_DATA_STRING ||
+                   slot.tag == EDID_DESCRIPTOR_SERIAL_NUMBER) &&
+                  !(isPanel && slot.index >= 2);
   }
   range = ReadRange(slots, minor);
 }
@@ -160,8 +163,8 @@ void ImageView::ReadSizes() {
   };
   for (const Section& section : sections) {
     for (const SectionBlock& block : section.dataBlocks) {
-      if (block.tag != 0x01 && block.tag != 0x21) continue;
-      const unsigned unit = block.tag == 0x21 && (block.bytes[1] & 0x80) != 0 ? 10 : 1;
+      if (block.tag != DISPID_TAG_DISPLAY_PARAMS && block.tag != DISPID20_TAG_DISPLAY_PARAMS) continue;
+      const unsigned unit = block.tag == DISPID20_TAG_DISPLAY_PARAMS && (block.bytes[1] & 0x80) != 0 ? 10 : 1;
       tell(block.bytes.Little(3, 2) * unit, block.bytes.Little(5, 2) * unit);
     }
   }

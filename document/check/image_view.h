@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "document/check/check.h"
+#include "reedid/tags.h"
 
 namespace reedid::document::check {
 
@@ -87,11 +88,16 @@ struct RangeLimits {
   bool Misses(const Timing& timing) const;
 };
 
-// What a data block of a CTA extension is: its tag, or for tag 7 the extended tag with 0x700.
-inline constexpr unsigned kAudio = 1, kVideo = 2, kVendor = 3, kSpeaker = 4, kExtended = 0x700,
-                          kVideoCapability = 0x700, kColorimetry = 0x705, kHdrStatic = 0x706, kNativeResolution = 0x708,
-                          kY420Video = 0x70E, kY420Map = 0x70F, kExtensionOverride = 0x778, kSinkCapability = 0x779;
-inline constexpr unsigned kHdmiOui = 0x000C03, kHdmiForumOui = 0xC45DD8;
+// What a data block of a CTA extension is: its tag, or kExtended with its extended tag.
+inline constexpr unsigned kAudio = CEA_TAG_AUDIO, kVideo = CEA_TAG_VIDEO, kVendor = CEA_TAG_VENDOR,
+                          kSpeaker = CEA_TAG_SPEAKERS, kExtended = CEA_TAG_EXTENDED << 8,
+                          kVideoCapability = kExtended + CEA_EXT_TAG_VIDEO_CAPABILITY,
+                          kColorimetry = kExtended + CEA_EXT_TAG_COLORIMETRY,
+                          kHdrStatic = kExtended + CEA_EXT_TAG_STATIC_HDR,
+                          kNativeResolution = kExtended + CEA_EXT_TAG_NATIVE_RESOLUTION,
+                          kY420Video = kExtended + CEA_EXT_TAG_420_VIDEO, kY420Map = kExtended + CEA_EXT_TAG_420_MAP,
+                          kExtensionOverride = kExtended + CEA_EXT_TAG_EXTENSION_OVERRIDE,
+                          kSinkCapability = kExtended + CEA_EXT_TAG_SINK_CAPABILITY;
 
 struct DataBlock {
   size_t at = 0;

@@ -56,11 +56,11 @@ void ImageView::ReadSection(size_t at, unsigned block, bool isExtension) {
 
 void ImageView::ReadSectionTimings(const Section& section) {
   for (const SectionBlock& block : section.dataBlocks) {
-    if (block.tag != 0x03 && block.tag != 0x22) continue;
-    const size_t size = block.tag == 0x03 ? 20 : 20 + (block.bytes[1] >> 4 & 7);
+    if (block.tag != DISPID_TAG_TYPE_I && block.tag != DISPID20_TAG_TYPE_VII) continue;
+    const size_t size = block.tag == DISPID_TAG_TYPE_I ? 20 : 20 + (block.bytes[1] >> 4 & 7);
     for (size_t at = 3; at + size <= block.bytes.size(); at += size) {
       SectionTiming timing;
-      static_cast<Timing&>(timing) = ReadDescriptor(block.bytes.From(at, 20), block.tag == 0x03 ? 10 : 1);
+      static_cast<Timing&>(timing) = ReadDescriptor(block.bytes.From(at, 20), block.tag == DISPID_TAG_TYPE_I ? 10 : 1);
       timing.place = PlaceAt(block.at + at);
       timing.place.dataBlock = block.index;
       sectionTimings.push_back(timing);

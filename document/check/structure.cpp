@@ -11,8 +11,6 @@
 namespace reedid::document::check {
 namespace {
 
-constexpr unsigned kBlockMap = 0xF0;
-
 void BlockChecksum(const ImageView& view, Report& report) {
   for (unsigned i = 0; i < view.blockCount; ++i) {
     const Bytes block = view.Block(i);
@@ -36,7 +34,9 @@ void ExtensionCount(const ImageView& view, Report& report) {
 }
 
 void ExtensionTagUnknown(const ImageView& view, Report& report) {
-  constexpr unsigned kTags[] = {0x02, 0x10, 0x40, 0x50, 0x60, 0x70, 0xF0, 0xFF};
+  constexpr unsigned kTags[] = {
+      EDID_EXTENSION_CTA,  EDID_EXTENSION_VIDEO_TIMING, EDID_EXTENSION_DISPLAY_INFO, EDID_EXTENSION_LOCALIZED_STRINGS,
+      EDID_EXTENSION_DPVL, EDID_EXTENSION_DISPLAYID,    EDID_EXTENSION_BLOCK_MAP,    EDID_EXTENSION_MANUFACTURER};
   for (unsigned i = 1; i < view.blockCount; ++i) {
     const unsigned tag = view.Block(i)[0];
     if (std::ranges::find(kTags, tag) != std::end(kTags)) continue;
@@ -45,14 +45,15 @@ void ExtensionTagUnknown(const ImageView& view, Report& report) {
 }
 
 void BlockMapMissing(const ImageView& view, Report& report) {
-  if (view.minor > 3 || view.blockCount <= 2 || view.extensionOverride != nullptr || view.Block(1)[0] == kBlockMap)
+  if (view.minor > 3 || view.blockCount <= 2 || view.extensionOverride != nullptr ||
+      view.Block(1)[0] == EDID_EXTENSION_BLOCK_MAP)
     return;
   report.Add(view.PlaceAt(kBlockSize), fmt::format("{} extensions in an EDID 1.{}", view.blockCount - 1, view.minor));
 }
 
 void BlockMapWrong(const ImageView& view, Report& report) {
   for (unsigned map = 1; map < view.blockCount; ++map) {
-    if (view.Block(map)[0] != kBlockMap) continue;
+    if (view.Block(map)[0] != EDID_EXTENSION_BLOCK_MAP) continue;
     const size_t at = map * kBlockSize;
     if (map != 1 && map != 128) {
       report.Add(view.PlaceAt(at), fmt::format("a block map in block {}", map));
@@ -98,25 +99,30 @@ void DescriptorAllZero(const ImageView& view, Report& report) {
 
 // The version byte that some descriptors have behind their header; 0 for those that have none.
 unsigned DescriptorVersion(unsigned tag) {
-  return tag == 0xF7 ? 0x0A : tag == 0xF8 ? 0x01 : tag == 0xF9 ? 0x03 : 0;
+  return tag == EDID_DESCRIPTOR_EST3               ? 0x0A
+         : tag == EDID_DESCRIPTOR_CVT_CODES        ? 0x01
+         : tag == EDID_DESCRIPTOR_COLOR_MANAGEMENT ? 0x03
+                                                   : 0;
 }
 
 const char* TagFault(const ImageView& view, const Slot& slot) {
-  if (slot.tag >= 0x11 && slot.tag <= 0xF6) return "a reserved tag";
+  if (slot.tag > EDID_DESCRIPTOR_DUMMY && slot.tag < EDID_DESCRIPTOR_EST3) return "a reserved tag";
   const unsigned version = DescriptorVersion(slot.tag);
   if (version != 0 && slot.bytes[5] != version) return "an unknown version";
-  return (slot.tag == 0xF7 || slot.tag == 0xF8) && view.minor < 4 ? "a tag of EDID 1.4" : nullptr;
+  return (slot.tag == EDID_DESCRIPTOR_EST3 || slot.tag == EDID_DESCRIPTOR_CVT_CODES) && view.minor < 4
+             ? "a tag of EDID 1.4"
+             : nullptr;
 }
 
 void DescriptorHeader(const ImageView& view, Report& report) {
   for (const Slot& slot : view.slots) {
     if (slot.isDtd || slot.bytes.AllZero()) continue;
-    const bool hasFlags = view.minor >= 4 && slot.tag == 0xFD;
+    const bool hasFlags = view.minor >= 4 && slot.tag == EDID_DESCRIPTOR_RANGE_LIMITS;
     const char* fault = TagFault(view, slot);
     const bool isDirty = slot.bytes[2] != 0 || (slot.bytes[4] != 0 && !hasFlags);
     if (fault == nullptr && !isDirty) continue;
     Draft draft(view);
-    if (slot.tag == 0x10 || slot.tag >= 0xF7) {
+    if (slot.tag == EDID_DESCRIPTOR_DUMMY || slot.tag >= EDID_DESCRIPTOR_EST3) {
       draft[slot.at + 2] = 0;
       if (!hasFlags) draft[slot.at + 4] = 0;
     }
@@ -130,7 +136,7 @@ void DescriptorHeader(const ImageView& view, Report& report) {
 
 void DummyGarbage(const ImageView& view, Report& report) {
   for (const Slot& slot : view.slots) {
-    if (slot.isDtd || slot.tag != 0x10 || slot.bytes.From(5).AllZero()) continue;
+    if (slot.isDtd || slot.tag != EDID_DESCRIPTOR_DUMMY || slot.bytes.From(5).AllZero()) continue;
     Draft draft(view);
     draft.Fill(slot.at + 4, kSlotSize - 4, 0);
     report.Add(PlaceOf(view, slot), "bytes other than 00").Mend(Repair::kSafe, draft.Changes());

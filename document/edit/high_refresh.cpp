@@ -102,7 +102,8 @@ void KeepNativeCount(const Image& before, const Image& image) {
 void KeepRangeLimits(const Image& before, const Image& image, Notes& notes) {
   const auto limits = FindRangeLimits(before);
   if (!limits || FindRangeLimits(image)) return;
-  for (const int tag : {0x00, 0x10, 0xFE, 0xFF}) {
+  for (const int tag :
+       {0, int{EDID_DESCRIPTOR_DUMMY}, int{EDID_DESCRIPTOR_DATA_STRING}, int{EDID_DESCRIPTOR_SERIAL_NUMBER}}) {
     for (const Slot slot : BaseSlots(image)) {
       if (IsTiming(slot) || slot[3] != tag) continue;
       std::ranges::copy(*limits, slot.begin());
