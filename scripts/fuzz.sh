@@ -7,9 +7,9 @@ cd "$(dirname "$0")/.."
 seconds=${1:?usage: fuzz.sh SECONDS [FOLDER]}
 work=${2:-build/fuzz/work}
 scripts/install-deps.sh clang
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz -j "$(nproc)" --target fuzz_seeds fuzz_image fuzz_codec fuzz_edits
-bin=$PWD/build/fuzz/fuzz
+cmake --preset asan >/dev/null
+cmake --build --preset asan --target fuzz_seeds fuzz_image fuzz_codec fuzz_edits
+bin=$PWD/build/asan/fuzz
 "$bin/fuzz_seeds" "$work/seeds"
 
 run() { # NAME; leaves the processor time that it took in NAME.times

@@ -1,14 +1,15 @@
 #!/bin/sh
 # Installs what is needed, builds everything and runs all tests: test.sh [PRESET]
-# The presets are those of CMakePresets.json: dev, or asan, clang, release, tsan (threads), powerpc and aarch64 (emulated) ...
+# The presets are those of CMakePresets.json: debian, which packages are built with, or dev, asan, tsan (threads), powerpc and
+# aarch64 (emulated) ...
 set -eu
 cd "$(dirname "$0")/.."
-preset=${1:-dev}
+preset=${1:-debian}
 case $preset in
   powerpc | aarch64) scripts/install-deps.sh cross ;;
-  clang | tsan | fuzz) scripts/install-deps.sh clang ;;
+  asan | tsan) scripts/install-deps.sh clang ;;
   *) scripts/install-deps.sh tests ;;
 esac
-cmake --preset "$preset" -DREEDID_TESTS=ON >/dev/null
+cmake --preset "$preset" -DREEDID_TESTS=ON -DREEDID_WERROR=ON >/dev/null
 cmake --build --preset "$preset"
 ctest --preset "$preset" -j "$(nproc)"

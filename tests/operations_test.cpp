@@ -1,5 +1,4 @@
-// The whole table of operations over images of every kind: with each allocation failing in turn, and from several
-// threads at once.
+// The whole table of operations over images of every kind, with each allocation failing in turn.
 #include "tests/support/operations.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +6,6 @@
 #include <algorithm>
 #include <functional>
 #include <span>
-#include <thread>
 
 #include "inventory/walk.h"
 #include "tests/support/edid_builder.h"
@@ -29,19 +27,6 @@ bool IsUsable(EdidHandle& handle) {
     total += block.size;
   }
   return total == 0 || Generate(&handle).size() == total;
-}
-
-// What an operation returns and makes of an image.
-struct Outcome {
-  int32_t result;
-  ByteVector image;
-  bool operator==(const Outcome&) const = default;
-};
-
-Outcome OutcomeOf(const Operation& operation, const ByteVector& image) {
-  const Image handle(image);
-  const int32_t result = operation.run(*handle);
-  return {result, Generate(handle.get())};
 }
 
 // Done, or not done and told; of an operation that goes block by block, each block for itself.
@@ -216,25 +201,6 @@ TEST(Operations, RefuseWhatIsNotThere) {
             }),
             "");
   EXPECT_EQ(rate, 60);
-}
-
-TEST(Operations, RunInThreadsOnHandlesOfTheirOwn) {
-  for (const SampleImage& sample : SampleImages()) {
-    const auto runAll = [&] {
-      std::vector<Outcome> outcomes;
-      for (const Operation& operation : Operations()) outcomes.push_back(OutcomeOf(operation, sample.bytes));
-      return outcomes;
-    };
-    std::vector<Outcome> alone;
-    std::vector<std::vector<Outcome>> together(8);
-    LogOf([&] {
-      alone = runAll();
-      std::vector<std::thread> threads;
-      for (auto& outcomes : together) threads.emplace_back([&] { outcomes = runAll(); });
-      for (std::thread& thread : threads) thread.join();
-    });
-    for (const auto& outcomes : together) EXPECT_TRUE(outcomes == alone) << sample.name;
-  }
 }
 
 }  // namespace

@@ -128,4 +128,10 @@ std::span<const Operation> Operations() {
   return kOperations;
 }
 
+Outcome OutcomeOf(const Operation& operation, const ByteVector& image) {
+  const Image handle(image);
+  const int32_t result = operation.run(*handle);
+  return {result, Generate(handle.get())};
+}
+
 }  // namespace reedid::test

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "reedid/reedid.h"
+#include "tests/support/bytes.h"
 
 namespace reedid::test {
 
@@ -18,5 +19,13 @@ struct Operation {
 };
 
 std::span<const Operation> Operations();
+
+// What an operation returns and makes of an image.
+struct Outcome {
+  int32_t result;
+  ByteVector image;
+  bool operator==(const Outcome&) const = default;
+};
+Outcome OutcomeOf(const Operation& operation, const ByteVector& image);
 
 }  // namespace reedid::test
