@@ -55,8 +55,8 @@ bool ReadAudio(const CeaBlock& model, AdbRecord& record) {
   return entry != nullptr && CEA_GetADB(entry, &record) == 0;
 }
 
-// The record that replaces an audio block. It lives as long as the edit of the whole image: what an L-PCM descriptor of
-// one block gave it stays for a later block that has none (odd on purpose: docs/oddities.md).
+// The record that replaces an audio block. It lives as long as the edit of the whole image: a later block without
+// L-PCM gets what an earlier one's descriptor said (odd on purpose: docs/oddities.md).
 class TwoChannelAudio {
  public:
   void Apply(MemoryWatch& memory, CeaBlock& model, CeaDataBlock& entry) {

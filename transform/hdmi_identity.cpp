@@ -57,9 +57,9 @@ CeaDataBlock* FindHdmi14b(CeaBlock& model) {
 }
 
 // The first HDMI 1.4b VSDB of the image. Blocks and data blocks are counted with one counter, so that a CTA extension
-// without the VSDB is followed by the block whose index is one more than the number of its data blocks. The search only
-// moves forward. Odd on purpose: docs/oddities.md. It ends where memory lacks: behind a block that did not open there
-// could be an HDMI VSDB that is not the first.
+// with n data blocks and no VSDB among them is followed by block n + 1. The search only moves forward. Odd on purpose:
+// docs/oddities.md. It ends where memory lacks: behind a block that did not open there could be an HDMI VSDB that is not
+// the first.
 std::optional<HdmiVsdb> FindHdmiVsdb(const EdidHandle& handle, MemoryWatch& memory) {
   for (unsigned i = 0; i < handle.blockCount;) {
     unsigned next = i + 1;
@@ -116,7 +116,7 @@ unsigned HdmiBlocksPosition(const CeaBlock& model) {
   return video == nullptr ? 0 : static_cast<unsigned>(video - model.dataBlocks) + 1;
 }
 
-// Stereo, the front speakers, and the HDMI VSDB. What does not fit is left out.
+// Stereo, the front speakers, and the HDMI VSDB, as far as there is room.
 void AddHdmiBlocks(MemoryWatch& memory, CeaBlock& model, uint16_t physAddr) {
   const unsigned position = HdmiBlocksPosition(model);
   AdbRecord audio = {};

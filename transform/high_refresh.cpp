@@ -1,4 +1,4 @@
-// Rewrites an image of three or more blocks into two that still advertise its frame rates, the high ones first: timings
+// Rewrites an image of more than two blocks into two that still advertise its frame rates, the high ones first: timings
 // move from the blocks that go into the DTD space of those that stay, and what is lost on the way comes back as VICs
 // and as CVT timings.
 

@@ -18,8 +18,8 @@ uint16_t CvtCodeWidth(const VesaCvtCode& code) {
   return static_cast<uint16_t>(std::floor(width / 8.0f) * 8.0f);
 }
 
-// Clears the rate flags whose timing is above the limit, and the code when none is left. A rate that cannot be
-// generated is not known to be too fast.
+// Clears the rate flags whose timing is above the limit, and the code when none is left. A rate without
+// a timing stays: it may be slow enough.
 void LimitCvtCode(VesaCvtCode& code, const LinkLimit& limit) {
   struct RateFlag {
     uint8_t VesaCvtCode::*flag;

@@ -14,7 +14,7 @@ constexpr unsigned kMax420Vics = 30;
 // clocks: docs/oddities.md.
 constexpr uint32_t kMax420Clock = 1200001;
 
-// What the table does not know is not known to be too fast.
+// What the table does not know may be slow enough.
 uint32_t ClockOfVic(uint8_t vic) {
   DtdTiming timing;
   return VicToDtd(vic, &timing) == 0 ? timing.pixelClock : 0;

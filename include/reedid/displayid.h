@@ -1,8 +1,8 @@
 /**
  * @file displayid.h
- * DisplayID 1.x and 2.0 sections, standalone or as an EDID extension: an editable model of a
- * section's data blocks and the codecs of single blocks. DispID_ is DisplayID 1.x, DispID20_ is 2.0; where a form
- * exists in both, only the tag and the clock unit differ. The conventions are those of reedid/image.h, and for codecs:
+ * Sections of DisplayID, versions 1.x and 2.0, alone or within an EDID extension: an editable model of a section's
+ * data blocks and the codecs of single blocks. DispID_ is DisplayID 1.x, DispID20_ is 2.0; where a form exists in
+ * both, only the tag and the clock unit differ. The conventions are those of reedid/image.h, and for codecs:
  *
  * - A getter needs the entry's bytes, its tag and a size that holds what it reads; it never reads past `size`.
  * - A setter fills an entry whose `bytes` the caller supplies (251 bytes hold every data block): tag, revision,
@@ -45,8 +45,8 @@ typedef struct DispIdBlock {
 } DispIdBlock;
 
 /**
- * Parses a section. Null for bad arguments, "invalid block type", "error version" (version 0) and no memory. Wrong
- * checksums and lengths beyond the block are warnings; parsing goes on with what there is. When memory runs out over the
+ * Parses a section. Null for bad arguments, "invalid block type", "error version" (version 0) and no memory. A wrong
+ * checksum, or a length beyond the block, is warned of, and the rest read. When memory runs out over the
  * bytes of an entry ("malloc fail"), the model has a gap there: ask DispID_IsComplete before you generate it.
  */
 REEDID_API DispIdBlock* DispID_Open(const EdidBlock* block);

@@ -5,7 +5,7 @@
  * Conventions of the whole interface
  *
  * 1. Results. Calls that return int32_t return 0 when done and -1 on failure unless their text says otherwise. Open
- * calls return a new object or a null pointer. Predicates return non-zero for true. A refused call leaves models and
+ * calls return a new object or a null pointer. The true of a predicate is any value but 0. A refused call leaves models and
  * images as they were; what it was to fill (a record, slot, block or data block) may be cleared or begun where its
  * text says so, and is to be used after a 0 only.
  * 2. Ownership. What an open call returns is released by the matching close call, which accepts null. The library
@@ -47,7 +47,7 @@ typedef enum EdidBlockType {
   EDID_BLOCK_DISPID_EXT = 6    /**< an extension block with tag 0x70, a DisplayID section inside an EDID */
 } EdidBlockType;
 
-/** One 128-byte EDID block or one DisplayID section. */
+/** 128 bytes of an EDID, or a section of DisplayID that stands alone. */
 typedef struct EdidBlock {
   uint8_t type;      /**< an EdidBlockType value */
   uint16_t capacity; /**< room for its bytes: 128 when an EDID was opened, 256 in a standalone DisplayID structure */

@@ -153,7 +153,7 @@ REEDID_API int32_t VESA_SetRangeLimits(const VesaBlock* model, const RangeLimits
 
 /**
  * Six further standard timings, tag 0xFA (EDID 1.4, 3.10.3.6). `timings` is an array of six. The setter keeps five
- * bits of the rate: 92 Hz and above do not survive.
+ * bits of the rate: what is above 91 Hz comes back as another rate.
  */
 REEDID_API int32_t VESA_GetStandardTimings(const DtdSlot* slot, StdTiming* timings);
 /** Encodes six standard timings. 0, or -1 when refused. */
