@@ -1,4 +1,4 @@
-// The timings of a DisplayID section (DisplayID 1.3 and 2.0, table 4-1), and those data blocks that CTA-861 takes over
+// The timings of a DisplayID section (DisplayID 1.3 and 2.0, section 4), and those data blocks that CTA-861 takes over
 // from it.
 
 #include "displayid/codec.h"
