@@ -75,21 +75,19 @@ constexpr uint8_t AudioFormat::*kRates[] = {&AudioFormat::rate32k,  &AudioFormat
                                             &AudioFormat::rate88k2, &AudioFormat::rate96k,  &AudioFormat::rate176k4,
                                             &AudioFormat::rate192k};
 
-struct AudioFormats : ExactCodec {
+struct AudioFormats : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_AUDIO, 0, 4, 32};
 
   static bool Holds(const AudioFormatsRecord& r) { return r.count <= std::size(r.formats); }
   static unsigned Size(const AudioFormatsRecord& r, const uint8_t*) { return 1 + kSadSize * r.count; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
-    if constexpr (Io::kReads) r.count = Low8((size - 1) / kSadSize);
+  static void Layout(const ExactIo& io, AudioFormatsRecord& r, unsigned size) {
+    if (io.Reads()) r.count = Low8((size - 1) / kSadSize);
     for (uint8_t i = 0; i < r.count; ++i) Descriptor(io, r.formats[i], Low8(1 + kSadSize * i));
   }
 
  private:
-  template <class Io, class Format>
-  static void Descriptor(const Io& io, Format& f, uint8_t at) {
+  static void Descriptor(const ExactIo& io, AudioFormat& f, uint8_t at) {
     const uint8_t second = Low8(at + 1), third = Low8(at + 2);
     io(f.formatCode, Place{at, 3, 4});
     if (f.formatCode == kExtendedFormat) io(f.extFormatCode, Place{third, 3, 5});
@@ -108,8 +106,7 @@ struct AudioFormats : ExactCodec {
     }
   }
 
-  template <class Io, class Format>
-  static void Channels(const Io& io, Format& f, unsigned code, uint8_t at) {
+  static void Channels(const ExactIo& io, AudioFormat& f, unsigned code, uint8_t at) {
     if (code == kMpegH) {
       io(f.level, Place{at, 0, 3});
     } else if (code == kPcm3d) {

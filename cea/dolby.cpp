@@ -26,22 +26,23 @@ struct Chromaticity {
 };
 constexpr Chromaticity kRed = {160, 64}, kGreen = {0, 128}, kBlue = {32, 8};
 
+constexpr Place kNowhere = {0, 0, 0};
+
 // In 1/256 above `base`; the record has 1/4096.
-template <class Io, class Field, class... Places>
-constexpr void Coordinate(const Io& io, Field& field, uint32_t base, Places... places) {
+void Coordinate(const ExactIo& io, uint16_t& field, uint32_t base, Place low, Place next = kNowhere,
+                Place high = kNowhere) {
   Coded(
       io, field, [base](uint32_t code) { return (base + code) * 16; },
-      [base](uint32_t value) { return value % 16 == 0 ? value / 16 - base : ~0u; }, places...);
+      [base](uint32_t value) { return value % 16 == 0 ? value / 16 - base : ~0u; }, low, next, high);
 }
 
 // Two numbers of 12 bits, from byte `at`.
-template <class Io, class Field>
-constexpr void Pair(const Io& io, Field& first, Field& second, uint8_t at) {
+void Pair(const ExactIo& io, uint16_t& first, uint16_t& second, uint8_t at) {
   io(first, Place{at, 4, 4}, Place{Low8(at + 1)});
   io(second, Place{at, 0, 4}, Place{Low8(at + 2)});
 }
 
-struct DolbyVision : ExactCodec {
+struct DolbyVision : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, 5, 32};
   static constexpr uint32_t kOui = REEDID_OUI_DOLBY;
   static constexpr uint8_t kShort = 12, kLong = 15, kVersion0 = 26;
@@ -58,10 +59,9 @@ struct DolbyVision : ExactCodec {
     return r.version == 1 && r.size == kLong ? kLong : kShort;
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, DolbyVisionRecord& r, unsigned size) {
     io(r.version, Place{5, 5, 3});
-    if constexpr (Io::kReads) r.size = r.version == 2 ? kShort : Low8(size);
+    if (io.Reads()) r.size = r.version == 2 ? kShort : Low8(size);
     io(r.yuv422_12bit, Place{5, 0, 1});
     if (r.version == 0) Version0(io, r);
     if (r.version == 1) Version1(io, r);
@@ -69,8 +69,7 @@ struct DolbyVision : ExactCodec {
   }
 
  private:
-  template <class Io, class Record>
-  static void Version0(const Io& io, Record& r) {
+  static void Version0(const ExactIo& io, DolbyVisionRecord& r) {
     io(r.supports2160p60, Place{5, 1, 1});
     io(r.globalDimming, Place{5, 2, 1});
     Pair(io, r.redX, r.redY, 6);
@@ -82,8 +81,7 @@ struct DolbyVision : ExactCodec {
     io(r.dmMinor, Place{21, 0, 4});
   }
 
-  template <class Io, class Record>
-  static void Version1(const Io& io, Record& r) {
+  static void Version1(const ExactIo& io, DolbyVisionRecord& r) {
     io(r.supports2160p60, Place{5, 1, 1});
     Above(io, r.dmMajor, 2, Place{5, 2, 3});
     io(r.globalDimming, Place{6, 0, 1});
@@ -108,8 +106,7 @@ struct DolbyVision : ExactCodec {
     Coordinate(io, r.blueY, kBlue.y, Place{8, 2, 3});
   }
 
-  template <class Io, class Record>
-  static void Version2(const Io& io, Record& r) {
+  static void Version2(const ExactIo& io, DolbyVisionRecord& r) {
     io(r.backlightControl, Place{5, 1, 1});
     Above(io, r.dmMajor, 2, Place{5, 2, 3});
     ScaledLessOne(io, r.backlightMinLuminance, 25, Place{6, 0, 2});
@@ -130,15 +127,14 @@ struct DolbyVision : ExactCodec {
   }
 };
 
-struct DolbyAudio : ExactCodec {
+struct DolbyAudio : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, 6, 32};
   static constexpr uint32_t kOui = REEDID_OUI_DOLBY;
 
   // Nearly all have the seventh byte, so that an empty one is written, too.
   static unsigned Size(const DolbyAudioRecord&, const uint8_t*) { return 7; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned) {
+  static void Layout(const ExactIo& io, DolbyAudioRecord& r, unsigned) {
     LessOne(io, r.version, Place{5, 0, 3});
     io(r.centerZone, Place{5, 4, 1});
     io(r.surroundZone, Place{5, 5, 1});

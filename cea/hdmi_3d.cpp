@@ -25,7 +25,7 @@ namespace {
 constexpr unsigned kFixedSize = 9;
 constexpr uint8_t kDetailed = 8;  // the first structure that has a detail
 
-struct Hdmi14b : ExactCodec {
+struct Hdmi14b : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_VENDOR, 0, 6, 32};
   static constexpr uint32_t kOui = REEDID_OUI_HDMI;
 
@@ -40,8 +40,7 @@ struct Hdmi14b : ExactCodec {
     return size > kFixedSize ? size : UsedSize(bytes, kForm.minSize);
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, H14b3dRecord& r, unsigned size) {
     H14bFixedLayout(io, r);
     unsigned at = kFixedSize;
     if (r.latencyPresent) {
@@ -58,47 +57,34 @@ struct Hdmi14b : ExactCodec {
   }
 
  private:
-  template <class Io, class Record>
-  static void Video(const Io& io, Record& r, unsigned at, unsigned size) {
+  static void Video(const ExactIo& io, H14b3dRecord& r, unsigned at, unsigned size) {
     io(r.threeD_present, Place{Low8(at), 7, 1});
     io(r.threeD_Multi_present, Place{Low8(at), 5, 2});
     io(r.imageSize, Place{Low8(at), 3, 2});
     io(r.hdmiVicLen, Place{Low8(at + 1), 5, 3});
-    unsigned length = 0;
-    if constexpr (!Io::kReads) length = ListSize(r);
+    unsigned length = io.Reads() ? 0 : ListSize(r);
     io(length, Place{Low8(at + 1), 0, 5});
     at += 2;
     // VICs and lists that the block ends in are left out.
-    if (at + r.hdmiVicLen > size) {
-      if constexpr (Io::kReads) r.hdmiVicLen = Low8(size - at);
-    }
-    for (unsigned i = 0; i < r.hdmiVicLen; ++i) io(r.hdmiVics[i], Place{Low8(at + i)});
+    if (io.Reads() && at + r.hdmiVicLen > size) r.hdmiVicLen = Low8(size - at);
+    io.Copy(r.hdmiVics, r.hdmiVicLen, at);
     at += r.hdmiVicLen;
     Lists(io, r, at, at + length < size ? at + length : size);
   }
 
-  template <class Io, class Record>
-  static void Lists(const Io& io, Record& r, unsigned at, unsigned end) {
-    if constexpr (Io::kReads) {
-      if (HasStructures(r) && at + 2u * r.threeD_Multi_present > end) r.threeD_Multi_present = at + 2 <= end;
+  static void Lists(const ExactIo& io, H14b3dRecord& r, unsigned at, unsigned end) {
+    if (io.Reads() && HasStructures(r) && at + 2u * r.threeD_Multi_present > end) {
+      r.threeD_Multi_present = at + 2 <= end;
     }
     if (HasStructures(r)) io(r.threeD_Structure_ALL, Place{Low8(at + 1)}, Place{Low8(at)});
     if (r.threeD_Multi_present == 2) io(r.threeD_MASK, Place{Low8(at + 3)}, Place{Low8(at + 2)});
     if (HasStructures(r)) at += 2u * r.threeD_Multi_present;
-    if constexpr (Io::kReads) {
-      while (at < end && r.entryCount < std::size(r.entries)) {
-        H14b3dEntry entry = {};
-        at += Entry(io, entry, at);
-        if (at <= end) r.entries[r.entryCount++] = entry;
-      }
-    } else {
-      for (unsigned i = 0; i < r.entryCount; ++i) at += Entry(io, r.entries[i], at);
-    }
+    List(io, r.entryCount, r.entries, at, end,
+         [&io](H14b3dEntry& entry, unsigned place) { return Entry(io, entry, place); });
   }
 
   // Gives back its bytes.
-  template <class Io, class Field>
-  static unsigned Entry(const Io& io, Field& entry, unsigned at) {
+  static unsigned Entry(const ExactIo& io, H14b3dEntry& entry, unsigned at) {
     io(entry.twoD_VIC_order, Place{Low8(at), 4, 4});
     io(entry.threeD_Structure, Place{Low8(at), 0, 4});
     if (entry.threeD_Structure < kDetailed) return 1;
@@ -106,8 +92,7 @@ struct Hdmi14b : ExactCodec {
     return 2;
   }
 
-  template <class Record>
-  static bool HasStructures(const Record& r) {
+  static bool HasStructures(const H14b3dRecord& r) {
     return r.threeD_Multi_present == 1 || r.threeD_Multi_present == 2;
   }
 

@@ -23,7 +23,7 @@
 namespace reedid {
 namespace {
 
-struct SinkCapabilities : ExactCodec {
+struct SinkCapabilities : ExactDefaults {
   static constexpr uint8_t kChunkByte = 13;
 
   // No shorter than the last byte that says something; a rate in bytes 9 and 10 is never cut in two.
@@ -33,8 +33,7 @@ struct SinkCapabilities : ExactCodec {
     return size == 10 ? 11 : size;
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, HfScdsRecord& r, unsigned size) {
     HfBaseLayout(io, r);
     HfVrrFlagsLayout(io, r);
     HfVrrLayout(io, r);
@@ -46,7 +45,7 @@ struct SinkCapabilities : ExactCodec {
     io(r.QMS_TFRmax, Place{11, 5, 1});
     io(r.QMS_TFRmin, Place{11, 4, 1});
     // 1 KiB is stored as 0, which only a block that reaches that far states.
-    if (Io::kReads ? size > kChunkByte : r.DSC_TotalChunkKBytes != 0) {
+    if (io.Reads() ? size > kChunkByte : r.DSC_TotalChunkKBytes != 0) {
       LessOne(io, r.DSC_TotalChunkKBytes, Place{kChunkByte, 0, 6});
     }
   }
@@ -61,15 +60,12 @@ struct ForumScdb : SinkCapabilities {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_SINK_CAPABILITY, 8, 32};
 };
 
-struct ExtensionOverride : ExactCodec {
+struct ExtensionOverride : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE, 3, 32};
 
   static unsigned Size(const ExtensionOverrideRecord&, const uint8_t*) { return 3; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned) {
-    io(r.extensionBlocks, Place{2});
-  }
+  static void Layout(const ExactIo& io, ExtensionOverrideRecord& r, unsigned) { io(r.extensionBlocks, Place{2}); }
 };
 
 }  // namespace

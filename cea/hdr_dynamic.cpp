@@ -14,9 +14,9 @@
 namespace reedid {
 namespace {
 
-struct DynamicHdr : ExactCodec {
+struct DynamicHdr : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR, 2, 32};
-  static constexpr unsigned kFirst = 2, kHeader = 3;
+  static constexpr unsigned kFirst = 2, kTypeSize = 2, kHeader = 1 + kTypeSize;
   static constexpr unsigned kMaxFlags = sizeof DynamicHdrEntry::flags;
 
   static bool Holds(const DynamicHdrRecord& r) {
@@ -35,43 +35,25 @@ struct DynamicHdr : ExactCodec {
     return size;
   }
 
-  // A list ends before an entry that has no type or reaches beyond the block.
-  static void Layout(const LayoutReader& io, DynamicHdrRecord& r, unsigned size) {
-    for (unsigned at = kFirst; at + kHeader <= size && r.count < std::size(r.entries);) {
-      uint8_t length = 0;
-      io(length, Place{Low8(at)});
-      if (length < 2 || at + 1 + length > size) return;
-      at = Entry(io, r.entries[r.count++], at, length - 2u);
-    }
-  }
-
-  static void Layout(const LayoutWriter& io, const DynamicHdrRecord& r, unsigned) {
-    unsigned at = kFirst;
-    for (unsigned i = 0; i < r.count; ++i) {
-      io(r.entries[i].flagCount + 2, Place{Low8(at)});
-      at = Entry(io, r.entries[i], at, r.entries[i].flagCount);
-    }
-  }
-
- private:
-  // Gives back where the next one begins.
-  template <class Io, class Field>
-  static unsigned Entry(const Io& io, Field& entry, unsigned at, unsigned flagCount) {
-    if constexpr (Io::kReads) entry.flagCount = Low8(flagCount);
-    io(entry.type, Place{Low8(at + 1)}, Place{Low8(at + 2)});
-    for (unsigned i = 0; i < flagCount; ++i) io(entry.flags[i], Place{Low8(at + kHeader + i)});
-    return at + kHeader + flagCount;
+  // The list ends before an entry that has no type.
+  static void Layout(const ExactIo& io, DynamicHdrRecord& r, unsigned size) {
+    List(io, r.count, r.entries, kFirst, size, [&io](DynamicHdrEntry& entry, unsigned at) -> unsigned {
+      Above(io, entry.flagCount, uint32_t{0} - kTypeSize, Place{Low8(at)});
+      if (entry.flagCount > kMaxFlags) return 0;
+      io(entry.type, Place{Low8(at + 1)}, Place{Low8(at + 2)});
+      io.Copy(entry.flags, entry.flagCount, at + kHeader);
+      return kHeader + entry.flagCount;
+    });
   }
 };
 
-struct Hdr10Plus : ExactCodec {
+struct Hdr10Plus : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, 6, 32};
   static constexpr uint32_t kOui = REEDID_OUI_HDR10_PLUS;
 
   static unsigned Size(const Hdr10PlusRecord&, const uint8_t*) { return 6; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned) {
+  static void Layout(const ExactIo& io, Hdr10PlusRecord& r, unsigned) {
     io(r.applicationVersion, Place{5, 0, 2});
     io(r.fullFramePeakIndex, Place{5, 2, 2});
     io(r.peakIndex, Place{5, 4, 4});

@@ -16,7 +16,7 @@ namespace {
 constexpr uint8_t kVendorType = 1;
 constexpr unsigned kHeader = 4;
 
-struct InfoFrames : ExactCodec {
+struct InfoFrames : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME, 4, 32};
 
   static bool Holds(const InfoFrameRecord& r) {
@@ -33,41 +33,24 @@ struct InfoFrames : ExactCodec {
     return size;
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, InfoFrameRecord& r, unsigned size) {
     io(r.headerLength, Place{2, 5, 3});
     io(r.additionalVendor, Place{3});
-    if constexpr (Io::kReads) {
-      if (kHeader + r.headerLength > size) r.headerLength = Low8(size - kHeader);
-    }
-    for (unsigned i = 0; i < r.headerLength; ++i) io(r.header[i], Place{Low8(kHeader + i)});
-    unsigned at = kHeader + r.headerLength;
-    if constexpr (Io::kReads) {
-      // A descriptor that the block ends in is left out.
-      while (at < size && r.count < std::size(r.entries)) {
-        InfoFrameEntry entry = {};
-        Entry(io, entry, at);
-        at += EntrySize(entry);
-        if (at <= size) r.entries[r.count++] = entry;
-      }
-    } else {
-      for (unsigned i = 0; i < r.count; at += EntrySize(r.entries[i++])) Entry(io, r.entries[i], at);
-    }
+    if (io.Reads() && kHeader + r.headerLength > size) r.headerLength = Low8(size - kHeader);
+    io.Copy(r.header, r.headerLength, kHeader);
+    List(io, r.count, r.entries, kHeader + r.headerLength, size, [&io](InfoFrameEntry& entry, unsigned at) {
+      io(entry.payloadLength, Place{Low8(at), 5, 3});
+      io(entry.type, Place{Low8(at), 0, 5});
+      const unsigned bytes = EntrySize(entry);
+      if (entry.type == kVendorType) io.Copy(entry.oui, sizeof entry.oui, at + 1);
+      io.Copy(entry.payload, entry.payloadLength, at + bytes - entry.payloadLength);
+      return bytes;
+    });
   }
 
  private:
   static unsigned EntrySize(const InfoFrameEntry& entry) {
     return 1u + (entry.type == kVendorType ? 3u : 0u) + entry.payloadLength;
-  }
-
-  template <class Io, class Field>
-  static void Entry(const Io& io, Field& entry, unsigned at) {
-    io(entry.payloadLength, Place{Low8(at), 5, 3});
-    io(entry.type, Place{Low8(at++), 0, 5});
-    if (entry.type == kVendorType) {
-      for (auto& byte : entry.oui) io(byte, Place{Low8(at++)});
-    }
-    for (unsigned i = 0; i < entry.payloadLength; ++i) io(entry.payload[i], Place{Low8(at + i)});
   }
 };
 

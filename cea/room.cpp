@@ -20,7 +20,7 @@
 namespace reedid {
 namespace {
 
-struct Room : ExactCodec {
+struct Room : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION, 6, 32};
 
   static unsigned Size(const RoomRecord& r, const uint8_t* bytes) {
@@ -28,11 +28,9 @@ struct Room : ExactCodec {
     return r.displayPlace || used > 9 ? 12 : used > 6 ? 9 : 6;
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned) {
+  static void Layout(const ExactIo& io, RoomRecord& r, unsigned) {
     io(r.displayPlace, Place{2, 7, 1});
-    uint8_t counted = 0;
-    if constexpr (!Io::kReads) counted = r.speakerCount != 0;
+    uint8_t counted = r.speakerCount != 0;
     io(counted, Place{2, 6, 1});
     if (counted) LessOne(io, r.speakerCount, Place{2, 0, 5});
     io(r.locations, Place{2, 5, 1});
@@ -46,7 +44,7 @@ struct Room : ExactCodec {
   }
 };
 
-struct Locations : ExactCodec {
+struct Locations : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION, 4, 32};
   static constexpr unsigned kFirst = 2;
 
@@ -60,36 +58,23 @@ struct Locations : ExactCodec {
     return size;
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
-    unsigned at = kFirst;
-    if constexpr (Io::kReads) {
-      // A descriptor that the block ends in is left out.
-      while (at < size && r.count < std::size(r.entries)) {
-        SpeakerLocationEntry entry = {};
-        Entry(io, entry, at);
-        at += EntrySize(entry);
-        if (at <= size) r.entries[r.count++] = entry;
+  static void Layout(const ExactIo& io, SpeakerLocationRecord& r, unsigned size) {
+    List(io, r.count, r.entries, kFirst, size, [&io](SpeakerLocationEntry& entry, unsigned at) {
+      io(entry.coordinates, Place{Low8(at), 6, 1});
+      io(entry.active, Place{Low8(at), 5, 1});
+      io(entry.channel, Place{Low8(at), 0, 5});
+      io(entry.speakerId, Place{Low8(at + 1), 0, 5});
+      if (entry.coordinates) {
+        io(entry.x, Place{Low8(at + 2)});
+        io(entry.y, Place{Low8(at + 3)});
+        io(entry.z, Place{Low8(at + 4)});
       }
-    } else {
-      for (unsigned i = 0; i < r.count; at += EntrySize(r.entries[i++])) Entry(io, r.entries[i], at);
-    }
+      return EntrySize(entry);
+    });
   }
 
  private:
   static unsigned EntrySize(const SpeakerLocationEntry& entry) { return entry.coordinates ? 5 : 2; }
-
-  template <class Io, class Field>
-  static void Entry(const Io& io, Field& entry, unsigned at) {
-    io(entry.coordinates, Place{Low8(at), 6, 1});
-    io(entry.active, Place{Low8(at), 5, 1});
-    io(entry.channel, Place{Low8(at), 0, 5});
-    io(entry.speakerId, Place{Low8(at + 1), 0, 5});
-    if (!entry.coordinates) return;
-    io(entry.x, Place{Low8(at + 2)});
-    io(entry.y, Place{Low8(at + 3)});
-    io(entry.z, Place{Low8(at + 4)});
-  }
 };
 
 }  // namespace

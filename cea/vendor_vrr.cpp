@@ -22,7 +22,7 @@ namespace {
 
 constexpr uint8_t kVersionByte = 4;
 
-struct Amd : ExactCodec {
+struct Amd : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_VENDOR, 0, 9, 32};
   static constexpr uint32_t kOui = REEDID_OUI_AMD;
 
@@ -32,8 +32,7 @@ struct Amd : ExactCodec {
     return r.version == 1 ? 9 : r.version == 2 ? 14 : UsedSize(bytes, 16);
   }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, AmdVsdbRecord& r, unsigned size) {
     io(r.version, Place{kVersionByte});
     io(r.caps0, Place{5, 0, 1});
     io(r.hdrValid, Place{5, 1, 1});
@@ -51,18 +50,17 @@ struct Amd : ExactCodec {
   }
 
  private:
-  template <class Io, class Record>
-  static void MaxRefresh(const Io& io, Record& r, unsigned size) {
+  static void MaxRefresh(const ExactIo& io, AmdVsdbRecord& r, unsigned size) {
     if (r.version != 3 || size < 16) {
       io(r.maxRefresh, Place{7});
       return;
     }
     io(r.maxRefresh, Place{14}, Place{15, 0, 2});
-    if constexpr (!Io::kReads) io(r.maxRefresh > 0xFF ? 240 : r.maxRefresh, Place{7});
+    uint16_t repeated = r.maxRefresh > 0xFF ? uint16_t{240} : r.maxRefresh;
+    io(repeated, Place{7});
   }
 
-  template <class Io, class Record>
-  static void Panel(const Io& io, Record& r) {
+  static void Panel(const ExactIo& io, AmdVsdbRecord& r) {
     io(r.eotf0, Place{9, 0, 1});
     io(r.eotf1, Place{9, 1, 1});
     io(r.eotfPq, Place{9, 2, 1});
@@ -76,8 +74,7 @@ struct Amd : ExactCodec {
     io(r.minLuminance2, Place{13});
   }
 
-  template <class Io, class Record>
-  static void Extra(const Io& io, Record& r) {
+  static void Extra(const ExactIo& io, AmdVsdbRecord& r) {
     io(r.extra24, Place{16}, Place{17}, Place{18});
     io(r.extra19, Place{19, 0, 7});
     io(r.extra19Valid, Place{19, 7, 1});
@@ -86,15 +83,14 @@ struct Amd : ExactCodec {
   }
 };
 
-struct Nvidia : ExactCodec {
+struct Nvidia : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_VENDOR, 0, 6, 32};
   static constexpr uint32_t kOui = REEDID_OUI_NVIDIA;
 
   static bool Takes(Bytes bytes) { return bytes[kVersionByte] == 1; }
   static unsigned Size(const NvidiaVsdbRecord&, const uint8_t*) { return 6; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned) {
+  static void Layout(const ExactIo& io, NvidiaVsdbRecord& r, unsigned) {
     io(r.version, Place{kVersionByte});
     io(r.vrrMinRefresh, Place{5});
   }

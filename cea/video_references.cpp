@@ -12,18 +12,16 @@
 namespace reedid {
 namespace {
 
-struct NativeResolution : ExactCodec {
+struct NativeResolution : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_NATIVE_RESOLUTION, 3, 8};
   static constexpr uint8_t kUnits[] = {1, 10};  // 0.1 mm
 
   static bool Takes(Bytes bytes) { return bytes.size() == 3 || bytes.size() == 4 || bytes.size() == 8; }
   static unsigned Size(const NativeResolutionRecord& r, const uint8_t*) { return r.sizeUnit != 0 ? 8 : 3; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
+  static void Layout(const ExactIo& io, NativeResolutionRecord& r, unsigned size) {
     io(r.reference, Place{2});
-    uint8_t sized = 0;
-    if constexpr (!Io::kReads) sized = r.sizeUnit != 0;
+    uint8_t sized = r.sizeUnit != 0;
     io(sized, Place{3, 0, 1});
     if (!sized || size < 8) return;
     Listed(io, r.sizeUnit, kUnits, 0, Place{3, 7, 1});
@@ -32,16 +30,15 @@ struct NativeResolution : ExactCodec {
   }
 };
 
-struct FormatPreference : ExactCodec {
+struct FormatPreference : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_FORMAT_PREFERENCE, 3, 32};
 
   static bool Holds(const FormatPreferenceRecord& r) { return r.count <= std::size(r.references); }
   static unsigned Size(const FormatPreferenceRecord& r, const uint8_t*) { return 2u + r.count; }
 
-  template <class Io, class Record>
-  static void Layout(const Io& io, Record& r, unsigned size) {
-    if constexpr (Io::kReads) r.count = Low8(size - 2);
-    for (uint8_t i = 0; i < r.count; ++i) io(r.references[i], Place{Low8(2 + i)});
+  static void Layout(const ExactIo& io, FormatPreferenceRecord& r, unsigned size) {
+    if (io.Reads()) r.count = Low8(size - 2);
+    io.Copy(r.references, r.count, 2);
   }
 };
 
