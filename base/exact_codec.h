@@ -42,7 +42,9 @@ class ExactIo {
   void Copy(uint8_t* fields, unsigned count, unsigned at) const;
 
  private:
-  static constexpr uint32_t Packed(Place place) { return place.byte | uint32_t{place.low} << 8 | uint32_t{place.width} << 16; }
+  static constexpr uint32_t Packed(Place place) {
+    return place.byte | uint32_t{place.low} << 8 | uint32_t{place.width} << 16;
+  }
   void Move(void* field, unsigned size, uint32_t place) const;
   void Move(void* field, unsigned size, uint32_t first, uint32_t second) const;
   void Move(void* field, unsigned size, const uint32_t* places) const;  // up to one without bits

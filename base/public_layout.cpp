@@ -281,6 +281,122 @@ PIN(DispIdRangeLimits, 0, 4, minPixelClock, maxPixelClock);
 PIN(DispIdRangeLimits, 8, 2, minHRate, maxHRate, minHBlank, minVRate, maxVRate, minVBlank);
 PIN(DispIdRangeLimits, 20, 1, interlaced, cvtStandard, cvtReduced, discreteFrequency, seamlessTransition);
 SIZE(DispIdRangeLimits, 28);
+PIN(AdaptiveSyncRange, 0, 2, minRefresh, maxRefresh);
+PIN(AdaptiveSyncRange, 4, 1, nativeRange, mode, noSeamless, increaseNoJitter, decreaseNoJitter, maxIncrease,
+    maxDecrease);
+PIN(AdaptiveSyncRange, 11, 7, extra);
+SIZE(AdaptiveSyncRange, 18);
+PIN(AdaptiveSyncRecord, 0, 1, revision, descriptorSize);
+PIN(AdaptiveSyncRecord, 2, 2, count);
+PIN(AdaptiveSyncRecord, 4, 738, ranges);
+SIZE(AdaptiveSyncRecord, 742);
+PIN(TiledDisplayRecord, 0, 4, tileWidth, tileHeight, serialNumber);
+PIN(TiledDisplayRecord, 12, 2, productCode, pixelMultiplier);
+PIN(TiledDisplayRecord, 16, 3, vendorId);
+PIN(TiledDisplayRecord, 19, 1, revision, singleEnclosure, bezelPresent, someTilesBehavior, oneTileBehavior, hTiles,
+    vTiles, hLocation, vLocation, bezelTop, bezelBottom, bezelRight, bezelLeft);
+SIZE(TiledDisplayRecord, 32);
+PIN(ColorEotf, 0, 1, colorSpace, eotf);
+SIZE(ColorEotf, 2);
+PIN(InterfaceFeaturesRecord, 0, 1, revision, rgbDepths, ycc444Depths, ycc422Depths, ycc420Depths, min420PixelRate,
+    audio32k, audio44k1, audio48k, colorEotfs, additionalCount);
+PIN(InterfaceFeaturesRecord, 11, 14, additional);
+SIZE(InterfaceFeaturesRecord, 25);
+PIN(DisplayInterfaceRecord, 0, 1, revision, interfaceType, links, version, release, rgbDepths, ycc444Depths,
+    ycc422Depths, contentProtection, protectionVersion, protectionRelease, spreadType, spreadPercent, attribute1,
+    attribute2);
+SIZE(DisplayInterfaceRecord, 15);
+PIN(ContainerIdRecord, 0, 1, revision);
+PIN(ContainerIdRecord, 1, 16, id);
+SIZE(ContainerIdRecord, 17);
+PIN(DispIdVendorRecord, 0, 1, revision, flags);
+PIN(DispIdVendorRecord, 2, 3, vendor);
+PIN(DispIdVendorRecord, 5, 1, length);
+PIN(DispIdVendorRecord, 6, 245, data);
+SIZE(DispIdVendorRecord, 251);
+PIN(VesaVendorRecord, 0, 2, dscBppX16);
+PIN(VesaVendorRecord, 2, 1, dscPresent, revision, structureType, nativeColor, overlapPixels, multiSst);
+SIZE(VesaVendorRecord, 8);
+PIN(ColorPoint, 0, 2, x, y);
+SIZE(ColorPoint, 4);
+PIN(DispIdColorRecord, 0, 28, primaries);
+PIN(DispIdColorRecord, 28, 60, whites);
+PIN(DispIdColorRecord, 88, 2, standardColorSpace);
+PIN(DispIdColorRecord, 90, 1, revision, cie1976, transferId, temporal, primaryCount, whiteCount);
+SIZE(DispIdColorRecord, 96);
+PIN(DispIdTransferRecord, 0, 1, revision, identifier, firstIsWhite, individualCurves, fourParameters, length);
+PIN(DispIdTransferRecord, 6, 247, curves);
+SIZE(DispIdTransferRecord, 253);
+PIN(StereoRecord, 0, 1, revision, timingSupport, method, parameterCount);
+PIN(StereoRecord, 4, 246, parameters);
+PIN(StereoRecord, 250, 1, codeLength);
+PIN(StereoRecord, 251, 246, codes);
+SIZE(StereoRecord, 497);
+PIN(BrightnessRecord, 0, 2, minSdrLuminance, maxSdrLuminance, maxBoostLuminance, revision);
+SIZE(BrightnessRecord, 8);
+PIN(DisplayDeviceRecord, 0, 4, nativeWidth, nativeHeight);
+PIN(DisplayDeviceRecord, 8, 2, aspectRatioX100, responseTime, hPitch, vPitch);
+PIN(DisplayDeviceRecord, 16, 1, revision, technology, operatingMode, backlightSwitchable, backlightDimmable,
+    orientation, rotation, zeroPixel, scanDirection, subPixels, bitDepth, whiteToBlack);
+SIZE(DisplayDeviceRecord, 28);
+PIN(PowerSequencingRecord, 0, 1, revision, minT1, maxT1, maxT2, maxT3, minT4, minT5, minT6);
+SIZE(PowerSequencingRecord, 8);
+PIN(HeadMountedRecord, 0, 4, rightFocal, leftFocal, rightCenterY, rightCenterX, leftCenterY, leftCenterX);
+PIN(HeadMountedRecord, 24, 2, rightX, rightY, leftX, leftY, width, height, rightLens, leftLens, interocularAngle,
+    lensMin, lensRange, ipdOffset, ipdMin, ipdRange, hFov);
+PIN(HeadMountedRecord, 54, 8, rightFov);
+PIN(HeadMountedRecord, 62, 8, leftFov);
+PIN(HeadMountedRecord, 70, 1, revision, dualLayer, interleaveStacked, extendedMode, displays, streams, layers,
+    layerMetadata, replication, rightRotation, leftRotation, lensAdjustable, lensMotion, lensDistance, ipdUseful,
+    rightDisplay, leftDisplay, rightEye, leftEye, foveated, layer0Streams, layer1Streams);
+SIZE(HeadMountedRecord, 92);
+PIN(HeadMountedLayerRecord, 0, 4, serialNumber);
+PIN(HeadMountedLayerRecord, 4, 2, productCode);
+PIN(HeadMountedLayerRecord, 6, 3, vendorId);
+PIN(HeadMountedLayerRecord, 9, 1, revision, layer, configurable, cropping, lensCorrection, lensConfigurable, gamma,
+    degamma, mura, blankingData, reprojection, reprojectionSwitchable, scalings, scalingConfigurable);
+PIN(HeadMountedLayerRecord, 23, 4, otherScaling);
+PIN(HeadMountedLayerRecord, 27, 1, layerStreams);
+SIZE(HeadMountedLayerRecord, 28);
+PIN(VesaDeviceRecord, 0, 2, maxClock, nativeWidth, nativeHeight, aspectRatioX100, primary4X, primary4Y, primary5X,
+    primary5Y, primary6X, primary6Y, responseTime, audioDelay);
+PIN(VesaDeviceRecord, 24, 1, interfaceType, channels, version, release, contentProtection, minClock, orientation,
+    rotation, zeroPixel, scanDirection, subPixels, hPitch, vPitch, dithering, directDrive, noOverdrive, deinterlacing,
+    audio, separateAudio, audioOverride, audioDelayTold, rateConversion, rateRange, nominalRate, interfaceDepth,
+    displayDepth, extraPrimaries, whiteToBlack, hOverscan, vOverscan);
+SIZE(VesaDeviceRecord, 54);
+PIN(VesaTransferRecord, 0, 1, curve, count);
+PIN(VesaTransferRecord, 2, 64, samples);
+SIZE(VesaTransferRecord, 66);
+PIN(VideoFormatEntry, 0, 1, rid, base50, rate24, base60, rate144, factors, rate48);
+SIZE(VideoFormatEntry, 7);
+PIN(VideoFormatsRecord, 0, 1, ycc420, fractionalPreferred, descriptorSize, count);
+PIN(VideoFormatsRecord, 4, 210, entries);
+SIZE(VideoFormatsRecord, 214);
+PIN(HdmiAudioFormat, 0, 1, formatCode, channels, rate32k, rate44k1, rate48k, rate88k2, rate96k, rate176k4, rate192k,
+    bits16, bits20, bits24, formatDependent);
+SIZE(HdmiAudioFormat, 13);
+PIN(HdmiAudioRecord, 0, 1, maxStreams, nonMixed, count);
+PIN(HdmiAudioRecord, 3, 78, formats);
+PIN(HdmiAudioRecord, 81, 20, speakers);
+PIN(HdmiAudioRecord, 101, 1, LSd_RSd, speakerSystem);
+SIZE(HdmiAudioRecord, 103);
+PIN(ToneMappingPoint, 0, 1, percent, peak);
+SIZE(ToneMappingPoint, 2);
+PIN(ToneMappingRecord, 0, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY);
+PIN(ToneMappingRecord, 16, 1, version, grdmSupport, drdm, hgigDrdm, useHgig, maxRgb, gamut, minBrightness10,
+    peakBrightness100, pointCount);
+PIN(ToneMappingRecord, 26, 8, points);
+SIZE(ToneMappingRecord, 34);
+PIN(FilmmakerRecord, 0, 1, contentType, contentSubtype);
+SIZE(FilmmakerRecord, 2);
+PIN(MicrosoftVsdbRecord, 0, 1, version, desktopUsage, thirdPartyUsage, primaryUse);
+PIN(MicrosoftVsdbRecord, 4, 16, containerId);
+SIZE(MicrosoftVsdbRecord, 20);
+PIN(ProductInformationRecord, 0, 3, oui);
+PIN(ProductInformationRecord, 3, 1, version, length);
+PIN(ProductInformationRecord, 5, 26, name);
+SIZE(ProductInformationRecord, 31);
 
 PIN(AudioFmtCap, 0, 1, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt);
 SIZE(AudioFmtCap, 11);

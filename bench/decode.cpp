@@ -44,9 +44,12 @@ Places<Entry> MakePlaces() {
 // Vendors' blocks share a tag, and differ behind it.
 template <class Entry>
 bool HasHeadOf(const Codec<Entry>& codec, const Entry& entry) {
+  const size_t size = codec.head.size();
   if constexpr (requires { entry.extTag; }) {
-    const size_t size = codec.head.size();
     return entry.size >= size && std::equal(codec.head.begin() + 1, codec.head.end(), entry.bytes + 1);
+  } else if constexpr (requires { entry.revision; }) {
+    // Behind tag, revision and length.
+    return size < 4 || (entry.size >= size && std::equal(codec.head.begin() + 3, codec.head.end(), entry.bytes + 3));
   }
   return true;
 }

@@ -12,14 +12,33 @@ struct Counted {
 };
 
 constexpr Counted kCounted[] = {
-    {"vics", "vicCount"},         {"hdmiVics", "hdmiVicLen"}, {"sads", "sadCount"},    {"entries", "entryCount"},
-    {"entries", "count"},         {"formats", "count"},       {"references", "count"}, {"header", "headerLength"},
-    {"payload", "payloadLength"}, {"flags", "flagCount"},
+    {"vics", "vicCount"},
+    {"hdmiVics", "hdmiVicLen"},
+    {"sads", "sadCount"},
+    {"entries", "entryCount"},
+    {"entries", "count"},
+    {"formats", "count"},
+    {"references", "count"},
+    {"header", "headerLength"},
+    {"payload", "payloadLength"},
+    {"flags", "flagCount"},
+    {"ranges", "count"},
+    {"additional", "additionalCount"},
+    {"primaries", "primaryCount"},
+    {"whites", "whiteCount"},
+    {"parameters", "parameterCount"},
+    {"codes", "codeLength"},
+    {"curves", "length"},
+    {"data", "length"},
+    {"name", "length"},
+    {"samples", "count"},
+    {"points", "pointCount"},
 };
 
 size_t SizeOf(const FieldInfo& field) {
   if (field.record != nullptr) return field.record->size;
-  return field.type == NumberType::kU32 ? 4 : field.type == NumberType::kU16 ? 2 : 1;
+  if (field.type == NumberType::kU32) return 4;
+  return field.type == NumberType::kU16 || field.type == NumberType::kI16 ? 2 : 1;
 }
 
 template <class Number>
@@ -82,6 +101,8 @@ int64_t NumberAt(const FieldInfo& field, const void* record, size_t index) {
       return Read<uint32_t>(at);
     case NumberType::kI8:
       return Read<int8_t>(at);
+    case NumberType::kI16:
+      return Read<int16_t>(at);
     default:
       return Read<uint8_t>(at);
   }
@@ -91,6 +112,7 @@ void SetNumber(const FieldInfo& field, void* record, size_t index, int64_t value
   uint8_t* at = static_cast<uint8_t*>(record) + field.offset + index * SizeOf(field);
   switch (field.type) {
     case NumberType::kU16:
+    case NumberType::kI16:
       return Write<uint16_t>(value, at);
     case NumberType::kU32:
       return Write<uint32_t>(value, at);

@@ -14,7 +14,7 @@
 
 namespace reedid::document {
 
-enum class NumberType : uint8_t { kU8, kU16, kU32, kI8, kChar };
+enum class NumberType : uint8_t { kU8, kU16, kU32, kI8, kI16, kChar };
 
 struct RecordInfo;
 
@@ -49,10 +49,11 @@ inline constexpr RecordInfo kRecordInfo = {FieldsOf<Record>::kName, sizeof(Recor
 
 template <class Item>
 constexpr NumberType TypeOf() {
-  static_assert(std::is_integral_v<Item> && (std::is_unsigned_v<Item> || sizeof(Item) == 1), "no type of a field");
+  static_assert(std::is_integral_v<Item> && (std::is_unsigned_v<Item> || sizeof(Item) <= 2), "no type of a field");
   if constexpr (std::is_same_v<Item, char>) return NumberType::kChar;
   if constexpr (sizeof(Item) == 1) return std::is_signed_v<Item> ? NumberType::kI8 : NumberType::kU8;
-  return sizeof(Item) == 2 ? NumberType::kU16 : NumberType::kU32;
+  if constexpr (sizeof(Item) == 2) return std::is_signed_v<Item> ? NumberType::kI16 : NumberType::kU16;
+  return NumberType::kU32;
 }
 
 template <class Field>
@@ -169,6 +170,59 @@ REEDID_FIELDS(DisplayParams20Record, sizeIn1mm, hImageSize, vImageSize, hPixels,
               technology, gammaX100)
 REEDID_FIELDS(DispIdRangeLimits, minPixelClock, maxPixelClock, minHRate, maxHRate, minHBlank, minVRate, maxVRate,
               minVBlank, interlaced, cvtStandard, cvtReduced, discreteFrequency, seamlessTransition)
+REEDID_FIELDS(AdaptiveSyncRange, minRefresh, maxRefresh, nativeRange, mode, noSeamless, increaseNoJitter,
+              decreaseNoJitter, maxIncrease, maxDecrease, extra)
+REEDID_FIELDS(AdaptiveSyncRecord, revision, descriptorSize, count, ranges)
+REEDID_FIELDS(TiledDisplayRecord, tileWidth, tileHeight, serialNumber, productCode, pixelMultiplier, vendorId, revision,
+              singleEnclosure, bezelPresent, someTilesBehavior, oneTileBehavior, hTiles, vTiles, hLocation, vLocation,
+              bezelTop, bezelBottom, bezelRight, bezelLeft)
+REEDID_FIELDS(ColorEotf, colorSpace, eotf)
+REEDID_FIELDS(InterfaceFeaturesRecord, revision, rgbDepths, ycc444Depths, ycc422Depths, ycc420Depths, min420PixelRate,
+              audio32k, audio44k1, audio48k, colorEotfs, additionalCount, additional)
+REEDID_FIELDS(DisplayInterfaceRecord, revision, interfaceType, links, version, release, rgbDepths, ycc444Depths,
+              ycc422Depths, contentProtection, protectionVersion, protectionRelease, spreadType, spreadPercent,
+              attribute1, attribute2)
+REEDID_FIELDS(ContainerIdRecord, revision, id)
+REEDID_FIELDS(DispIdVendorRecord, revision, flags, vendor, length, data)
+REEDID_FIELDS(VesaVendorRecord, dscBppX16, dscPresent, revision, structureType, nativeColor, overlapPixels, multiSst)
+REEDID_FIELDS(ColorPoint, x, y)
+REEDID_FIELDS(DispIdColorRecord, primaries, whites, standardColorSpace, revision, cie1976, transferId, temporal,
+              primaryCount, whiteCount)
+REEDID_FIELDS(DispIdTransferRecord, revision, identifier, firstIsWhite, individualCurves, fourParameters, length,
+              curves)
+REEDID_FIELDS(StereoRecord, revision, timingSupport, method, parameterCount, parameters, codeLength, codes)
+REEDID_FIELDS(BrightnessRecord, minSdrLuminance, maxSdrLuminance, maxBoostLuminance, revision)
+REEDID_FIELDS(DisplayDeviceRecord, nativeWidth, nativeHeight, aspectRatioX100, responseTime, hPitch, vPitch, revision,
+              technology, operatingMode, backlightSwitchable, backlightDimmable, orientation, rotation, zeroPixel,
+              scanDirection, subPixels, bitDepth, whiteToBlack)
+REEDID_FIELDS(PowerSequencingRecord, revision, minT1, maxT1, maxT2, maxT3, minT4, minT5, minT6)
+REEDID_FIELDS(HeadMountedRecord, rightFocal, leftFocal, rightCenterY, rightCenterX, leftCenterY, leftCenterX, rightX,
+              rightY, leftX, leftY, width, height, rightLens, leftLens, interocularAngle, lensMin, lensRange, ipdOffset,
+              ipdMin, ipdRange, hFov, rightFov, leftFov, revision, dualLayer, interleaveStacked, extendedMode, displays,
+              streams, layers, layerMetadata, replication, rightRotation, leftRotation, lensAdjustable, lensMotion,
+              lensDistance, ipdUseful, rightDisplay, leftDisplay, rightEye, leftEye, foveated, layer0Streams,
+              layer1Streams)
+REEDID_FIELDS(HeadMountedLayerRecord, serialNumber, productCode, vendorId, revision, layer, configurable, cropping,
+              lensCorrection, lensConfigurable, gamma, degamma, mura, blankingData, reprojection,
+              reprojectionSwitchable, scalings, scalingConfigurable, otherScaling, layerStreams)
+REEDID_FIELDS(VesaDeviceRecord, maxClock, nativeWidth, nativeHeight, aspectRatioX100, primary4X, primary4Y, primary5X,
+              primary5Y, primary6X, primary6Y, responseTime, audioDelay, interfaceType, channels, version, release,
+              contentProtection, minClock, orientation, rotation, zeroPixel, scanDirection, subPixels, hPitch, vPitch,
+              dithering, directDrive, noOverdrive, deinterlacing, audio, separateAudio, audioOverride, audioDelayTold,
+              rateConversion, rateRange, nominalRate, interfaceDepth, displayDepth, extraPrimaries, whiteToBlack,
+              hOverscan, vOverscan)
+REEDID_FIELDS(VesaTransferRecord, curve, count, samples)
+REEDID_FIELDS(VideoFormatEntry, rid, base50, rate24, base60, rate144, factors, rate48)
+REEDID_FIELDS(VideoFormatsRecord, ycc420, fractionalPreferred, descriptorSize, count, entries)
+REEDID_FIELDS(HdmiAudioFormat, formatCode, channels, rate32k, rate44k1, rate48k, rate88k2, rate96k, rate176k4, rate192k,
+              bits16, bits20, bits24, formatDependent)
+REEDID_FIELDS(HdmiAudioRecord, maxStreams, nonMixed, count, formats, speakers, LSd_RSd, speakerSystem)
+REEDID_FIELDS(ToneMappingPoint, percent, peak)
+REEDID_FIELDS(ToneMappingRecord, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY, version, grdmSupport, drdm,
+              hgigDrdm, useHgig, maxRgb, gamut, minBrightness10, peakBrightness100, pointCount, points)
+REEDID_FIELDS(FilmmakerRecord, contentType, contentSubtype)
+REEDID_FIELDS(MicrosoftVsdbRecord, version, desktopUsage, thirdPartyUsage, primaryUse, containerId)
+REEDID_FIELDS(ProductInformationRecord, oui, version, length, name)
 
 REEDID_FIELDS(AudioFmtCap, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt)
 REEDID_FIELDS(VdbRecord, nativeVic, vicCount, vics)

@@ -107,12 +107,69 @@ template <>
 inline constexpr std::array kGetters<SpeakerLocationRecord>{
     By(CEA_GetSLDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION)};
 template <>
+inline constexpr std::array kGetters<VesaDeviceRecord>{
+    By(CEA_GetVesaDevice, CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE)};
+template <>
+inline constexpr std::array kGetters<VesaTransferRecord>{By(CEA_GetVesaTransfer, CEA_TAG_VESA_TRANSFER)};
+template <>
+inline constexpr std::array kGetters<VideoFormatsRecord>{By(CEA_GetVFDB, CEA_TAG_VIDEO_FORMAT)};
+template <>
+inline constexpr std::array kGetters<HdmiAudioRecord>{By(CEA_GetHdmiAudio, CEA_TAG_EXTENDED, CEA_EXT_TAG_HDMI_AUDIO)};
+template <>
+inline constexpr std::array kGetters<ToneMappingRecord>{
+    By(CEA_GetHFSBTMDB, CEA_TAG_EXTENDED, CEA_EXT_TAG_TONE_MAPPING)};
+template <>
+inline constexpr std::array kGetters<FilmmakerRecord>{By(CEA_GetFilmmaker, CEA_TAG_VENDOR, 0, REEDID_OUI_UHD_ALLIANCE)};
+template <>
+inline constexpr std::array kGetters<MicrosoftVsdbRecord>{
+    By(CEA_GetMicrosoftVSDB, CEA_TAG_VENDOR, 0, REEDID_OUI_MICROSOFT)};
+template <>
+inline constexpr std::array kGetters<ProductInformationRecord>{
+    By(CEA_GetProductInformation, CEA_TAG_EXTENDED, CEA_EXT_TAG_PRODUCT_INFORMATION)};
+template <>
 inline constexpr std::array kGetters<DisplayParamsRecord>{By(DispID_GetDPDB, DISPID_TAG_DISPLAY_PARAMS)};
 template <>
 inline constexpr std::array kGetters<DisplayParams20Record>{By(DispID20_GetDPDB, DISPID20_TAG_DISPLAY_PARAMS)};
 template <>
 inline constexpr std::array kGetters<DispIdRangeLimits>{By(DispID_GetRangeLimits, DISPID_TAG_RANGE_LIMITS),
                                                         By(DispID20_GetRangeLimits, DISPID20_TAG_RANGE_LIMITS)};
+template <>
+inline constexpr std::array kGetters<AdaptiveSyncRecord>{By(DispID20_GetAdaptiveSync, DISPID20_TAG_ADAPTIVE_SYNC)};
+template <>
+inline constexpr std::array kGetters<TiledDisplayRecord>{By(DispID_GetTiledDisplay, DISPID_TAG_TILED),
+                                                         By(DispID20_GetTiledDisplay, DISPID20_TAG_TILED)};
+template <>
+inline constexpr std::array kGetters<InterfaceFeaturesRecord>{
+    By(DispID20_GetInterfaceFeatures, DISPID20_TAG_INTERFACE_FEATURES)};
+template <>
+inline constexpr std::array kGetters<DisplayInterfaceRecord>{
+    By(DispID_GetDisplayInterface, DISPID_TAG_DISPLAY_INTERFACE)};
+template <>
+inline constexpr std::array kGetters<ContainerIdRecord>{By(DispID20_GetContainerID, DISPID20_TAG_CONTAINER_ID)};
+template <>
+inline constexpr std::array kGetters<DispIdVendorRecord>{By(DispID_GetVendor, DISPID_TAG_VENDOR),
+                                                         By(DispID20_GetVendor, DISPID20_TAG_VENDOR)};
+template <>
+inline constexpr std::array kGetters<VesaVendorRecord>{
+    By(DispID20_GetVesaVendor, DISPID20_TAG_VENDOR, 0, REEDID_OUI_VESA)};
+template <>
+inline constexpr std::array kGetters<DispIdColorRecord>{By(DispID_GetColor, DISPID_TAG_COLOR)};
+template <>
+inline constexpr std::array kGetters<DispIdTransferRecord>{By(DispID_GetTransfer, DISPID_TAG_TRANSFER)};
+template <>
+inline constexpr std::array kGetters<StereoRecord>{By(DispID_GetStereo, DISPID_TAG_STEREO),
+                                                   By(DispID20_GetStereo, DISPID20_TAG_STEREO)};
+template <>
+inline constexpr std::array kGetters<BrightnessRecord>{By(DispID20_GetBrightness, DISPID20_TAG_BRIGHTNESS)};
+template <>
+inline constexpr std::array kGetters<DisplayDeviceRecord>{By(DispID_GetDisplayDevice, DISPID_TAG_DISPLAY_DEVICE)};
+template <>
+inline constexpr std::array kGetters<PowerSequencingRecord>{By(DispID_GetPowerSequencing, DISPID_TAG_POWER_SEQUENCING)};
+template <>
+inline constexpr std::array kGetters<HeadMountedRecord>{By(DispID20_GetHeadMounted, DISPID20_TAG_HEAD_MOUNTED)};
+template <>
+inline constexpr std::array kGetters<HeadMountedLayerRecord>{
+    By(DispID20_GetHeadMountedLayer, DISPID20_TAG_HEAD_MOUNTED_LAYER)};
 /// @endcond
 
 /// Whether `entry` is of a kind: tag, extended tag and vendor.
@@ -126,10 +183,14 @@ bool IsKind(const Getter<CeaDataBlock, Record>& kind, const CeaDataBlock& entry)
   const uint8_t* oui = entry.bytes + at;  // least significant byte first
   return kind.oui == (uint32_t{oui[0]} | uint32_t{oui[1]} << 8 | uint32_t{oui[2]} << 16);
 }
-/// The same of a DisplayID data block, by its tag.
+/// The same of a DisplayID data block: its tag and vendor.
 template <class Record>
 bool IsKind(const Getter<DispIdDataBlock, Record>& kind, const DispIdDataBlock& entry) {
-  return entry.tag == kind.tag;
+  if (entry.tag != kind.tag) return false;
+  if (kind.oui == 0) return true;
+  if (entry.bytes == nullptr || entry.size < 6) return false;
+  const uint8_t* oui = entry.bytes + 3;  // most significant byte first
+  return kind.oui == (uint32_t{oui[0]} << 16 | uint32_t{oui[1]} << 8 | uint32_t{oui[2]});
 }
 /// The same of a descriptor, by its flag.
 template <class Record>

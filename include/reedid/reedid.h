@@ -5,10 +5,12 @@
 #define REEDID_REEDID_H
 
 #include "reedid/cea.h"
+#include "reedid/cea_display.h"
 #include "reedid/cea_hdmi.h"
 #include "reedid/cea_media.h"
 #include "reedid/cea_vendor.h"
 #include "reedid/displayid.h"
+#include "reedid/displayid_blocks.h"
 #include "reedid/image.h"
 #include "reedid/offers.h"
 #include "reedid/tags.h"

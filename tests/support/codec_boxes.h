@@ -179,6 +179,53 @@ struct Text {
   char text[260];
 };
 
+// CTA data blocks, each as its bytes; one that is cut short is filled up when it is written, and must be the last.
+struct InnerBlocks {
+  template <auto Get>
+  static int32_t Read(const DispIdDataBlock* entry, InnerBlocks* box) {
+    CeaDataBlock blocks[248];
+    const int32_t result = Get(entry, box == nullptr ? nullptr : blocks, 248);
+    if (result != 0) return result;
+    box->count = static_cast<uint32_t>(DispID20_GetCtaCnt(entry));
+    uint8_t* to = std::fill_n(box->bytes, sizeof box->bytes, uint8_t{0}) - sizeof box->bytes;
+    for (uint32_t i = 0; i < box->count; to += box->sizes[i++]) {
+      box->sizes[i] = blocks[i].size;
+      std::copy_n(blocks[i].bytes, blocks[i].size, to);
+    }
+    return 0;
+  }
+  template <auto Set>
+  static int32_t Write(const InnerBlocks* box, DispIdDataBlock* entry) {
+    if (box == nullptr) return Set(nullptr, 0, entry);
+    InnerBlocks copy = *box;
+    CeaDataBlock blocks[248];
+    uint8_t* from = copy.bytes;
+    for (uint32_t i = 0; i < copy.count; from += copy.sizes[i++]) {
+      blocks[i] = {static_cast<uint8_t>(from[0] >> 5), from[1], copy.sizes[i], from};
+    }
+    return Set(blocks, copy.count, entry);
+  }
+  size_t Used() const { return offsetof(InnerBlocks, sizes) + count; }
+  void To(Json& json) const {
+    json = Json::array();
+    const uint8_t* from = bytes;
+    for (uint32_t i = 0; i < count; from += sizes[i++]) json.push_back(ByteVector(from, from + sizes[i]));
+  }
+  void From(const Json& json) {
+    uint8_t* to = bytes;
+    count = static_cast<uint32_t>(json.size());
+    for (uint32_t i = 0; i < count; to += sizes[i++]) {
+      const ByteVector block = json[i];
+      sizes[i] = static_cast<uint8_t>(block.size());
+      std::copy(block.begin(), block.end(), to);
+    }
+  }
+
+  uint32_t count;
+  uint8_t bytes[256];
+  uint8_t sizes[248];
+};
+
 // A row of the table.
 template <class Box, auto Get, auto Set, class Entry>
 Codec<Entry> Row(Codec<Entry> codec) {

@@ -99,6 +99,18 @@ CodecList<CeaDataBlock> CtaCodecs() {
       Exact(CODEC("InfoFrame", CEA, InfoFrame, Plain<InfoFrameRecord>, "E0 20", 4, 32)),
       Exact(CODEC("room", CEA, RCDB, Plain<RoomRecord>, "E0 13", 6, 32)),
       Exact(CODEC("speaker location", CEA, SLDB, Plain<SpeakerLocationRecord>, "E0 14", 4, 32)),
+      Exact(CODEC("VESA device", CEA, VesaDevice, Plain<VesaDeviceRecord>, "E0 02", 32, 32)),
+      Exact(CODEC("VESA transfer", CEA, VesaTransfer, Plain<VesaTransferRecord>, "A0", 8, 32), {8, 16, 32}),
+      Exact(CODEC("video formats", CEA, VFDB, Plain<VideoFormatsRecord>, "C0", 2, 32)),
+      // What stands in byte 3 tells the size.
+      Exact(CODEC("HDMI audio", CEA, HdmiAudio, Plain<HdmiAudioRecord>, "E0 12 00 02", 3, 16), {3, 16}),
+      Exact(CODEC("HDMI audio without 3D", CEA, HdmiAudio, Plain<HdmiAudioRecord>, "E0 12 04 00", 3, 4), {3, 4}),
+      Exact(CODEC("tone mapping", CEA, HFSBTMDB, Plain<ToneMappingRecord>, "E0 7A 80 00", 22, 32)),
+      Exact(CODEC("tone mapping of a gamut", CEA, HFSBTMDB, Plain<ToneMappingRecord>, "E0 7A 80 C1", 4, 32)),
+      Exact(CODEC("filmmaker mode", CEA, Filmmaker, Plain<FilmmakerRecord>, "60 FB BB 1A", 6, 32)),
+      Exact(CODEC("Microsoft", CEA, MicrosoftVSDB, Plain<MicrosoftVsdbRecord>, "60 5C 12 CA 03", 22, 22)),
+      Exact(CODEC("product information", CEA, ProductInformation, Plain<ProductInformationRecord>, "E0 21 00 00 00 00",
+                  6, 32)),
       Exact(CODEC("dynamic HDR", CEA, DynamicHDR, Plain<DynamicHdrRecord>, "E0 07", 2, 32)),
   };
 }
@@ -126,6 +138,27 @@ CodecList<DispIdDataBlock> DispIdCodecs() {
       CODEC("range limits 2.0", DispID20, RangeLimits, Plain<DispIdRangeLimits>, "25", 12, 12),
       CODEC("serial number", DispID, SerialNumber, Text, "0A", 4, 255, kNormalises, "what stands behind the end"),
       CODEC("data string", DispID, DataString, Text, "0B", 4, 255, kOneWay, "written as a serial number"),
+      CODEC("CTA blocks", DispID20, CtaBlocks, InnerBlocks, "81", 3, 251, kNormalises, "padding"),
+      Exact(CODEC("Adaptive-Sync", DispID20, AdaptiveSync, Plain<AdaptiveSyncRecord>, "2B", 3, 251)),
+      Exact(CODEC("tiles", DispID, TiledDisplay, Plain<TiledDisplayRecord>, "12", 25, 25)),
+      Exact(CODEC("tiles 2.0", DispID20, TiledDisplay, Plain<TiledDisplayRecord>, "28", 25, 25)),
+      Exact(CODEC("interface features", DispID20, InterfaceFeatures, Plain<InterfaceFeaturesRecord>, "26", 12, 19)),
+      Exact(CODEC("display interface", DispID, DisplayInterface, Plain<DisplayInterfaceRecord>, "0F", 13, 13)),
+      Exact(CODEC("ContainerID", DispID20, ContainerID, Plain<ContainerIdRecord>, "29", 19, 19)),
+      Exact(CODEC("vendor", DispID, Vendor, Plain<DispIdVendorRecord>, "7F", 6, 251)),
+      Exact(CODEC("vendor 2.0", DispID20, Vendor, Plain<DispIdVendorRecord>, "7E", 6, 251)),
+      Exact(CODEC("VESA vendor", DispID20, VesaVendor, Plain<VesaVendorRecord>, "7E 00 00 3A 02 92", 8, 10), {8, 10}),
+      // What stands in byte 3 tells the size.
+      Exact(CODEC("colours", DispID, Color, Plain<DispIdColorRecord>, "02 00 00 31", 16, 16)),
+      Exact(CODEC("standard colours", DispID, Color, Plain<DispIdColorRecord>, "02 00 00 82", 11, 11)),
+      Exact(CODEC("transfer", DispID, Transfer, Plain<DispIdTransferRecord>, "0E", 4, 251)),
+      Exact(CODEC("stereo", DispID, Stereo, Plain<StereoRecord>, "10 41 00 03", 7, 251)),
+      Exact(CODEC("stereo 2.0", DispID20, Stereo, Plain<StereoRecord>, "27 81 00 01", 5, 251)),
+      Exact(CODEC("brightness", DispID20, Brightness, Plain<BrightnessRecord>, "2E", 9, 9)),
+      Exact(CODEC("display device", DispID, DisplayDevice, Plain<DisplayDeviceRecord>, "0C", 16, 16)),
+      Exact(CODEC("power sequencing", DispID, PowerSequencing, Plain<PowerSequencingRecord>, "0D", 9, 9)),
+      Exact(CODEC("head-mounted", DispID20, HeadMounted, Plain<HeadMountedRecord>, "2C", 82, 82)),
+      Exact(CODEC("layer", DispID20, HeadMountedLayer, Plain<HeadMountedLayerRecord>, "2D", 23, 23)),
   };
 }
 
@@ -166,7 +199,8 @@ ByteVector BlockOf(const Codec<CeaDataBlock>& codec, const ByteVector& payload) 
 
 ByteVector BlockOf(const Codec<DispIdDataBlock>& codec, const ByteVector& payload) {
   ByteVector block = Concat({codec.head, payload});
-  block.insert(block.begin() + 2, static_cast<uint8_t>(payload.size() - 1));
+  if (codec.head.size() == 1) block.insert(block.begin() + 2, 0);  // else its place is in the head
+  block[2] = static_cast<uint8_t>(block.size() - 3);
   return block;
 }
 

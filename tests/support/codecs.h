@@ -73,7 +73,8 @@ const Codec<Entry>& CodecOf(const std::string& name) {
 
 // The whole block: the codec's head, the length in its place, and `payload`.
 ByteVector BlockOf(const Codec<CeaDataBlock>& codec, const ByteVector& payload);
-ByteVector BlockOf(const Codec<DispIdDataBlock>& codec, const ByteVector& payload);  // revision and flags first
+// A head of a single byte leaves revision and flags to the payload.
+ByteVector BlockOf(const Codec<DispIdDataBlock>& codec, const ByteVector& payload);
 ByteVector BlockOf(const Codec<DtdSlot>& codec, const ByteVector& payload);
 
 }  // namespace reedid::test
