@@ -397,6 +397,24 @@ PIN(ProductInformationRecord, 0, 3, oui);
 PIN(ProductInformationRecord, 3, 1, version, length);
 PIN(ProductInformationRecord, 5, 26, name);
 SIZE(ProductInformationRecord, 31);
+PIN(DisplayInfoRecord, 0, 2, maxClock, crossover, vFrequency, hFrequency);
+PIN(DisplayInfoRecord, 8, 1, version, digitalInterface, standardKind);
+PIN(DisplayInfoRecord, 11, 4, standard);
+PIN(DisplayInfoRecord, 15, 1, dataEnable, dataEnableHigh, clockEdge, hdcp, doubleClock, packetized, dataFormat,
+    minClock, subPixelLayout, subPixelConfig, subPixelShape, hPitch, vPitch, fixedPixelFormat, viewDirection,
+    transparent, implementation, ddcCi, legacyModes, stereo, scaler, centering, conditionalUpdate, interlaced,
+    frameLock, rateConversion, orientationKind, portrait, zeroPixel, scanDirection, projector, defaultColor,
+    preferredColor);
+PIN(DisplayInfoRecord, 48, 14, colorCaps);
+PIN(DisplayInfoRecord, 62, 1, dithering);
+PIN(DisplayInfoRecord, 63, 3, depthBGR);
+PIN(DisplayInfoRecord, 66, 3, depthCbYCr);
+PIN(DisplayInfoRecord, 69, 1, aspectFull, aspectZoom, aspectSqueeze, aspectVariable, gammaKind, gammaCount);
+PIN(DisplayInfoRecord, 75, 45, gamma);
+SIZE(DisplayInfoRecord, 120);
+PIN(VideoTimingsRecord, 0, 1, version, dtdCount, cvtCount, standardCount);
+PIN(VideoTimingsRecord, 4, 122, items);
+SIZE(VideoTimingsRecord, 126);
 
 PIN(AudioFmtCap, 0, 1, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt);
 SIZE(AudioFmtCap, 11);

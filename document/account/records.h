@@ -223,6 +223,14 @@ REEDID_FIELDS(ToneMappingRecord, redX, redY, greenX, greenY, blueX, blueY, white
 REEDID_FIELDS(FilmmakerRecord, contentType, contentSubtype)
 REEDID_FIELDS(MicrosoftVsdbRecord, version, desktopUsage, thirdPartyUsage, primaryUse, containerId)
 REEDID_FIELDS(ProductInformationRecord, oui, version, length, name)
+REEDID_FIELDS(DisplayInfoRecord, maxClock, crossover, vFrequency, hFrequency, version, digitalInterface, standardKind,
+              standard, dataEnable, dataEnableHigh, clockEdge, hdcp, doubleClock, packetized, dataFormat, minClock,
+              subPixelLayout, subPixelConfig, subPixelShape, hPitch, vPitch, fixedPixelFormat, viewDirection,
+              transparent, implementation, ddcCi, legacyModes, stereo, scaler, centering, conditionalUpdate, interlaced,
+              frameLock, rateConversion, orientationKind, portrait, zeroPixel, scanDirection, projector, defaultColor,
+              preferredColor, colorCaps, dithering, depthBGR, depthCbYCr, aspectFull, aspectZoom, aspectSqueeze,
+              aspectVariable, gammaKind, gammaCount, gamma)
+REEDID_FIELDS(VideoTimingsRecord, version, dtdCount, cvtCount, standardCount, items)
 
 REEDID_FIELDS(AudioFmtCap, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt)
 REEDID_FIELDS(VdbRecord, nativeVic, vicCount, vics)

@@ -11,6 +11,7 @@
 #include "reedid/cea_vendor.h"
 #include "reedid/displayid.h"
 #include "reedid/displayid_blocks.h"
+#include "reedid/extensions.h"
 #include "reedid/image.h"
 #include "reedid/offers.h"
 #include "reedid/tags.h"
