@@ -74,9 +74,9 @@ REEDID_API int32_t CEA_SetVesaDevice(const VesaDeviceRecord* record, CeaDataBloc
 typedef struct VesaTransferRecord {
   uint8_t curve; /**< 0 white, 1 red, 2 green, 3 blue */
   uint8_t count; /**< 8, 16 or 32 */
-  uint16_t
-      samples[32]; /**< at equal distances, each 0..255 above the one before, the first up to 63, the last 1023; the
-                             first `count` are used, the others 0 */
+  /** At equal distances, each 0..255 above the one before, the first up to 63, the last 1023; the first `count` are used,
+   * the others 0. */
+  uint16_t samples[32];
 } VesaTransferRecord;
 
 /** Decodes a block of 8, 16 or 32 bytes. 0, or -1 when refused. */

@@ -243,17 +243,15 @@ REEDID_API int32_t DispID_SetTransfer(const DispIdTransferRecord* record, DispId
 
 /** Stereo display interface: tag 0x10 (DisplayID 1.3) and 0x27 (DisplayID 2.0). */
 typedef struct StereoRecord {
-  uint8_t revision; /**< 0..7 */
-  uint8_t
-      timingSupport; /**< 3D is taken by: 0 timings that say so, 1 those and the codes here, 2 all, 3 the codes here */
-  uint8_t method;    /**< 0 field sequential, 1 side by side, 2 pixel interleaved, 3 dual interface, 4 multi-view,
+  uint8_t revision;        /**< 0..7 */
+  uint8_t timingSupport;   /**< 3D in: 0 timings that say so, 1 those and the codes here, 2 all, 3 the codes here */
+  uint8_t method;          /**< 0 field sequential, 1 side by side, 2 pixel interleaved, 3 dual interface, 4 multi-view,
                                 5 stacked frames, 255 the maker's own */
-  uint8_t parameterCount; /**< 0..246 */
-  uint8_t
-      parameters[246]; /**< methods 0, 1, 5: bit 0 turns the eyes round; 2: 8 rows of 8 pixels, 1 for the left eye; 3:
-                                bit 0 right eye, 2..1 mirroring; 4: views, interleaving. As they stand */
-  uint8_t codeLength;  /**< 0..246; timingSupport 1 and 3 */
-  uint8_t codes[246];  /**< list after list: a byte with its type 7..6, 0 DMT, 1 VIC, 2 HDMI VIC, and its count 4..0,
+  uint8_t parameterCount;  /**< 0..246 */
+  uint8_t parameters[246]; /**< as they stand: of methods 0, 1, 5 bit 0 turns the eyes round; of 2 8 rows of 8 pixels, 1
+                                for the left eye; of 3 bit 0 right eye, 2..1 mirroring; of 4 views, interleaving */
+  uint8_t codeLength;      /**< 0..246; timingSupport 1 and 3 */
+  uint8_t codes[246]; /**< list after list: a byte with its type 7..6, 0 DMT, 1 VIC, 2 HDMI VIC, and its count 4..0,
                                 then the codes. As they stand */
 } StereoRecord;
 
