@@ -26,14 +26,12 @@ struct Chromaticity {
 };
 constexpr Chromaticity kRed = {160, 64}, kGreen = {0, 128}, kBlue = {32, 8};
 
-constexpr Place kNowhere = {0, 0, 0};
-
 // In 1/256 above `base`; the record has 1/4096.
-void Coordinate(const ExactIo& io, uint16_t& field, uint32_t base, Place low, Place next = kNowhere,
-                Place high = kNowhere) {
+template <class... Places>
+void Coordinate(const ExactIo& io, uint16_t& field, uint32_t base, Places... places) {
   Coded(
       io, field, [base](uint32_t code) { return (base + code) * 16; },
-      [base](uint32_t value) { return value % 16 == 0 ? value / 16 - base : ~0u; }, low, next, high);
+      [base](uint32_t value) { return value % 16 == 0 ? value / 16 - base : ~0u; }, places...);
 }
 
 // Two numbers of 12 bits, from byte `at`.
