@@ -66,7 +66,7 @@ library, the pkg-config file and the CMake package.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS hwdata)  # names of makers
+set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS "hwdata, ieee-data")  # names of makers and vendors
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "show, check and edit the EDID of displays
 Command-line tool for EDID base blocks, CTA-861 extensions and DisplayID
 sections. It tells what a display says of itself and whether that is valid,

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "document/account/color_text.h"
 #include "document/account/descriptors.h"
 #include "document/account/pnp_ids.h"
 #include "document/account/records.h"
@@ -73,12 +74,6 @@ const char* ColorTypeText(const VesaBlock& model, uint8_t featureByte) {
   return Is14(model) && model.digitalInput ? kDigital[type] : kDisplay[type];
 }
 
-std::string ChromaticityText(const VesaBlock& m) {
-  const auto point = [](unsigned x, unsigned y) { return fmt::format("{:.3f} {:.3f}", x / 1024.0, y / 1024.0); };
-  return fmt::format("red {}, green {}, blue {}, white {}", point(m.redX, m.redY), point(m.greenX, m.greenY),
-                     point(m.blueX, m.blueY), point(m.whiteX, m.whiteY));
-}
-
 // The bits of bytes 35 to 37; a few of them are no DMT timings but those of old adapters (EDID 1.4, table 3.18).
 void DescribeEstablished(const VesaBlock& model, const ByteSource& at, Node& parent) {
   Node node;
@@ -126,7 +121,7 @@ bool DescribeBase(const EdidBlock& block, const ByteSource& at, Node& node) {
   node.Add("Gamma", model->gammaX100 == 0 ? "not stated" : fmt::format("{:.2f}", model->gammaX100 / 100.0), at(23));
   node.Add("Features", FeaturesText(*model), at(24));
   node.Add("Colour", ColorTypeText(*model, block.bytes[24]), at(24));
-  node.Add("Chromaticity", ChromaticityText(*model), at(25, 10));
+  node.Add("Chromaticity", ChromaticityText(*model, 1024), at(25, 10));
   if ((block.bytes[37] & 0x7F) != 0) node.Add("Manufacturer's", fmt::format("{:02x}", block.bytes[37] & 0x7F), at(37));
   node.Add("Extensions", fmt::format("{}", model->extensionCount), at(126));
   node.record = *model;

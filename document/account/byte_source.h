@@ -10,6 +10,12 @@
 
 namespace reedid::document {
 
+// Where a part of a block stands in it.
+struct Extent {
+  size_t offset = 0;
+  size_t size = 0;
+};
+
 // Bytes, and the offset of each in its block.
 class SourceBytes {
  public:
@@ -56,6 +62,7 @@ class ByteSource {
   SourceBytes Rest() const;
 
   size_t size() const { return bytes_.size(); }
+  Extent extent() const { return {start_, bytes_.size()}; }
 
  private:
   std::span<const uint8_t> bytes_;

@@ -1,4 +1,4 @@
-// The CTA-861 extension: its flags, its data blocks by name, its detailed timings.
+// The CTA-861 extension: its flags, its data blocks, its detailed timings.
 
 #include "document/account/cta.h"
 
@@ -6,10 +6,7 @@
 
 #include <algorithm>
 
-#include "document/account/cta_audio.h"
-#include "document/account/cta_color.h"
-#include "document/account/cta_hdmi.h"
-#include "document/account/cta_video.h"
+#include "document/account/cta_data_blocks.h"
 #include "document/account/detailed_timing.h"
 #include "document/account/records.h"
 #include "document/account/values.h"
@@ -21,111 +18,6 @@ namespace {
 constexpr size_t kCollectionStart = 4;
 constexpr size_t kChecksumByte = 127;
 constexpr size_t kDtdSize = sizeof(DtdSlot::bytes);
-
-// A renderer returns false when the block cannot be decoded; without one, the bytes are shown.
-using Renderer = bool (*)(const CeaDataBlock&, const CeaBlock&, const ByteSource&, Node&);
-
-struct DataBlockKind {
-  unsigned tag;
-  unsigned extTag;  // for CEA_TAG_EXTENDED
-  const char* name;
-  Renderer render;
-};
-
-// CTA-861, tables 32 and 33.
-constexpr DataBlockKind kDataBlockKinds[] = {
-    {CEA_TAG_AUDIO, 0, "Audio Data Block", DescribeAudio},
-    {CEA_TAG_VIDEO, 0, "Video Data Block", DescribeVideo},
-    {CEA_TAG_SPEAKERS, 0, "Speaker Allocation Data Block", DescribeSpeakers},
-    {CEA_TAG_VESA_TRANSFER, 0, "VESA Display Transfer Characteristic Data Block", nullptr},
-    {CEA_TAG_VIDEO_FORMAT, 0, "Video Format Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY, "Video Capability Data Block", DescribeVideoCapability},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, "Vendor-Specific Video Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE, "VESA Display Device Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, "Colorimetry Data Block", DescribeColorimetry},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, "HDR Static Metadata Data Block", DescribeStaticHdr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR, "HDR Dynamic Metadata Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_NATIVE_RESOLUTION, "Native Video Resolution Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_FORMAT_PREFERENCE, "Video Format Preference Data Block", DescribeFormatPreference},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO, "YCbCr 4:2:0 Video Data Block", Describe420Video},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP, "YCbCr 4:2:0 Capability Map Data Block", Describe420Map},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, "Vendor-Specific Audio Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION, "Room Configuration Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION, "Speaker Location Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME, "InfoFrame Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII, "DisplayID Type VII Video Timing Data Block", DescribeTypeVII},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII, "DisplayID Type VIII Video Timing Data Block", DescribeTypeVIII},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X, "DisplayID Type X Video Timing Data Block", DescribeTypeX},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE, "HDMI Forum EDID Extension Override Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_SINK_CAPABILITY, "HDMI Forum Sink Capability Data Block", nullptr},
-};
-
-// Vendors by their IEEE OUI, for tag 3 and the vendor-specific video and audio blocks.
-struct Vendor {
-  unsigned oui;
-  const char* name;
-  Renderer render;         // of the block with tag 3
-  bool isPrivate = false;  // has a ContainerID
-};
-
-constexpr Vendor kVendors[] = {
-    {REEDID_OUI_HDMI, "HDMI 1.4b", DescribeHdmi14b},
-    {REEDID_OUI_HDMI_FORUM, "HDMI Forum", DescribeHdmiForum},
-    {REEDID_OUI_DOLBY, "Dolby", nullptr},
-    {REEDID_OUI_HDR10_PLUS, "HDR10+", nullptr},
-    {REEDID_OUI_AMD, "AMD", nullptr},
-    {REEDID_OUI_MICROSOFT, "Microsoft", nullptr, true},
-};
-
-const Vendor* FindVendor(unsigned oui) {
-  for (const Vendor& vendor : kVendors) {
-    if (vendor.oui == oui) return &vendor;
-  }
-  return nullptr;
-}
-
-// The OUI of a vendor-specific block, least significant byte first, added to the title.
-const Vendor* AddVendor(const ByteSource& at, size_t ouiByte, Node& node) {
-  if (at.size() < ouiByte + 3) return nullptr;
-  const SourceBytes b = at(ouiByte, 3);
-  const Vendor* vendor = FindVendor(unsigned{b[0]} | unsigned{b[1]} << 8 | unsigned{b[2]} << 16);
-  node.title += vendor != nullptr ? fmt::format(", {}", vendor->name)
-                                  : fmt::format(", OUI {:02x}-{:02x}-{:02x}", b[2], b[1], b[0]);
-  node.bytes = at(0, ouiByte + 3);
-  return vendor;
-}
-
-DataBlockKind KindOf(const CeaDataBlock& entry) {
-  for (const DataBlockKind& kind : kDataBlockKinds) {
-    if (kind.tag == entry.tag && (entry.tag != CEA_TAG_EXTENDED || kind.extTag == entry.extTag)) return kind;
-  }
-  return {entry.tag, entry.extTag, entry.tag == CEA_TAG_VENDOR ? "Vendor-Specific Data Block" : "Reserved Data Block",
-          nullptr};
-}
-
-Node DescribeDataBlock(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at) {
-  const DataBlockKind kind = KindOf(entry);
-  const bool isVendor = entry.tag == CEA_TAG_VENDOR;
-  const bool isExtended = entry.tag == CEA_TAG_EXTENDED;
-  Node node;
-  node.title =
-      isExtended ? fmt::format("{} (7/{})", kind.name, entry.extTag) : fmt::format("{} ({})", kind.name, entry.tag);
-  node.bytes = at(0, isExtended ? 2 : 1);
-  Renderer render = kind.render;
-  if (isVendor ||
-      (isExtended && (entry.extTag == CEA_EXT_TAG_VENDOR_VIDEO || entry.extTag == CEA_EXT_TAG_VENDOR_AUDIO))) {
-    const Vendor* vendor = AddVendor(at, isVendor ? 1 : 2, node);
-    if (vendor != nullptr && isVendor) render = vendor->render;
-    node.isPrivate = vendor != nullptr && vendor->isPrivate;
-  }
-  if (render != nullptr && render(entry, model, at, node)) {
-    node.AddRest(at);
-    return node;
-  }
-  if (render != nullptr) node.Add("Not decoded", "its size is outside what is read of this kind").isFault = true;
-  if (SourceBytes rest = at.Rest(); !rest.empty()) node.AddBytes("Bytes", std::move(rest));
-  return node;
-}
 
 void AddHeader(const CeaBlock& model, const ByteSource& at, Node& node) {
   const NamedFlag flags[] = {{model.underscan, "underscan"},
@@ -175,7 +67,7 @@ void DescribeBehindTag0(const EdidBlock& block, const CeaBlock& model, size_t of
                                 header >> 5 == CEA_TAG_EXTENDED ? block.bytes[offset + 1] : uint8_t{0}, size,
                                 block.bytes + offset};
     if (entry.tag != 0) {
-      node.Child(DescribeDataBlock(entry, model, at.Part(offset, size)));
+      node.Child(DescribeCtaDataBlock(entry, model, at.Part(offset, size)));
     } else {
       node.AddBytes("Tag 0", at(offset, size)).publicValue = kHidden;
     }
@@ -196,7 +88,7 @@ void DescribeSlots(const EdidBlock& block, const CeaBlock& model, const ByteSour
     const bool isTiming = slot.bytes[0] != 0 || slot.bytes[1] != 0;
     const ByteSource from = at.Part(offset, kDtdSize);
     if (isTiming) {
-      node.Child(DescribeDtd(fmt::format("Detailed timing {}", ++number), slot, from));
+      node.Child(DescribeDtd(fmt::format("Detailed timing {}", ++number), slot, from)).extent = from.extent();
     } else {
       Node other;
       other.title = fmt::format("No timing ({:02x}) at byte {}", slot.bytes[3], offset);
@@ -216,7 +108,7 @@ bool DescribeCta(const EdidBlock& block, const ByteSource& at, Node& node) {
   AddHeader(*model, at, node);
   size_t offset = kCollectionStart;
   for (const CeaDataBlock& entry : std::span(model->dataBlocks, model->dataBlockCount)) {
-    if (entry.bytes != nullptr) node.Child(DescribeDataBlock(entry, *model, at.Part(offset, entry.size)));
+    if (entry.bytes != nullptr) node.Child(DescribeCtaDataBlock(entry, *model, at.Part(offset, entry.size)));
     offset += entry.size;
   }
   DescribeBehindTag0(block, *model, offset, at, node);

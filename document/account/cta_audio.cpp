@@ -8,58 +8,78 @@
 namespace reedid::document {
 namespace {
 
-std::string AudioFormatName(const SadRecord& sad) {
-  static constexpr const char* kFormats[] = {"reserved",      "L-PCM",  "AC-3",      "MPEG-1", "MP3",
-                                             "MPEG-2",        "AAC LC", "DTS",       "ATRAC",  "One Bit Audio",
-                                             "Enhanced AC-3", "DTS-HD", "MAT (MLP)", "DST",    "WMA Pro"};
-  static constexpr const char* kExtended[] = {"reserved",
-                                              "reserved",
-                                              "reserved",
-                                              "reserved",
-                                              "MPEG-4 HE AAC",
-                                              "MPEG-4 HE AAC v2",
-                                              "MPEG-4 AAC LC",
-                                              "DRA",
-                                              "MPEG-4 HE AAC and MPEG Surround",
-                                              "reserved",
-                                              "MPEG-4 AAC LC and MPEG Surround",
-                                              "MPEG-H 3D Audio",
-                                              "AC-4",
-                                              "L-PCM 3D Audio"};
-  if (sad.formatCode < std::size(kFormats)) return kFormats[sad.formatCode];
-  if (sad.extFormatCode < std::size(kExtended)) return kExtended[sad.extFormatCode];
-  return fmt::format("extended format {}", sad.extFormatCode);
+constexpr unsigned kExtended = 15;
+constexpr unsigned kMpegH = 11, kPcm3d = 13;  // extended formats
+constexpr unsigned kMat = 12;
+
+bool Is(const AudioFormat& format, unsigned extended) {
+  return format.formatCode == kExtended && format.extFormatCode == extended;
 }
 
-std::string SadText(const SadRecord& sad) {
-  const NamedFlag rates[] = {{sad.rate32k, "32"},    {sad.rate44k1, "44.1"}, {sad.rate48k, "48"},
-                             {sad.rate88k2, "88.2"}, {sad.rate96k, "96"},    {sad.rate176k4, "176.4"},
-                             {sad.rate192k, "192"}};
-  const NamedFlag depths[] = {{sad.bits16, "16"}, {sad.bits20, "20"}, {sad.bits24, "24"}};
-  std::string text = fmt::format("{} channels; {} kHz", sad.channels, SetFlags(rates, "no"));
-  const bool isPcm = sad.formatCode == 1 || (sad.formatCode == 15 && sad.extFormatCode == 13);
-  if (isPcm) text += fmt::format("; {} bits", SetFlags(depths, "no"));
-  if (sad.formatCode >= 2 && sad.formatCode <= 8) text += fmt::format("; up to {} kbit/s", sad.maxBitrate * 8);
-  if (sad.formatDependent != 0) text += fmt::format("; format's own {:#04x}", sad.formatDependent);
-  return text;
+// What a format has besides channels and rates, by the names that people know it by.
+std::string FeaturesText(const AudioFormat& f) {
+  const bool trueHdOnly = f.formatCode == kMat && f.matObjects == 0;
+  const NamedFlag flags[] = {{f.joc, "Dolby Atmos (JOC)"},
+                             {f.jocAcmod28, "JOC with acmod 28"},
+                             {f.dtsX, "DTS:X"},
+                             {trueHdOnly, "Dolby TrueHD"},
+                             {f.matObjects, "Dolby TrueHD, Dolby Atmos and PCM in MAT"},
+                             {f.matNoHash, "no hash needed"},
+                             {f.frames1024, "frames of 1024"},
+                             {f.frames960, "frames of 960"},
+                             {f.systemH, "22.2 channels"},
+                             {f.mpegSurroundExplicit, "MPEG Surround signalled explicitly too"},
+                             {f.lowComplexityProfile, "low complexity profile"},
+                             {f.baselineProfile, "baseline profile"}};
+  return SetFlags(flags, "");
+}
+
+std::string ChannelsText(const AudioFormat& f) {
+  if (Is(f, kMpegH)) return f.level == 0 ? "no level stated" : fmt::format("level {}", f.level);
+  if (f.channels == 0) return "any channels";
+  return fmt::format("{} channel{}", f.channels, f.channels == 1 ? "" : "s");
 }
 
 }  // namespace
 
-bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  AdbRecord record;
-  if (CEA_GetADB(&entry, &record) != 0) return false;
-  node.record = record;
-  for (unsigned i = 0; i < record.sadCount; ++i) {
-    node.Add(AudioFormatName(record.sads[i]), SadText(record.sads[i]), at(1 + 3 * i, 3));
-  }
-  return true;
+std::string AudioFormatName(const AudioFormat& format) {
+  static constexpr const char* kFormats[] = {"reserved",      "L-PCM",  "AC-3",      "MPEG-1", "MP3",
+                                             "MPEG-2",        "AAC LC", "DTS",       "ATRAC",  "One Bit Audio",
+                                             "Enhanced AC-3", "DTS-HD", "MAT (MLP)", "DST",    "WMA Pro"};
+  static constexpr const char* kExtendedFormats[] = {"reserved",
+                                                     "HE AAC",
+                                                     "HE AAC v2",
+                                                     "MPEG Surround",
+                                                     "MPEG-4 HE AAC",
+                                                     "MPEG-4 HE AAC v2",
+                                                     "MPEG-4 AAC LC",
+                                                     "DRA",
+                                                     "MPEG-4 HE AAC and MPEG Surround",
+                                                     "reserved",
+                                                     "MPEG-4 AAC LC and MPEG Surround",
+                                                     "MPEG-H 3D Audio",
+                                                     "AC-4",
+                                                     "L-PCM 3D Audio",
+                                                     "Auro-Cx",
+                                                     "MPEG-D USAC"};
+  if (format.formatCode < std::size(kFormats)) return kFormats[format.formatCode];
+  if (format.extFormatCode < std::size(kExtendedFormats)) return kExtendedFormats[format.extFormatCode];
+  return fmt::format("extended format {}", format.extFormatCode);
 }
 
-bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  SpeakerRecord s;
-  if (CEA_GetSADB(&entry, &s) != 0) return false;
-  node.record = s;
+std::string AudioFormatText(const AudioFormat& f) {
+  const NamedFlag rates[] = {{f.rate32k, "32"}, {f.rate44k1, "44.1"},   {f.rate48k, "48"},  {f.rate88k2, "88.2"},
+                             {f.rate96k, "96"}, {f.rate176k4, "176.4"}, {f.rate192k, "192"}};
+  const NamedFlag depths[] = {{f.bits16, "16"}, {f.bits20, "20"}, {f.bits24, "24"}};
+  std::string text = fmt::format("{}; {} kHz", ChannelsText(f), SetFlags(rates, "no"));
+  if (f.formatCode == 1 || Is(f, kPcm3d)) text += fmt::format("; {} bits", SetFlags(depths, "no"));
+  if (f.formatCode >= 2 && f.formatCode <= 8) text += fmt::format("; up to {} kbit/s", f.maxBitrate);
+  if (const std::string features = FeaturesText(f); !features.empty()) text += "; " + features;
+  if (f.formatDependent != 0) text += fmt::format("; format's own {:#04x}", f.formatDependent);
+  return text;
+}
+
+std::string SpeakersText(const SpeakerRecord& s) {
   const NamedFlag flags[] = {{s.FL_FR, "FL/FR"},
                              {s.LFE1, "LFE1"},
                              {s.FC, "FC"},
@@ -80,7 +100,42 @@ bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSour
                              {s.BtFC, "BtFC"},
                              {s.BtFL_BtFR, "BtFL/BtFR"},
                              {s.TpLS_TpRS, "TpLS/TpRS"}};
-  node.Add("Speakers", SetFlags(flags), at(1, 3));
+  return SetFlags(flags);
+}
+
+bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  AudioFormatsRecord record;
+  if (CEA_GetAudioFormats(&entry, &record) != 0) return false;
+  node.record = record;
+  std::vector<std::string> names;
+  for (unsigned i = 0; i < record.count; ++i) {
+    names.push_back(AudioFormatName(record.formats[i]));
+    node.Add(names.back(), AudioFormatText(record.formats[i]), at(1 + 3 * i, 3));
+  }
+  node.summary = Joined(names);
+  return true;
+}
+
+bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  SpeakerRecord record;
+  if (CEA_GetSADB(&entry, &record) != 0) return false;
+  node.record = record;
+  node.Add("Speakers", SpeakersText(record), at(1, 3));
+  return true;
+}
+
+bool DescribeDolbyAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  DolbyAudioRecord r;
+  if (CEA_GetDolbyAudio(&entry, &r) != 0) return false;
+  node.record = r;
+  const NamedFlag zones[] = {{r.centerZone, "centre"},
+                             {r.surroundZone, "surround"},
+                             {r.heightZone, "height"},
+                             {r.headphoneOnly, "headphones only"}};
+  node.Add("Version", fmt::format("{}", r.version), at(5));
+  node.Add("Speaker zones", SetFlags(zones), at(5));
+  if (at.size() > 6) node.Add("MAT", r.matPcm48Only != 0 ? "PCM at 48 kHz only" : "TrueHD and PCM", at(6));
+  if (r.unknownFlag != 0) node.Add("Unknown", "bit 7 of byte 6", at(6));
   return true;
 }
 

@@ -2,28 +2,36 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
+#include "document/account/color_text.h"
 #include "document/account/records.h"
 #include "document/account/values.h"
 
 namespace reedid::document {
 namespace {
 
-// CTA-861.3: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
-double Luminance(unsigned code) {
-  return 50.0 * std::exp2(code / 32.0);
-}
-
-std::string LuminanceText(unsigned code) {
-  return code == 0 ? "not stated" : fmt::format("{:.0f} cd/m2", Luminance(code));
+std::string CodeText(unsigned code) {
+  return code == 0 ? "not stated" : LuminanceText(Luminance(code));
 }
 
 std::string LeastLuminanceText(const StaticHdrRecord& r) {
   if (r.minLuminance == 0) return "0 cd/m2, or not stated";
-  const double part = r.minLuminance / 255.0;
-  if (r.maxLuminance == 0) return fmt::format("{:.3g} of a maximum that is not stated", part * part / 100);
-  return fmt::format("{:.3g} cd/m2", Luminance(r.maxLuminance) * part * part / 100);
+  const double least = LeastLuminance(r.minLuminance, r.maxLuminance);
+  if (r.maxLuminance == 0) return fmt::format("{:.3g} of a maximum that is not stated", least / Luminance(0));
+  return LuminanceText(least);
+}
+
+// Who brought it about, as people know it.
+std::string DynamicText(const DynamicHdrEntry& entry) {
+  static constexpr const char* kTypes[] = {"reserved", "ST 2094-10 (Dolby Vision)", "ETSI TS 103 433 (SL-HDR)",
+                                           "ST 2094-30", "ST 2094-40 (HDR10+)"};
+  constexpr unsigned kSlHdr = 2, kOverlay = 0x100;
+  std::string text = entry.type == kOverlay ? "graphics overlay" : NameOf(kTypes, entry.type);
+  if (entry.flagCount == 0) return text;
+  const unsigned flags = entry.flags[0];
+  text += fmt::format(", version {}", flags & 0xF);
+  static constexpr const char* kModes[] = {"SL-HDR1", "SL-HDR2", "SL-HDR3"};
+  if (entry.type == kSlHdr) text += ", " + SetBits(flags >> 4 & 7, kModes);
+  return text;
 }
 
 }  // namespace
@@ -55,7 +63,6 @@ bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock&, const B
   return true;
 }
 
-// CTA-861, 7.5.13: luminance code v is 50 * 2^(v / 32) cd/m2, the minimum is relative to the maximum.
 bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
   StaticHdrRecord r = {};
   if (CEA_GetStaticHDR(&entry, &r) != 0) return false;
@@ -64,9 +71,24 @@ bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSou
       {r.eotfSdr, "SDR gamma"}, {r.eotfHdr, "HDR gamma"}, {r.eotfPq, "PQ (ST 2084)"}, {r.eotfHlg, "HLG"}};
   node.Add("Transfer", SetFlags(curves), at(2));
   node.Add("Static metadata", r.staticMetadataType1 ? "type 1" : "none", at(3));
-  if (at.size() > 4) node.Add("Maximum", LuminanceText(r.maxLuminance), at(4));
-  if (at.size() > 5) node.Add("Frame average", LuminanceText(r.maxFrameAvgLuminance), at(5));
+  if (at.size() > 4) node.Add("Maximum", CodeText(r.maxLuminance), at(4));
+  if (at.size() > 5) node.Add("Frame average", CodeText(r.maxFrameAvgLuminance), at(5));
   if (at.size() > 6) node.Add("Minimum", LeastLuminanceText(r), at(6));
+  node.summary = SetFlags(curves);
+  if (r.maxLuminance != 0) node.summary += fmt::format("; up to {}", CodeText(r.maxLuminance));
+  return true;
+}
+
+bool DescribeDynamicHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  DynamicHdrRecord r;
+  if (CEA_GetDynamicHDR(&entry, &r) != 0) return false;
+  node.record = r;
+  size_t first = 2;
+  for (unsigned i = 0; i < r.count; ++i) {
+    const size_t size = 3u + r.entries[i].flagCount;
+    node.Add("Dynamic metadata", DynamicText(r.entries[i]), at(first, size));
+    first += size;
+  }
   return true;
 }
 

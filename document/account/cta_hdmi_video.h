@@ -5,7 +5,7 @@
 
 namespace reedid::document {
 
-// From byte 8 on, which says what is there: latencies, the meaning of the image size, HDMI VICs, 3D formats.
-void AddHdmiVideo(const CeaDataBlock& entry, const ByteSource& at, Node& node);
+// What stands from byte 9 on: latencies, the meaning of the image size, HDMI VICs, 3D formats.
+void AddHdmiVideo(const H14b3dRecord& record, const CeaBlock& model, const ByteSource& at, Node& node);
 
 }  // namespace reedid::document

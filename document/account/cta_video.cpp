@@ -5,6 +5,7 @@
 #include "document/account/detailed_timing.h"
 #include "document/account/records.h"
 #include "document/account/timing_lists.h"
+#include "document/account/values.h"
 
 namespace reedid::document {
 namespace {
@@ -20,11 +21,13 @@ void AddTypeRevision(const CeaDataBlock& entry, const ByteSource& at, Node& node
   node.Add("Revision", fmt::format("{}{}", byte & 7, flags), at(2));
 }
 
-// Short Video References (CTA-861, 7.5.12): VICs, and places among the DTDs and DisplayID timings of the EDID.
-std::string SvrText(unsigned svr) {
-  if ((svr >= 1 && svr <= 127) || (svr >= 193 && svr <= 253)) return fmt::format("VIC {}", svr);
+// Short video references (CTA-861, 7.5.12): VICs, and places among the DTDs and DisplayID timings of the EDID.
+std::string ReferenceText(unsigned svr) {
+  static constexpr unsigned kRates[] = {24, 25, 30, 48, 50, 60, 100, 120, 144, 200, 240, 300, 360, 400, 480};
+  if ((svr >= 1 && svr <= 127) || (svr >= 193 && svr <= 253)) return "VIC " + ItemText(VicItem(VicIndex(svr)));
   if (svr >= 129 && svr <= 144) return fmt::format("detailed timing {}", svr - 128);
   if (svr >= 145 && svr <= 160) return fmt::format("DisplayID timing {}", svr - 144);
+  if (svr >= 161 && svr <= 175) return fmt::format("the first video format at {} Hz", kRates[svr - 161]);
   if (svr == 254) return "the first code of the type VIII block";
   return fmt::format("{}, reserved", svr);
 }
@@ -35,12 +38,15 @@ bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock&, const ByteSource&
   VdbRecord record;
   if (CEA_GetVDB(&entry, &record) != 0) return false;
   node.record = record;
+  std::vector<std::string> vics;
   for (unsigned i = 0; i < record.vicCount; ++i) {
+    vics.push_back(fmt::format("{}", CtaVic(record.vics[i])));
     // The record keeps the last native mark only; the bytes have them all.
     const bool native = entry.bytes[1 + i] > 128 && entry.bytes[1 + i] <= 192;
     node.AddTiming(fmt::format("VIC {}", CtaVic(record.vics[i])), VicItem(record.vics[i]), native ? ", native" : "",
                    at(1 + i));
   }
+  node.summary = "VIC " + Joined(vics);
   return true;
 }
 
@@ -73,9 +79,23 @@ bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, const Byte
 }
 
 bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
-  for (unsigned i = 2; i < entry.size; ++i) {
-    node.Add(fmt::format("Preference {}", i - 1), SvrText(entry.bytes[i]), at(i));
+  FormatPreferenceRecord r;
+  if (CEA_GetVFPDB(&entry, &r) != 0) return false;
+  node.record = r;
+  for (unsigned i = 0; i < r.count; ++i) {
+    node.Add(fmt::format("Preference {}", i + 1), ReferenceText(r.references[i]), at(2 + i));
   }
+  return true;
+}
+
+bool DescribeNativeResolution(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  NativeResolutionRecord r;
+  if (CEA_GetNVRDB(&entry, &r) != 0) return false;
+  node.record = r;
+  node.Add("Native timing", ReferenceText(r.reference), at(2));
+  if (r.sizeUnit == 0) return true;
+  const double unit = r.sizeUnit / 10.0;  // mm
+  node.Add("Image size", fmt::format("{:.1f} x {:.1f} mm", r.width * unit, r.height * unit), at(3, 5));
   return true;
 }
 

@@ -10,6 +10,7 @@ bool DescribeVideo(const CeaDataBlock& entry, const CeaBlock& model, const ByteS
 bool Describe420Video(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool Describe420Map(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeFormatPreference(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeNativeResolution(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeTypeVII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeTypeVIII(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeTypeX(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);

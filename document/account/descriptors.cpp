@@ -19,6 +19,7 @@ bool DescribeText(const VesaBlock&, const DtdSlot& slot, const ByteSource& at, N
   if (get(&slot, text, sizeof text) != 0) return false;
   node.Add("Text", TextValue(text), at(5, 13));
   node.record = {{"text", PrintableText(text)}};
+  node.summary = TextValue(text);
   return true;
 }
 
@@ -153,13 +154,16 @@ DescriptorKind KindOf(uint8_t tag) {
 Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource& at) {
   const DtdSlot& slot = model.descriptors[index];
   if (slot.flag == 1 && (slot.bytes[0] != 0 || slot.bytes[1] != 0)) {
-    return DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot, at);
+    Node timing = DescribeDtd(fmt::format("Descriptor {}, detailed timing", index + 1), slot, at);
+    timing.extent = at.extent();
+    return timing;
   }
   const DescriptorKind kind = KindOf(slot.bytes[3]);
   Node node;
   node.title = fmt::format("Descriptor {}, {} ({:02x})", index + 1, kind.name, slot.bytes[3]);
   node.kind = fmt::format("{} ({:02x})", kind.name, slot.bytes[3]);
   node.bytes = at(0, 5);
+  node.extent = at.extent();
   node.isPrivate = kind.tag == EDID_DESCRIPTOR_SERIAL_NUMBER;
   const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);
   node.AddRest(at, decoded ? "Other bytes" : "Bytes");

@@ -96,6 +96,7 @@ Node DescribeDataBlock(const DispIdDataBlock& entry, const ByteSource& at) {
   node.title = fmt::format("{} ({:02x}), revision {}", kind.name, entry.tag, entry.revision);
   node.label = fmt::format("{} ({:02x})", kind.name, entry.tag);
   node.bytes = at(0, 3);
+  node.extent = at.extent();
   node.isPrivate = kind.isPrivate;
   if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags), at(1));
   if (DescribeSectionBlock(entry, at, node)) {

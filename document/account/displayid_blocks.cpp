@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 
+#include "document/account/color_text.h"
 #include "document/account/displayid_timings.h"
 #include "document/account/pnp_ids.h"
 #include "document/account/records.h"
@@ -68,22 +68,6 @@ bool DescribeParameters(const DispIdDataBlock& entry, const ByteSource& at, Node
   return true;
 }
 
-std::string Chromaticity12(const DisplayParams20Record& r) {
-  const auto point = [](unsigned x, unsigned y) { return fmt::format("{:.3f} {:.3f}", x / 4096.0, y / 4096.0); };
-  return fmt::format("red {}, green {}, blue {}, white {}", point(r.redX, r.redY), point(r.greenX, r.greenY),
-                     point(r.blueX, r.blueY), point(r.whiteX, r.whiteY));
-}
-
-// Half precision in cd/m2 (DisplayID 2.0, table 4-10): the sign bit alone says that nothing is stated.
-std::string HalfFloatText(unsigned code) {
-  const int exponent = static_cast<int>(code >> 10 & 0x1F);
-  const double fraction = (code & 0x3FF) / 1024.0;
-  if (code == 0x8000) return "not stated";
-  if (code > 0x7FFF || exponent == 31) return fmt::format("{:#06x}, reserved", code);
-  const double value = exponent == 0 ? std::ldexp(fraction, -14) : std::ldexp(1 + fraction, exponent - 15);
-  return fmt::format("{:.4g} cd/m2", value);
-}
-
 bool DescribeParameters20(const DispIdDataBlock& entry, const ByteSource& at, Node& node) {
   static constexpr const char* kTechnologies[] = {"not specified", "LCD", "OLED"};
   DisplayParams20Record r;
@@ -92,7 +76,7 @@ bool DescribeParameters20(const DispIdDataBlock& entry, const ByteSource& at, No
   node.Add("Image size", TenthMm(r.hImageSize, r.vImageSize), at(3, 4));
   node.Add("Native format", fmt::format("{}x{}", r.hPixels, r.vPixels), at(7, 4));
   node.Add("Features", fmt::format("{:#04x}", r.features), at(11));
-  node.Add("Chromaticity", Chromaticity12(r), at(12, 12));
+  node.Add("Chromaticity", ChromaticityText(r, 4096), at(12, 12));
   node.Add("Full luminance", HalfFloatText(r.maxLuminanceFull), at(24, 2));
   node.Add("10 % luminance", HalfFloatText(r.maxLuminance10), at(26, 2));
   node.Add("Least luminance", HalfFloatText(r.minLuminance), at(28, 2));

@@ -18,6 +18,10 @@ bool IsFilling(const SourceBytes& bytes) {
   return are(bytes.begin(), bytes.end(), 0) || (bytes[0] == '\n' && are(bytes.begin() + 1, bytes.end(), uint8_t{' '}));
 }
 
+void HideTexts(std::vector<Remark>& remarks) {
+  for (Remark& remark : remarks) remark.text = kHidden;
+}
+
 }  // namespace
 
 std::vector<TimingItem> ItemsOf(const Node& root) {
@@ -54,11 +58,16 @@ void HidePrivate(Node& root) {
     if (!root.isPrivate && !field.publicValue) continue;
     field.value = field.publicValue.value_or(kHidden);
     field.bytes.Clear();
+    HideTexts(field.remarks);
   }
   for (const std::string& key : root.privateKeys) {
     if (root.record.contains(key)) root.record[key] = nullptr;
   }
-  if (root.isPrivate) root.record = nullptr;
+  if (root.isPrivate) {
+    root.record = nullptr;
+    root.summary.clear();
+    HideTexts(root.remarks);
+  }
   for (Node& child : root.children) {
     child.isPrivate = child.isPrivate || root.isPrivate;
     HidePrivate(child);

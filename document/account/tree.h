@@ -16,6 +16,13 @@ using Json = nlohmann::ordered_json;
 
 inline constexpr char kHidden[] = "hidden";
 
+// Something wrong with the bytes of a field or a title, as a rule tells it.
+struct Remark {
+  std::string severity;  // "error", "warning", "note"
+  std::string rule;
+  std::string text;
+};
+
 struct Field {
   std::string name;
   std::string value;                            // without one, the field only names what its bytes are
@@ -23,6 +30,7 @@ struct Field {
   bool isFault = false;                         // tells of something wrong with the data, which should stand out
   bool isTiming = false;                        // tells one of the node's timings, or a part of its only one
   std::optional<std::string> publicValue = {};  // of a field that gives away one unit: what to say instead
+  std::vector<Remark> remarks = {};
 };
 
 struct Node {
@@ -38,6 +46,9 @@ struct Node {
   ByteVector block;                 // of a block of the image: all its bytes
   bool isPrivate = false;           // all that it holds gives away one unit
   std::vector<std::string> privateKeys = {};  // those of the record that do
+  std::string summary = {};                   // what the fields come to, in a few words; empty: the fields themselves
+  std::optional<Extent> extent = {};          // of a data block or a descriptor: where it stands in the image's block
+  std::vector<Remark> remarks = {};           // about the title's bytes, or those that no field was made from
 
   Field& Add(std::string name, std::string value, SourceBytes from = {}) {
     fields.push_back({std::move(name), std::move(value), std::move(from)});

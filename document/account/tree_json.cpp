@@ -36,6 +36,15 @@ Json BytesJson(const std::vector<Field>& fields) {
   return json;
 }
 
+// Those about the title's bytes have no field.
+void AddRemarks(const std::vector<Remark>& remarks, const std::string& field, Json& node) {
+  for (const Remark& remark : remarks) {
+    Json json = {{"rule", remark.rule}, {"severity", remark.severity}, {"values", remark.text}};
+    if (!field.empty()) json["field"] = field;
+    node["findings"].push_back(std::move(json));
+  }
+}
+
 }  // namespace
 
 Json ItemJson(const TimingItem& item) {
@@ -52,6 +61,8 @@ Json ToJson(const Node& root, bool hex) {
   if (hex && !root.bytes.empty()) json["titleBytes"] = Hex(root.bytes);
   if (Json text = TextJson(root.fields); !text.empty()) json["text"] = std::move(text);
   if (Json bytes = BytesJson(root.fields); hex && !bytes.empty()) json["bytes"] = std::move(bytes);
+  AddRemarks(root.remarks, "", json);
+  for (const Field& field : root.fields) AddRemarks(field.remarks, field.name, json);
   if (!root.record.is_null()) json["record"] = root.record;
   for (const TimingItem& item : root.timings) json["timings"].push_back(ItemJson(item));
   for (const Node& child : root.children) json["parts"].push_back(ToJson(child, hex));

@@ -7,7 +7,7 @@
 
 namespace reedid::document {
 
-// "title", "text" (the fields), "record", "timings", "parts" (the children); with `hex`, also "titleBytes" and "bytes"
+// "title", "text" (the fields), "findings" (the remarks), "record", "timings", "parts" (the children); with `hex`, also "titleBytes" and "bytes"
 // (those of the fields).
 Json ToJson(const Node& root, bool hex = false);
 

@@ -23,6 +23,7 @@ const fmt::text_style kTitleLook = fmt::emphasis::bold;
 const fmt::text_style kNameLook = fmt::fg(fmt::terminal_color::cyan);
 const fmt::text_style kHexLook = fmt::emphasis::faint;
 const fmt::text_style kFaultLook = fmt::emphasis::bold | fmt::fg(fmt::terminal_color::red);
+const fmt::text_style kWarningLook = fmt::emphasis::bold | fmt::fg(fmt::terminal_color::yellow);
 
 constexpr bool IsContinuation(char c) {
   return (static_cast<uint8_t>(c) & 0xC0) == 0x80;
@@ -64,12 +65,17 @@ std::vector<std::string> HexLines(std::span<const uint8_t> bytes) {
   return lines;
 }
 
+const fmt::text_style& LookOf(const Remark& remark) {
+  return remark.severity == "error" ? kFaultLook : remark.severity == "warning" ? kWarningLook : kHexLook;
+}
+
 class TextWriter {
  public:
   explicit TextWriter(const TextStyle& style) : style_(style), width_(std::max(style.width, kNarrowestLine)) {}
 
   void Write(const Node& node, size_t depth) {
     WriteTitle(node, depth);
+    WriteRemarks(node.remarks, (depth + 1) * kIndent);
     WriteFields(node.fields, (depth + 1) * kIndent);
     for (const Node& child : node.children) Write(child, depth + 1);
   }
@@ -158,6 +164,20 @@ class TextWriter {
       Append(i < values.size() ? values[i] : "", field.isFault ? kFaultLook : fmt::text_style());
       EndLine();
     }
+    WriteRemarks(field.remarks, before);
+  }
+
+  void WriteRemarks(const std::vector<Remark>& remarks, size_t indent) {
+    const size_t room = std::max(kNarrowestValue, width_ - std::min(width_, indent + kIndent));
+    for (const Remark& remark : remarks) {
+      const std::string text = fmt::format("! {} {}: {}", remark.severity, remark.rule, WithoutControls(remark.text));
+      pending_ = indent;
+      for (const std::string& line : Wrapped(text, room)) {
+        Append(line, LookOf(remark));
+        NextLine(indent + kIndent);
+      }
+    }
+    pending_ = 0;
   }
 
   const TextStyle& style_;

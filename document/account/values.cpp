@@ -3,16 +3,26 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <vector>
-
 namespace reedid::document {
 
+std::string Joined(std::span<const std::string> texts, const char* none) {
+  return texts.empty() ? none : fmt::format("{}", fmt::join(texts, ", "));
+}
+
 std::string SetFlags(std::span<const NamedFlag> flags, const char* none) {
-  std::vector<const char*> names;
+  std::vector<std::string> names;
   for (const NamedFlag& flag : flags) {
-    if (flag.flag != 0) names.push_back(flag.name);
+    if (flag.flag != 0) names.emplace_back(flag.name);
   }
-  return names.empty() ? none : fmt::format("{}", fmt::join(names, ", "));
+  return Joined(names, none);
+}
+
+std::string SetBits(unsigned bits, std::span<const char* const> names, const char* none) {
+  std::vector<std::string> set;
+  for (size_t i = 0; i < 32; ++i) {
+    if ((bits >> i & 1) != 0) set.push_back(i < names.size() ? names[i] : fmt::format("bit {}", i));
+  }
+  return Joined(set, none);
 }
 
 std::string PhysAddrText(uint16_t address) {

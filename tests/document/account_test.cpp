@@ -88,12 +88,12 @@ TEST(Describe, CtaDataBlocks) {
       {"a block of tag 0", Cta().Vdb({16}).Block(0, {}).Hdmi(0x1234), "Behind the data block of tag 0 at byte 6"},
       {"what follows it", Cta().Vdb({16}).Block(0, {}).Hdmi(0x1234), "Physical address  1.2.3.4\n"},
       {"HDMI Forum with reserved rate", Cta().HdmiForum({1, 0, 0x80, 0xF0}), "FRL rate           reserved\n"},
-      {"another vendor", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}), "Data Block (3), AMD\n      Bytes  05\n"},
+      {"a vendor's block cut off", Cta().Block(3, {0x1A, 0x00, 0x00, 0x05}), "(3), AMD FreeSync\n      Not decoded"},
       {"no OUI", Cta().Block(3, {0x1A}), "Vendor-Specific Data Block (3)\n      Bytes  1a\n"},
       {"a vendor without a name", Cta().Block(3, {1, 2, 3}), "Vendor-Specific Data Block (3), OUI 03-02-01\n"},
       {"more than is decoded", Cta().Hdmi(0x1000, {0, 30, 0, 9}),
        "Content types     none\n      Other bytes       09\n"},
-      {"vendor's video", Cta().Extended(1, {0x46, 0xD0, 0x00}), "Video Data Block (7/1), Dolby\n"},
+      {"a vendor's block of another kind", Cta().Extended(1, {0x1A, 0, 0, 9}), "(7/1), AMD\n      Bytes  09\n"},
       {"reserved tag", Cta().Extended(99, {1}), "Reserved Data Block (7/99)\n      Bytes  01\n"},
       {"4:2:0 map of everything", Cta().Vdb({97}).Extended(15, {}), "4:2:0 too  all of the Video Data Block\n"},
       {"4:2:0 map of nothing", Cta().Extended(15, {1}), "Not decoded"},
@@ -113,6 +113,53 @@ TEST(Describe, CtaDataBlocks) {
       {"speakers", "tv-4k", "Speakers  01 00 00  FL/FR\n"},
       {"HDR", "tv-4k", "Data Block (7/6)\n      Transfer         SDR gamma, PQ (ST 2084), HLG\n"},
       {"4:2:0 map", "tv-4k", "VICs, 4:2:0 too  0f 00 00  97, 118, 117, 96\n"},
+  });
+}
+
+TEST(Describe, VendorDataBlocks) {
+  const Cta freeSync = Cta().Block(3, {0x1A, 0, 0, 2, 0x0B, 48, 144, 0, 5, 0x80, 0x50, 0x60, 0x50});
+  const Cta freeSync3 = Cta().Block(3, {0x1A, 0, 0, 3, 0x41, 48, 240, 0xE9, 0x80, 96, 1, 75, 2, 0x68, 1});
+  const Cta dolby0 = Cta().Extended(1, {0x46, 0xD0, 0,    0x02, 0x34, 0xA4, 0x54, 0xA3, 0x4C, 0x9F, 0x7A, 0x27,
+                                        0x0B, 0x14, 0x50, 0x54, 0x81, 0x05, 0xA7, 0x28, 0,    0,    0,    0});
+  const Cta dolby1 = Cta().Extended(1, {0x46, 0xD0, 0, 0x2A, 0x18, 0x03, 0x51, 0x59, 0x99, 0xAA});
+  const Cta dolby2 = Cta().Extended(1, {0x46, 0xD0, 0, 0x44, 0x57, 0x53, 0x68, 0x65, 0x87, 0x5F});
+  const Cta forum = Cta().HdmiForum({1, 120, 0xA0, 0x68, 0xC2, 0x28, 0x78, 0x90, 0x33, 5});
+  ExpectLines({
+      {"FreeSync", freeSync, "FreeSync range   48 to 144 Hz\n"},
+      {"its luminance", freeSync, "Luminance        0.787 to 800 cd/m2\n      Without dimming  0.394 to 400 cd/m2\n"},
+      {"rates above 255 Hz", freeSync3, "FreeSync range   48 to 360 Hz\n"},
+      {"their bytes", freeSync3, "FreeSync range   30 f0 68 01  48 to 360 Hz\n"},
+      {"panel", freeSync3, "Panel            OLED\n"},
+      {"G-SYNC", Cta().Block(3, {0x4B, 4, 0, 1, 30}), "Variable rate  from 30 Hz\n"},
+      {"HDR10+", Cta().Extended(1, {0x8B, 0x84, 0x90, 0x79}), "Full white frame  400 cd/m2, 40 % of the peak\n"},
+      {"HDR10+ without a peak", Cta().Extended(1, {0x8B, 0x84, 0x90, 1}), "Full white frame  10 % of the peak\n"},
+      {"Dolby Vision 0", dolby0, "Luminance   0.01 to 401 cd/m2 (PQ 88 to 2673)\n"},
+      {"its primaries", dolby0, "blue 0.154 0.045, white 0.313 0.329\n"},
+      {"Dolby Vision 1", dolby1, "Luminance    0.000062 to 700 cd/m2\n      Colorimetry  P3-D65\n"},
+      {"low latency", dolby1, "Interfaces   standard and low latency\n"},
+      {"Dolby Vision 2", dolby2, "Luminance        0.0569 to 431 cd/m2 (PQ 200 to 2705)\n"},
+      {"RGB", dolby2, "RGB and YCbCr 4:4:4 with 10 bits\n"},
+      {"Dolby audio", Cta().Extended(17, {0x46, 0xD0, 0, 0x50, 0x81}),
+       "Speaker zones  centre, height\n      MAT            PCM at 48 kHz only\n      Unknown"},
+      {"Atmos", Cta().Block(1, {0x57, 7, 1}), "Enhanced AC-3  8 channels; 32, 44.1, 48 kHz; Dolby Atmos (JOC)\n"},
+      {"TrueHD", Cta().Block(1, {0x67, 4, 0}), "MAT (MLP)  8 channels; 48 kHz; Dolby TrueHD\n"},
+      {"Atmos in MAT", Cta().Block(1, {0x67, 4, 3}), "TrueHD, Dolby Atmos and PCM in MAT, no hash needed\n"},
+      {"DTS:X", Cta().Block(1, {0x5F, 0x7E, 3}), "176.4, 192 kHz; DTS:X; format's own 0x01\n"},
+      {"MPEG-H", Cta().Block(1, {0x7B, 4, 0x5B}), "MPEG-H 3D Audio  level 3; 48 kHz; low complexity profile"},
+      {"3D by VIC", Cta().Vdb({16, 5}).Hdmi(0x1000, {0, 0, 0x20, 0x80, 1, 0x10}), "3D of descriptor 2, VIC 5  frame"},
+      {"QMS", forum, "Features           QMS, ALLM, FAPA end extended\n"},
+      {"QMS rates", forum, "QMS target rates   TFRmin\n"},
+      {"cable", forum, "Supports           SCDC, cable status\n"},
+      {"UHD by VIC", forum, "UHD formats        of the HDMI VICs, also by CTA VIC\n"},
+      {"sink capability", Cta().Extended(121, {0, 0, 1, 120, 0x80, 0, 2, 0x28, 60}), "VRR                40 to 60 Hz"},
+      {"override", Cta().Extended(120, {3}), "Extensions  3, whatever the base block says\n"},
+      {"dynamic HDR", Cta().Extended(7, {3, 2, 0, 0x31, 3, 4, 0, 1}), "(SL-HDR), version 1, SL-HDR1, SL-HDR2\n"},
+      {"native resolution", Cta().Extended(8, {0x91, 0x81, 0x10, 0x0E, 0xB0, 7}), "3600.0 x 1968.0 mm\n"},
+      {"format preference", Cta().Extended(13, {97, 129}), "Preference 1  VIC 97 (3840x2160 60.000 Hz"},
+      {"InfoFrames", Cta().Extended(32, {0, 1, 1, 0x46, 0xD0, 0, 2}), "InfoFrame 1      vendor-specific, Dolby\n"},
+      {"room", Cta().Extended(19, {0xE2, 7, 0, 0, 16, 16, 8, 0, 64, 0}), "Speakers      3: FL/FR, LFE1, FC\n"},
+      {"its place", Cta().Extended(19, {0xE2, 7, 0, 0, 16, 16, 8, 0, 64, 0}), "x 0.000, y 1.000, z 0.000\n"},
+      {"speaker location", Cta().Extended(20, {0x20, 0, 0x61, 1, 0xC0, 0x40, 0}), "FR, x -1.000, y 1.000, z 0.000\n"},
   });
 }
 

@@ -1,0 +1,41 @@
+#include "document/account/name_file.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <mutex>
+
+namespace reedid::document {
+namespace {
+
+// Begins with a line feed, so that each line does. Whatever else than a file has that path could be without end.
+std::string ReadLines(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return "";
+  std::ifstream file(path, std::ios::binary);
+  return "\n" + std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+const std::string& LinesOf(const std::string& path) {
+  static std::mutex mutex;
+  static std::map<std::string, std::string> files;
+  const std::lock_guard lock(mutex);
+  const auto [file, isNew] = files.try_emplace(path);
+  if (isNew) file->second = ReadLines(path);
+  return file->second;
+}
+
+}  // namespace
+
+std::string FindName(const char* variable, const char* systemFile, const std::string& key) {
+  const char* named = std::getenv(variable);
+  const std::string& lines = LinesOf(named != nullptr ? named : systemFile);
+  const size_t at = lines.find("\n" + key);
+  if (at == lines.npos) return "";
+  const size_t begin = at + 1 + key.size();
+  return lines.substr(begin, lines.find_first_of("\r\n", begin) - begin);
+}
+
+}  // namespace reedid::document
