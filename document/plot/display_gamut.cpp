@@ -1,5 +1,6 @@
 #include "document/plot/display_gamut.h"
 
+#include "document/read/data_blocks.h"
 #include "reedid/reedid.hpp"
 
 namespace reedid::document {
@@ -30,9 +31,7 @@ std::optional<Gamut> BlockGamut(const EdidBlock& block) {
     const BaseBlock base(block);
     return !base ? std::nullopt : ReadGamut(*base, 1024);
   }
-  const bool section = block.type == EDID_BLOCK_DISPID_FIRST || block.type == EDID_BLOCK_DISPID_NEXT ||
-                       block.type == EDID_BLOCK_DISPID_EXT;
-  return section ? SectionGamut(block) : std::nullopt;
+  return IsSection(block) ? SectionGamut(block) : std::nullopt;
 }
 
 }  // namespace

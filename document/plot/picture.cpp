@@ -11,7 +11,7 @@ namespace reedid::document {
 namespace {
 
 constexpr double kWidth = 1280;
-constexpr double kHeight = 754;
+constexpr double kHeight = 768;
 constexpr Box kGamutFrame = {66, 92, 480, 540};
 constexpr Box kTimingsFrame = {640, 92, 604, 540};
 
@@ -27,7 +27,10 @@ constexpr char kStyle[] =
     ".locus{fill:none;stroke:#57606a;stroke-width:1.2}"
     ".reference{fill:none;stroke-width:1.5}.display{fill:none;stroke:#111;stroke-width:2.6;stroke-linejoin:round}"
     ".corner{fill:#111;stroke:#fdfdfc}.white{fill:#fdfdfc;stroke:#111;stroke-width:2}.d65{stroke:#111;stroke-width:1.4}"
-    ".limit{stroke:#a40e26;stroke-width:1.3;stroke-dasharray:6 4}.limitname{fill:#a40e26;font-weight:bold}"
+    ".limit{stroke:#a40e26;stroke-width:1.3;stroke-dasharray:6 4}.own{stroke-width:2.4;stroke-dasharray:none}"
+    ".range{fill:#1a7f37;fill-opacity:.05;stroke:#1a7f37;stroke-width:1.3;stroke-dasharray:2 3}"
+    ".variable{fill:#0969da;fill-opacity:.25;stroke:#0969da}.variablename{font-size:8.5px;fill:#0a3069}"
+    ".limitname{fill:#a40e26;font-weight:bold}"
     ".beyond{fill:#a40e26;fill-opacity:.035}.series{fill:none;stroke-opacity:.45}.leader{stroke:#8b949e;stroke-width:."
     "8}"
     ".preferred{fill:none;stroke:#111;stroke-width:2}"
@@ -66,7 +69,7 @@ std::string DrawPicture(const Image& image, const Node& account) {
   svg.Text("title", 30, 38, name);
   svg.Text("subtitle end", kWidth - 30, 38, Shortened(account.title, 90));
   DrawGamut(GamutOf(image), kGamutFrame, svg);
-  DrawTimings(ItemsOf(account), PreferredOf(image), kTimingsFrame, svg);
+  DrawTimings(ItemsOf(account), PreferredOf(image), LimitsOf(image), kTimingsFrame, svg);
   return svg.Finish();
 }
 

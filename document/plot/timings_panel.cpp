@@ -8,33 +8,11 @@
 
 #include "document/plot/clock_axes.h"
 #include "document/plot/labels.h"
+#include "document/plot/limit_lines.h"
 #include "document/plot/timing_points.h"
 
 namespace reedid::document {
 namespace {
-
-// What an HDMI link carries with 8 bits per colour in RGB or YCbCr 4:4:4. FRL has no TMDS clock: 48 Gbit/s with 16 bits
-// in 18 on the line and 24 bits per pixel are 1778 MHz, before error correction.
-struct LinkLimit {
-  const char* name;
-  const char* value;
-  double megahertz;
-};
-constexpr LinkLimit kLinkLimits[] = {{"HDMI 1.4", "340 MHz", 340},
-                                     {"HDMI 2.0", "600 MHz", 600},
-                                     {"HDMI 2.1 FRL", "\xE2\x89\x88 1778 MHz *", 48000.0 * 16 / 18 / 24}};
-
-void DrawLimits(const Axes& axes, const Box& frame, Svg& svg) {
-  for (const LinkLimit& limit : kLinkLimits) {
-    const double x = axes.X(limit.megahertz);
-    svg.Element(
-        "rect",
-        {{"class", "beyond"}, {"x", x}, {"y", frame.y}, {"width", frame.right() - x}, {"height", frame.height}});
-    svg.Line("limit", x, frame.y - 4, x, frame.bottom());
-    svg.Text("limitname mid", x, frame.y - 22, limit.name);
-    svg.Text("small mid", x, frame.y - 9, limit.value);
-  }
-}
 
 // ---- points
 
@@ -148,25 +126,44 @@ void DrawLegend(const std::vector<Point>& points, const Box& frame, Svg& svg) {
   }
 }
 
-void DrawNotes(const std::vector<Point>& points, size_t left, const Box& frame, Svg& svg) {
-  double y = frame.bottom() + 84;
+// What belongs to the display itself, in a row of its own.
+void DrawLimitsLegend(const DisplayLimits& limits, const Box& frame, Svg& svg) {
+  constexpr double kSecond = 120;  // of the two entries
+  const double x = frame.x + 6, y = frame.bottom() + 79;
+  if (limits.mostRate > limits.leastRate) {
+    svg.Element("rect", {{"class", "range"}, {"x", x - 7}, {"y", y - 9}, {"width", 14.0}, {"height", 10.0}});
+    svg.Text("label", x + 12, y, "range limits");
+  }
+  if (limits.tmdsClock != 0 || limits.frlRate != 0) {
+    svg.Line("limit own", x + kSecond, y - 10, x + kSecond, y + 2);
+    svg.Text("label", x + kSecond + 12, y, "TMDS and FRL limits of the display itself");
+  }
+}
+
+void DrawNotes(const std::vector<Point>& points, const DisplayLimits& limits, size_t left, const Box& frame, Svg& svg) {
+  double y = frame.bottom() + 98;
   const auto note = [&](std::string_view text) {
     svg.Text("note", frame.x, y, text);
     y += 14;
   };
   const bool has420 = std::any_of(points.begin(), points.end(), [](const Point& p) { return p.item.ycc420; });
-  note(
-      "* 48 Gbit/s \xC3\x97 16/18 (line code) / 24 bit per pixel; error correction takes about 2 % off, DSC carries "
-      "more");
-  note(fmt::format("Limits are pixel clocks with 8 bits per colour in RGB or 4:4:4{}",
-                   has420 ? ".  \xE2\x80\xA0 In 4:2:0 the TMDS clock is half of the pixel clock" : ""));
+  const char* half = "\xE2\x80\xA0 In 4:2:0 the TMDS clock is half of the pixel clock";
+  if (limits.hasHdmi) {
+    note(
+        "* Gbit/s \xC3\x97 16/18 (line code) / 24 bit per pixel; error correction takes about 2 % off, DSC carries "
+        "more");
+    note(fmt::format("Limits are pixel clocks with 8 bits per colour in RGB or 4:4:4{}{}", has420 ? ".  " : "",
+                     has420 ? half : ""));
+  } else if (has420) {
+    note(half);
+  }
   if (left != 0) note(fmt::format("not drawn: {} without a rate of up to {} Hz", left, kHighestRate));
 }
 
 }  // namespace
 
-void DrawTimings(const std::vector<TimingItem>& items, const std::optional<TimingItem>& preferred, const Box& frame,
-                 Svg& svg) {
+void DrawTimings(const std::vector<TimingItem>& items, const std::optional<TimingItem>& preferred,
+                 const DisplayLimits& limits, const Box& frame, Svg& svg) {
   std::vector<Point> points = PointsOf(items, preferred);
   const size_t all = points.size();
   std::erase_if(points, [](const Point& point) { return !IsDrawn(point); });
@@ -176,7 +173,7 @@ void DrawTimings(const std::vector<TimingItem>& items, const std::optional<Timin
            : all == 1 ? "1 timing"
                       : fmt::format("{} timings", all));
   axes.Draw(svg);
-  DrawLimits(axes, frame, svg);
+  DrawLimits(limits, axes, frame, svg);
   svg.Element("rect",
               {{"class", "frame"}, {"x", frame.x}, {"y", frame.y}, {"width", frame.width}, {"height", frame.height}});
   Labels labels(frame);
@@ -185,7 +182,8 @@ void DrawTimings(const std::vector<TimingItem>& items, const std::optional<Timin
   for (const Point& point : points) DrawPoint(point, axes, svg);
   DrawLabels(series, points, axes, labels, svg);
   DrawLegend(points, frame, svg);
-  DrawNotes(points, all - points.size(), frame, svg);
+  DrawLimitsLegend(limits, frame, svg);
+  DrawNotes(points, limits, all - points.size(), frame, svg);
 }
 
 }  // namespace reedid::document
