@@ -6,8 +6,10 @@
 #include <functional>
 #include <iterator>
 
+#include "document/account/cta_audio.h"
 #include "document/account/records.h"
-#include "document/account/values.h"
+#include "document/read/data_blocks.h"
+#include "reedid/reedid.hpp"
 
 namespace reedid::document {
 namespace {
@@ -23,6 +25,15 @@ bool IsDetailed(const OfferedTiming& timing) {
   static constexpr uint8_t kSources[] = {TIMING_DETAILED, TIMING_TYPE_I, TIMING_TYPE_II, TIMING_TYPE_VI,
                                          TIMING_TYPE_VII};
   return std::find(std::begin(kSources), std::end(kSources), timing.source) != std::end(kSources);
+}
+
+// A format that is told twice, in CTA-861 and in DisplayID, is one.
+void AddFormat(const AudioFormat& format, Node& node) {
+  const Json record = format;
+  Json& formats = node.record["formats"];
+  if (std::find(formats.begin(), formats.end(), record) != formats.end()) return;
+  formats.push_back(record);
+  node.Add(AudioFormatName(format), AudioFormatText(format));
 }
 
 uint32_t Area(const OfferedTiming& timing) {
@@ -72,18 +83,12 @@ Node DescribeAudioFormats(const Image& image) {
   Node node;
   node.title = fmt::format("{}: audio formats", image.name());
   node.record = cap;
-  const NamedFlag formats[] = {{cap.lpcm, "L-PCM"},
-                               {cap.dts, "DTS"},
-                               {cap.dtsHd, "DTS-HD"},
-                               {cap.dtsHdExt1, "DTS-HD extension 1"},
-                               {cap.dtsHdExt2, "DTS-HD extension 2"},
-                               {cap.dtsHdExt3, "DTS-HD extension 3"},
-                               {cap.ac3, "AC-3"},
-                               {cap.eac3, "Enhanced AC-3"},
-                               {cap.eac3Ext, "Enhanced AC-3 with extension"},
-                               {cap.mat, "MAT"},
-                               {cap.matExt, "MAT with extension"}};
-  node.Add("Formats", SetFlags(formats));
+  node.record["formats"] = Json::array();
+  ForEachCtaDataBlock(image, [&node](const CeaDataBlock& entry) {
+    const auto record = Get<AudioFormatsRecord>(entry);
+    for (size_t i = 0; record && i < record->count; ++i) AddFormat(record->formats[i], node);
+  });
+  if (node.fields.empty()) node.Add("Formats", "none");
   return node;
 }
 

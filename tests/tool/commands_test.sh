@@ -87,6 +87,14 @@ has out 'Checksum  *wrong$'
 has out 'Serial number  *hidden$'
 has out 'Gamma  *78  '
 grep -q 'must be' err && fail "show --private told the checksum: $(cat err)"
+has out '! error block-checksum: hidden$'
+
+# --- show: the data blocks in a list
+expect 0 show --blocks tv-4k.bin
+has out '    1 *[0-9]* *[0-9]*  Vendor-Specific Data Block (3), HDMI 1.4b  *address 1.0.0.0'
+expect 0 show --blocks --json tv-4k.bin
+has out '"kind": "Video Data Block (2)"'
+expect 2 show --blocks --hex tv-4k.bin
 
 # --- input that is none
 printf 'no EDID here' >prose.txt
@@ -326,7 +334,7 @@ expect 2 timings gaming-dp.bin --sort size
 expect 0 preferred tv-4k.bin
 has out '3840x2160 60.000 Hz 594.000 MHz'
 expect 0 audio tv-4k.bin
-has out 'L-PCM, AC-3, Enhanced AC-3'
+has out 'AC-3  *6 channels; 32, 44.1, 48 kHz; up to 640 kbit/s$'
 for command in 'show tv-4k.bin' 'rates tv-4k.bin' 'timings tv-4k.bin' 'preferred tv-4k.bin' 'audio tv-4k.bin' \
   'timing vic 97' 'diff tv-4k.bin tv-4k.bin'; do
   expect 0 $command --json

@@ -44,7 +44,9 @@ void AddShow(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "show", "A readable account of every block", chosen, RunShow, options);
   command->add_option("input", options->inputs, kInputsHelp)->required();
   command->add_flag("--json", options->json, kJsonHelp);
-  command->add_flag("--hex", options->hex, "the bytes beside each field");
+  CLI::Option* hex = command->add_flag("--hex", options->hex, "the bytes beside each field");
+  command->add_flag("--blocks", options->blocks, "a line for each data block: place, size, kind and meaning")
+      ->excludes(hex);
   command->add_flag("--private", options->hidePrivate, "hide serial numbers and what else tells one unit from another");
   AddColor(*command, options->color);
 }

@@ -14,6 +14,7 @@ constexpr char kAutoColor[] = "auto";  // of the options' `color`; also "always"
 struct ShowOptions {
   std::vector<std::string> inputs;
   std::string color = kAutoColor;
+  bool blocks = false;  // a list of the data blocks
   bool hex = false;
   bool hidePrivate = false;
   bool json = false;

@@ -22,6 +22,7 @@ constexpr CommandHelp kCommands[] = {
      "Examples:\n"
      "  reedid show /sys/class/drm/card0-HDMI-A-1/edid\n"
      "  reedid show sample:tv-4k              a built-in EDID\n"
+     "  reedid show --blocks display.bin      which data blocks there are, and where\n"
      "  reedid show --json displays/          all files of a folder, as one array"},
     {"check", kLook,
      "An error may stop a source, a warning contradicts a standard, a note is worth knowing; 'reedid explain'\n"

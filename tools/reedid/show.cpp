@@ -1,8 +1,11 @@
-// show: a readable account of everything in the image.
+// show: a readable account of everything in the image, with what is wrong beside it; or a list of its data blocks.
 
 #include "commands.h"
+#include "document/account/block_list.h"
 #include "document/account/image_account.h"
 #include "document/account/tree_json.h"
+#include "document/check/marks.h"
+#include "findings.h"
 #include "inputs.h"
 #include "terminal.h"
 
@@ -15,8 +18,15 @@ using document::Node;
 
 Node Describe(const Image& image, bool hidePrivate) {
   Node account = DescribeImage(image);
+  document::MarkFindings(document::Check(BytesOf(image), ThisYear()), account);
   if (hidePrivate) HidePrivate(account);
   return account;
+}
+
+Answer ListBlocks(const Node& account, const document::TextStyle& style) {
+  const std::vector<document::BlockRow> rows = BlockRows(account);
+  return {account.title + "\n" + BlockTable(rows, style.width),
+          {{"title", account.title}, {"dataBlocks", BlockListJson(rows)}}};
 }
 
 }  // namespace
@@ -26,6 +36,7 @@ Exit RunShow(const ShowOptions& options, Streams& streams) {
   style.hex = options.hex;
   return AnswerEach(options.inputs, options.json, streams, [&](const Image& image, bool) {
     const Node account = Describe(image, options.hidePrivate);
+    if (options.blocks) return ListBlocks(account, style);
     return options.json ? Answer{"", ToJson(account, options.hex)} : Answer{ToText(account, style), {}};
   });
 }
