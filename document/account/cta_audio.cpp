@@ -40,6 +40,25 @@ std::string ChannelsText(const AudioFormat& f) {
   return fmt::format("{} channel{}", f.channels, f.channels == 1 ? "" : "s");
 }
 
+// By its fields that an audio descriptor has as well.
+std::string HdmiAudioText(const HdmiAudioFormat& format) {
+  AudioFormat f = {};
+  f.formatCode = format.formatCode;
+  f.channels = format.channels;
+  f.rate32k = format.rate32k;
+  f.rate44k1 = format.rate44k1;
+  f.rate48k = format.rate48k;
+  f.rate88k2 = format.rate88k2;
+  f.rate96k = format.rate96k;
+  f.rate176k4 = format.rate176k4;
+  f.rate192k = format.rate192k;
+  f.bits16 = format.bits16;
+  f.bits20 = format.bits20;
+  f.bits24 = format.bits24;
+  f.formatDependent = format.formatDependent;
+  return fmt::format("{}, {}", AudioFormatName(f), AudioFormatText(f));
+}
+
 }  // namespace
 
 std::string AudioFormatName(const AudioFormat& format) {
@@ -121,6 +140,27 @@ bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock&, const ByteSour
   if (CEA_GetSADB(&entry, &record) != 0) return false;
   node.record = record;
   node.Add("Speakers", SpeakersText(record), at(1, 3));
+  return true;
+}
+
+bool DescribeHdmiAudio(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  constexpr size_t kSize = 4;  // of a format, and of the speakers
+  static constexpr const char* kSystems[] = {"no system stated", "10.2 channels", "22.2 channels", "30.2 channels"};
+  HdmiAudioRecord r;
+  if (CEA_GetHdmiAudio(&entry, &r) != 0) return false;
+  node.record = r;
+  node.Add("Streams",
+           fmt::format("{}{}", r.maxStreams == 1 ? "no multi-stream" : fmt::format("up to {}", r.maxStreams),
+                       r.nonMixed != 0 ? ", also not to be mixed" : ""),
+           at(2));
+  for (size_t i = 0; i < r.count; ++i) {
+    node.Add("3D audio", HdmiAudioText(r.formats[i]), at(4 + kSize * i, kSize));
+  }
+  if (r.count == 0) return true;
+  node.Add("Speakers",
+           fmt::format("{}: {}{}", NameOf(kSystems, r.speakerSystem), SpeakersText(r.speakers),
+                       r.LSd_RSd != 0 ? ", LSd/RSd" : ""),
+           at(4 + kSize * r.count, kSize));
   return true;
 }
 

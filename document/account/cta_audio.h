@@ -17,6 +17,7 @@ std::string SpeakersText(const SpeakerRecord& speakers);
 // Each is false when the block cannot be decoded; `at` has the data block from its header on.
 bool DescribeAudio(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeSpeakers(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeHdmiAudio(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeDolbyAudio(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 
 }  // namespace reedid::document

@@ -92,4 +92,31 @@ bool DescribeDynamicHdr(const CeaDataBlock& entry, const CeaBlock&, const ByteSo
   return true;
 }
 
+bool DescribeToneMapping(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  static constexpr const char* kGeneral[] = {"none", "SDR range", "HDR range"};
+  static constexpr const char* kPeaks[] = {"not used", "600 cd/m2", "1000 cd/m2", "4000 cd/m2", "10000 cd/m2"};
+  static constexpr const char* kGamuts[] = {"", "BT.709", "SMPTE ST 2113", "BT.2020"};
+  constexpr double kUnit = 50000;
+  ToneMappingRecord r;
+  if (CEA_GetHFSBTMDB(&entry, &r) != 0) return false;
+  node.record = r;
+  node.Add("Version", fmt::format("{}", r.version), at(2));
+  node.Add("General RDM", NameOf(kGeneral, r.grdmSupport), at(2));
+  if (r.drdm == 0) return true;
+  const NamedFlag flags[] = {{r.useHgig, "by HGiG"}, {r.maxRgb, "MaxRGB"}};
+  node.Add("D-RDM", SetFlags(flags, "yes"), at(3));
+  node.Add("HGiG peak", NameOf(kPeaks, r.hgigDrdm), at(3));
+  node.Add("Gamut", r.gamut == 0 ? ChromaticityText(r, kUnit) : kGamuts[r.gamut & 3], r.gamut == 0 ? at(4, 16) : at(3));
+  size_t next = r.gamut == 0 ? 20 : 4;
+  if (r.hgigDrdm == 0) {
+    const double least = PqLuminance(2u * r.minBrightness10), most = PqLuminance(16u * r.peakBrightness100);
+    node.Add("Luminance", LuminanceRangeText(least, most), at(next, 2));
+    next += 2;
+  }
+  for (size_t i = 0; i < r.pointCount; ++i, next += 2) {
+    node.Add("Peak curve", fmt::format("codes {}, {}", r.points[i].percent, r.points[i].peak), at(next, 2));
+  }
+  return true;
+}
+
 }  // namespace reedid::document

@@ -9,6 +9,7 @@ namespace reedid::document {
 bool DescribeColorimetry(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeVideoCapability(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeStaticHdr(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
+bool DescribeToneMapping(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 bool DescribeDynamicHdr(const CeaDataBlock& entry, const CeaBlock& model, const ByteSource& at, Node& node);
 
 }  // namespace reedid::document

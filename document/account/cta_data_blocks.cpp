@@ -4,6 +4,7 @@
 
 #include "document/account/cta_audio.h"
 #include "document/account/cta_color.h"
+#include "document/account/cta_display.h"
 #include "document/account/cta_hdmi.h"
 #include "document/account/cta_infoframe.h"
 #include "document/account/cta_room.h"
@@ -29,11 +30,11 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {CEA_TAG_AUDIO, 0, "Audio Data Block", DescribeAudio},
     {CEA_TAG_VIDEO, 0, "Video Data Block", DescribeVideo},
     {CEA_TAG_SPEAKERS, 0, "Speaker Allocation Data Block", DescribeSpeakers},
-    {CEA_TAG_VESA_TRANSFER, 0, "VESA Display Transfer Characteristic Data Block", nullptr},
-    {CEA_TAG_VIDEO_FORMAT, 0, "Video Format Data Block", nullptr},
+    {CEA_TAG_VESA_TRANSFER, 0, "VESA Display Transfer Characteristic Data Block", DescribeVesaTransfer},
+    {CEA_TAG_VIDEO_FORMAT, 0, "Video Format Data Block", DescribeVideoFormats},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY, "Video Capability Data Block", DescribeVideoCapability},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, "Vendor-Specific Video Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE, "VESA Display Device Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE, "VESA Display Device Data Block", DescribeVesaDevice},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, "Colorimetry Data Block", DescribeColorimetry},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, "HDR Static Metadata Data Block", DescribeStaticHdr},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR, "HDR Dynamic Metadata Data Block", DescribeDynamicHdr},
@@ -42,18 +43,19 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO, "YCbCr 4:2:0 Video Data Block", Describe420Video},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP, "YCbCr 4:2:0 Capability Map Data Block", Describe420Map},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, "Vendor-Specific Audio Data Block", nullptr},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_HDMI_AUDIO, "HDMI Audio Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_HDMI_AUDIO, "HDMI Audio Data Block", DescribeHdmiAudio},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION, "Room Configuration Data Block", DescribeRoom},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_SPEAKER_LOCATION, "Speaker Location Data Block", DescribeSpeakerLocation},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_INFOFRAME, "InfoFrame Data Block", DescribeInfoFrame},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_PRODUCT_INFORMATION, "Product Information Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_PRODUCT_INFORMATION, "Product Information Data Block", DescribeProductInformation},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII, "DisplayID Type VII Video Timing Data Block", DescribeTypeVII},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII, "DisplayID Type VIII Video Timing Data Block", DescribeTypeVIII},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X, "DisplayID Type X Video Timing Data Block", DescribeTypeX},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE, "HDMI Forum EDID Extension Override Data Block",
      DescribeExtensionOverride},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_SINK_CAPABILITY, "HDMI Forum Sink Capability Data Block", DescribeSinkCapability},
-    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TONE_MAPPING, "HDMI Forum Source-Based Tone Mapping Data Block", nullptr},
+    {CEA_TAG_EXTENDED, CEA_EXT_TAG_TONE_MAPPING, "HDMI Forum Source-Based Tone Mapping Data Block",
+     DescribeToneMapping},
 };
 
 // What vendors make of the blocks that are theirs; without a renderer, the bytes are shown.
@@ -63,7 +65,7 @@ struct VendorKind {
   unsigned oui;
   const char* name;
   Renderer render;
-  bool isPrivate = false;  // tells one unit from another
+  bool isPrivate = false;  // as bytes, it tells one unit from another
 };
 
 constexpr VendorKind kVendorKinds[] = {
@@ -71,8 +73,9 @@ constexpr VendorKind kVendorKinds[] = {
     {CEA_TAG_VENDOR, 0, REEDID_OUI_HDMI_FORUM, "HDMI Forum", DescribeHdmiForum},
     {CEA_TAG_VENDOR, 0, REEDID_OUI_AMD, "AMD FreeSync", DescribeAmd},
     {CEA_TAG_VENDOR, 0, REEDID_OUI_NVIDIA, "NVIDIA G-SYNC", DescribeNvidia},
-    {CEA_TAG_VENDOR, 0, REEDID_OUI_APPLE, "Apple", nullptr, true},          // calibration of the unit
-    {CEA_TAG_VENDOR, 0, REEDID_OUI_MICROSOFT, "Microsoft", nullptr, true},  // has a ContainerID
+    {CEA_TAG_VENDOR, 0, REEDID_OUI_APPLE, "Apple", nullptr, true},                    // calibration of the unit
+    {CEA_TAG_VENDOR, 0, REEDID_OUI_MICROSOFT, "Microsoft", DescribeMicrosoft, true},  // has a ContainerID
+    {CEA_TAG_VENDOR, 0, REEDID_OUI_UHD_ALLIANCE, "UHD Alliance", DescribeFilmmaker},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, REEDID_OUI_DOLBY, "Dolby Vision", DescribeDolbyVision},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, REEDID_OUI_HDR10_PLUS, "HDR10+", DescribeHdr10Plus},
     {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_AUDIO, REEDID_OUI_DOLBY, "Dolby audio", DescribeDolbyAudio},
@@ -94,8 +97,8 @@ const VendorKind* FindVendorKind(const CeaDataBlock& entry, unsigned oui) {
   return nullptr;
 }
 
-// The vendor, by its OUI with the least significant byte first, added to the title; what renders the block, if anything.
-Renderer AddVendor(const CeaDataBlock& entry, const ByteSource& at, Node& node) {
+// The vendor, by its OUI with the least significant byte first, added to the title; null when its block is not known.
+const VendorKind* AddVendor(const CeaDataBlock& entry, const ByteSource& at, Node& node) {
   const size_t ouiByte = OuiByte(entry);
   if (at.size() < ouiByte + 3) return nullptr;
   const SourceBytes b = at(ouiByte, 3);
@@ -104,9 +107,7 @@ Renderer AddVendor(const CeaDataBlock& entry, const ByteSource& at, Node& node) 
   node.bytes = at(0, ouiByte + 3);
   node.label = fmt::format("{}, {}", node.title, kind != nullptr ? kind->name : OuiText(oui));
   node.title = fmt::format("{}, {}", node.title, kind != nullptr ? kind->name : VendorText(oui));
-  if (kind == nullptr) return nullptr;
-  node.isPrivate = kind->isPrivate;
-  return kind->render;
+  return kind;
 }
 
 DataBlockKind KindOf(const CeaDataBlock& entry) {
@@ -127,11 +128,13 @@ Node DescribeCtaDataBlock(const CeaDataBlock& entry, const CeaBlock& model, cons
   node.title =
       isExtended ? fmt::format("{} (7/{})", kind.name, entry.extTag) : fmt::format("{} ({})", kind.name, entry.tag);
   node.bytes = at(0, isExtended ? 2 : 1);
-  const Renderer render = OuiByte(entry) != 0 ? AddVendor(entry, at, node) : kind.render;
+  const VendorKind* vendor = OuiByte(entry) != 0 ? AddVendor(entry, at, node) : nullptr;
+  const Renderer render = vendor != nullptr ? vendor->render : kind.render;
   if (render != nullptr && render(entry, model, at, node)) {
     node.AddRest(at);
     return node;
   }
+  node.isPrivate = vendor != nullptr && vendor->isPrivate;
   if (render != nullptr) node.Add("Not decoded", "its size is outside what is read of this kind").isFault = true;
   if (SourceBytes rest = at.Rest(); !rest.empty()) node.AddBytes("Bytes", std::move(rest));
   return node;

@@ -1,4 +1,4 @@
-// AMD FreeSync, NVIDIA G-SYNC and HDR10+.
+// AMD FreeSync, NVIDIA G-SYNC, filmmaker mode and HDR10+.
 
 #include "document/account/cta_vendor.h"
 
@@ -24,7 +24,7 @@ void AddAmdLuminance(const AmdVsdbRecord& r, const ByteSource& at, Node& node) {
   const NamedFlag curves[] = {{r.eotf0, "bit 0"}, {r.eotf1, "bit 1"},         {r.eotfPq, "PQ (ST 2084)"},
                               {r.eotf3, "bit 3"}, {r.eotfPqInterim, "bit 4"}, {r.eotf5, "bit 5"}};
   const auto range = [](unsigned most, unsigned least) {
-    return LuminanceRangeText(LeastLuminance(least, most), Luminance(most));
+    return most == 0 ? "not stated" : LuminanceRangeText(LeastLuminance(least, most), Luminance(most));
   };
   node.Add("Transfer", SetFlags(curves), at(9));
   if (r.version >= 3) node.Add("Panel", NameOf(kPanels, r.panelType), at(9));
@@ -74,6 +74,14 @@ bool DescribeNvidia(const CeaDataBlock& entry, const CeaBlock&, const ByteSource
   node.record = r;
   node.Add("Version", fmt::format("{}", r.version), at(4));
   node.Add("Variable rate", fmt::format("from {} Hz", r.vrrMinRefresh), at(5));
+  return true;
+}
+
+bool DescribeFilmmaker(const CeaDataBlock& entry, const CeaBlock&, const ByteSource& at, Node& node) {
+  FilmmakerRecord r;
+  if (CEA_GetFilmmaker(&entry, &r) != 0) return false;
+  node.record = r;
+  node.Add("Filmmaker mode", fmt::format("content type {}, subtype {}", r.contentType, r.contentSubtype), at(4, 2));
   return true;
 }
 

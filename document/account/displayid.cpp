@@ -14,15 +14,18 @@ namespace {
 
 constexpr size_t kSectionHeader = 4;
 
+// Whether a block tells one unit from another: by one of its fields, which the account names, or as a whole.
+enum class Unit : uint8_t { kNot, kByField, kAsWhole };
+
 struct DataBlockKind {
   uint8_t tag;
   const char* name;
-  bool isPrivate = false;  // gives away one unit
+  Unit unit = Unit::kNot;
 };
 
 // DisplayID 1.3 and 2.0, section 4. The tags of the two do not overlap. A tile tells the serial number too.
 constexpr DataBlockKind kDataBlockKinds[] = {
-    {DISPID_TAG_PRODUCT_ID, "Product Identification"},
+    {DISPID_TAG_PRODUCT_ID, "Product Identification", Unit::kByField},
     {DISPID_TAG_DISPLAY_PARAMS, "Display Parameters"},
     {DISPID_TAG_COLOR, "Color Characteristics"},
     {DISPID_TAG_TYPE_I, "Type I Timing, Detailed"},
@@ -32,7 +35,7 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {DISPID_TAG_VESA_TIMINGS, "VESA Timing Standard"},
     {DISPID_TAG_CTA_TIMINGS, "CTA Timing Standard"},
     {DISPID_TAG_RANGE_LIMITS, "Video Timing Range Limits"},
-    {DISPID_TAG_SERIAL_NUMBER, "Product Serial Number", true},
+    {DISPID_TAG_SERIAL_NUMBER, "Product Serial Number", Unit::kAsWhole},
     {DISPID_TAG_DATA_STRING, "General Purpose ASCII String"},
     {DISPID_TAG_DISPLAY_DEVICE, "Display Device Data"},
     {DISPID_TAG_POWER_SEQUENCING, "Interface Power Sequencing"},
@@ -40,9 +43,9 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {DISPID_TAG_DISPLAY_INTERFACE, "Display Interface"},
     {DISPID_TAG_STEREO, "Stereo Display Interface"},
     {DISPID_TAG_TYPE_V, "Type V Timing, Short"},
-    {DISPID_TAG_TILED, "Tiled Display Topology", true},
+    {DISPID_TAG_TILED, "Tiled Display Topology", Unit::kByField},
     {DISPID_TAG_TYPE_VI, "Type VI Timing, Detailed"},
-    {DISPID20_TAG_PRODUCT_ID, "Product Identification"},
+    {DISPID20_TAG_PRODUCT_ID, "Product Identification", Unit::kByField},
     {DISPID20_TAG_DISPLAY_PARAMS, "Display Parameters"},
     {DISPID20_TAG_TYPE_VII, "Type VII Timing, Detailed"},
     {DISPID20_TAG_TYPE_VIII, "Type VIII Timing, Enumerated"},
@@ -50,22 +53,17 @@ constexpr DataBlockKind kDataBlockKinds[] = {
     {DISPID20_TAG_RANGE_LIMITS, "Dynamic Video Timing Range Limits"},
     {DISPID20_TAG_INTERFACE_FEATURES, "Display Interface Features"},
     {DISPID20_TAG_STEREO, "Stereo Display Interface"},
-    {DISPID20_TAG_TILED, "Tiled Display Topology", true},
-    {DISPID20_TAG_CONTAINER_ID, "ContainerID", true},
+    {DISPID20_TAG_TILED, "Tiled Display Topology", Unit::kByField},
+    {DISPID20_TAG_CONTAINER_ID, "ContainerID", Unit::kAsWhole},
     {DISPID20_TAG_TYPE_X, "Type X Timing, Formula-based"},
     {DISPID20_TAG_ADAPTIVE_SYNC, "Adaptive-Sync"},
     {DISPID20_TAG_HEAD_MOUNTED, "AR/VR HMD"},
-    {DISPID20_TAG_HEAD_MOUNTED_LAYER, "AR/VR Layer"},
+    {DISPID20_TAG_HEAD_MOUNTED_LAYER, "AR/VR Layer", Unit::kByField},
     {DISPID20_TAG_BRIGHTNESS, "Brightness Luminance Range"},
     {DISPID20_TAG_VENDOR, "Vendor-specific"},
     {DISPID_TAG_VENDOR, "Vendor-specific"},
     {DISPID20_TAG_CTA, "CTA DisplayID"},
 };
-
-// Has a serial number among other fields.
-bool IsProductId(uint8_t tag) {
-  return tag == DISPID_TAG_PRODUCT_ID || tag == DISPID20_TAG_PRODUCT_ID;
-}
 
 DataBlockKind KindOf(uint8_t tag) {
   for (const DataBlockKind& kind : kDataBlockKinds) {
@@ -97,13 +95,13 @@ Node DescribeDataBlock(const DispIdDataBlock& entry, const ByteSource& at) {
   node.label = fmt::format("{} ({:02x})", kind.name, entry.tag);
   node.bytes = at(0, 3);
   node.extent = at.extent();
-  node.isPrivate = kind.isPrivate;
+  node.isPrivate = kind.unit == Unit::kAsWhole;
   if (entry.headerFlags != 0) node.Add("Flags", fmt::format("{:#04x}", entry.headerFlags), at(1));
   if (DescribeSectionBlock(entry, at, node)) {
     node.AddRest(at);
   } else if (SourceBytes rest = at.Rest(); !rest.empty()) {
     node.AddBytes("Bytes", std::move(rest));
-    node.isPrivate = kind.isPrivate || IsProductId(entry.tag);
+    node.isPrivate = kind.unit != Unit::kNot;
   }
   return node;
 }

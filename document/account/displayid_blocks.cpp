@@ -7,8 +7,10 @@
 #include <algorithm>
 
 #include "document/account/color_text.h"
+#include "document/account/displayid_interface.h"
+#include "document/account/displayid_panel.h"
 #include "document/account/displayid_timings.h"
-#include "document/account/pnp_ids.h"
+#include "document/account/displayid_vendor.h"
 #include "document/account/records.h"
 #include "document/account/values.h"
 #include "document/printable.h"
@@ -25,11 +27,7 @@ bool DescribeProduct(const DispIdDataBlock& entry, const ByteSource& at, Node& n
   r.name = name;
   if (get(&entry, &r) != 0) return false;
   node.record = r;
-  const auto* id = r.manufacturerId;
-  const bool letters = !isOui && std::all_of(id, id + 3, [](uint8_t c) { return c >= 0x20 && c < 0x7F; });
-  node.Add("Manufacturer",
-           letters ? MakerText(std::string(id, id + 3)) : fmt::format("{:02x}-{:02x}-{:02x}", id[0], id[1], id[2]),
-           at(3, 3));
+  node.Add("Manufacturer", MakerOrVendorText(r.manufacturerId, isOui), at(3, 3));
   node.Add("Product code", fmt::format("{0} ({0:#06x})", r.productCode), at(6, 2));
   node.AddPrivate("Serial number", fmt::format("{0} ({0:#010x})", r.serialNumber), at(8, 4), "serialNumber");
   node.Add("Made", r.week == 255 ? fmt::format("model year {}", r.year) : fmt::format("week {} of {}", r.week, r.year),
@@ -130,11 +128,29 @@ constexpr BlockReader kReaders[] = {
     {DISPID_TAG_PRODUCT_ID, DescribeProduct<DispID_GetPIDB, false>},
     {DISPID_TAG_DISPLAY_PARAMS, DescribeParameters},
     {DISPID_TAG_RANGE_LIMITS, DescribeRange},
+    {DISPID_TAG_COLOR, DescribeColor},
     {DISPID_TAG_SERIAL_NUMBER, DescribeString<DispID_GetSerialNumber>},
     {DISPID_TAG_DATA_STRING, DescribeString<DispID_GetDataString>},
+    {DISPID_TAG_DISPLAY_DEVICE, DescribeDisplayDevice},
+    {DISPID_TAG_POWER_SEQUENCING, DescribePowerSequencing},
+    {DISPID_TAG_TRANSFER, DescribeTransfer},
+    {DISPID_TAG_DISPLAY_INTERFACE, DescribeDisplayInterface},
+    {DISPID_TAG_STEREO, DescribeStereo},
+    {DISPID_TAG_TILED, DescribeTiles},
+    {DISPID_TAG_VENDOR, DescribeVendor},
     {DISPID20_TAG_PRODUCT_ID, DescribeProduct<DispID20_GetPIDB, true>},
     {DISPID20_TAG_DISPLAY_PARAMS, DescribeParameters20},
     {DISPID20_TAG_RANGE_LIMITS, DescribeRange20},
+    {DISPID20_TAG_INTERFACE_FEATURES, DescribeInterfaceFeatures},
+    {DISPID20_TAG_STEREO, DescribeStereo},
+    {DISPID20_TAG_TILED, DescribeTiles},
+    {DISPID20_TAG_CONTAINER_ID, DescribeContainerId},
+    {DISPID20_TAG_ADAPTIVE_SYNC, DescribeAdaptiveSync},
+    {DISPID20_TAG_HEAD_MOUNTED, DescribeHeadMounted},
+    {DISPID20_TAG_HEAD_MOUNTED_LAYER, DescribeHeadMountedLayer},
+    {DISPID20_TAG_BRIGHTNESS, DescribeBrightness},
+    {DISPID20_TAG_VENDOR, DescribeVendor},
+    {DISPID20_TAG_CTA, DescribeCtaInside},
 };
 
 }  // namespace

@@ -25,6 +25,15 @@ std::string SetBits(unsigned bits, std::span<const char* const> names, const cha
   return Joined(set, none);
 }
 
+std::string ContainerIdText(const uint8_t (&id)[16]) {
+  std::string text;
+  for (size_t i = 0; i < std::size(id); ++i) {
+    const bool isGroup = i == 4 || i == 6 || i == 8 || i == 10;
+    text += fmt::format("{}{:02x}", isGroup ? "-" : "", id[i]);
+  }
+  return text;
+}
+
 std::string PhysAddrText(uint16_t address) {
   return fmt::format("{:x}.{:x}.{:x}.{:x}", address >> 12, address >> 8 & 0xF, address >> 4 & 0xF, address & 0xF);
 }

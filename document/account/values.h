@@ -29,6 +29,9 @@ const char* NameOf(const char* const (&names)[count], unsigned code) {
 // With commas; `none` when there are none.
 std::string Joined(std::span<const std::string> texts, const char* none = "none");
 
+// A ContainerID as it is printed: "00112233-4455-6677-8899-aabbccddeeff".
+std::string ContainerIdText(const uint8_t (&id)[16]);
+
 // A physical address of HDMI, "1.2.0.0".
 std::string PhysAddrText(uint16_t address);
 

@@ -59,6 +59,10 @@ void TakeSection(const EdidBlock& block, DisplayLimits& limits) {
   if (const auto r = Find<DispIdRangeLimits>(section)) {
     TakeRange(r->minVRate, r->maxVRate, r->maxPixelClock / 1000.0, limits);
   }
+  const auto adaptive = Find<AdaptiveSyncRecord>(section);
+  for (size_t i = 0; adaptive && i < adaptive->count; ++i) {
+    AddRates("Adaptive-Sync", adaptive->ranges[i].minRefresh, adaptive->ranges[i].maxRefresh, limits);
+  }
 }
 
 }  // namespace

@@ -34,7 +34,11 @@ ByteVector EveryDisplayIdBlock() {
   third.Block(0x20, 0, product).Block(0x21, 0, parameters20).Block(0x22, 0, kTypeI);
   third.Block(0x24, 0, {0x02, 0x7F, 0x07, 0x37, 0x04, 59}).Block(0x25, 0, {1, 2, 3, 4, 5, 6, 7, 8, 0x81});
   third.Block(0x2A, 0x10, {0x02, 0x7F, 0x07, 0x37, 0x04, 59, 0xE4});
-  return Edid().Extension(first).Extension(second).Extension(third).Build();
+  Section fourth(0x20);
+  fourth.Block(0x2B, 0, {0x27, 0, 60, 0xA4, 0, 0}).Block(0x26, 0, {7, 7, 3, 3, 8, 0xE0, 0x50, 0, 1, 0x44});
+  fourth.Block(0x28, 0, {0xC2, 0x10, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18});
+  fourth.Block(0x7E, 0, {0x3A, 2, 0x92, 1, 0x48, 0x0C, 8}).Block(0x81, 0, {0xE3, 5, 0x80, 0, 0x65, 1, 2});
+  return Edid().Extension(first).Extension(second).Extension(third).Extension(fourth).Build();
 }
 
 // Whatever can be shown, as the bytes of an image.
@@ -123,6 +127,10 @@ TEST(Describe, VendorDataBlocks) {
                                         0x0B, 0x14, 0x50, 0x54, 0x81, 0x05, 0xA7, 0x28, 0,    0,    0,    0});
   const Cta dolby1 = Cta().Extended(1, {0x46, 0xD0, 0, 0x2A, 0x18, 0x03, 0x51, 0x59, 0x99, 0xAA});
   const Cta dolby2 = Cta().Extended(1, {0x46, 0xD0, 0, 0x44, 0x57, 0x53, 0x68, 0x65, 0x87, 0x5F});
+  const Cta microsoft = Cta().Block(
+      3, {0x5C, 0x12, 0xCA, 3, 0x45, 0, 17, 34, 51, 68, 85, 102, 119, 136, 153, 170, 187, 204, 221, 238, 255});
+  const ByteVector deviceBytes = {0x92, 0x11, 3,    0,  0,    0,    10, 64, 6,  60,  17,  10, 24, 24,  0xD0,
+                                  0x80, 0x83, 0x8F, 60, 0x77, 0x41, 2,  37, 74, 126, 119, 0,  0,  140, 0x57};
   const Cta forum = Cta().HdmiForum({1, 120, 0xA0, 0x68, 0xC2, 0x28, 0x78, 0x90, 0x33, 5});
   ExpectLines({
       {"FreeSync", freeSync, "FreeSync range   48 to 144 Hz\n"},
@@ -152,6 +160,23 @@ TEST(Describe, VendorDataBlocks) {
       {"cable", forum, "Supports           SCDC, cable status\n"},
       {"UHD by VIC", forum, "UHD formats        of the HDMI VICs, also by CTA VIC\n"},
       {"sink capability", Cta().Extended(121, {0, 0, 1, 120, 0x80, 0, 2, 0x28, 60}), "VRR                40 to 60 Hz"},
+      {"filmmaker mode", Cta().Block(3, {0xFB, 0xBB, 0x1A, 1, 2}), "content type 1, subtype 2\n"},
+      {"specialised display", microsoft, "Primary use  desktop gaming\n      Used by      desktop\n"},
+      {"its ContainerID", microsoft, "00112233-4455-6677-8899-aabbccddeeff\n"},
+      {"product", Cta().Extended(33, {0, 0x10, 0xFA, 0, 'T', 'V'}),
+       "Manufacturer  Apple\n      Version       0\n      Name          TV"},
+      {"formats by resolution", Cta().Block(6, {0x81, 0x47, 0xC3, 0xCB, 0x40}), "3840x1080 32:9  24, 30, 60, 144 Hz\n"},
+      {"one byte each", Cta().Block(6, {0, 7, 0x8B}),
+       "3840x1080 32:9  30, 60 Hz\n      3840x2160       25, 30, 50, 60 Hz\n"},
+      {"transfer curve", Cta().Block(5, {0x46, 20, 30, 40, 50, 60, 70}),
+       "red\n      Samples  6, 26, 56, 96, 146, 206, 276, 1023 of 1023"},
+      {"3D audio", Cta().Extended(18, {4, 1, 1, 11, 3, 1, 15, 0, 0, 16}),
+       "L-PCM, 12 channels; 32, 44.1 kHz; 16 bits\n"},
+      {"its speakers", Cta().Extended(18, {4, 1, 1, 11, 3, 1, 15, 0, 0, 16}),
+       "10.2 channels: FL/FR, LFE1, FC, BL/BR\n"},
+      {"tone mapping", Cta().Extended(122, {0xA1, 0xE2}), "HGiG peak    1000 cd/m2\n      Gamut        BT.2020\n"},
+      {"device", Cta().Extended(2, deviceBytes),
+       "Sound               over the video interface; 6 ms behind the picture\n"},
       {"override", Cta().Extended(120, {3}), "Extensions  3, whatever the base block says\n"},
       {"dynamic HDR", Cta().Extended(7, {3, 2, 0, 0x31, 3, 4, 0, 1}), "(SL-HDR), version 1, SL-HDR1, SL-HDR2\n"},
       {"native resolution", Cta().Extended(8, {0x91, 0x81, 0x10, 0x0E, 0xB0, 7}), "3600.0 x 1968.0 mm\n"},
@@ -230,6 +255,48 @@ TEST(Describe, Sections) {
   });
 }
 
+TEST(Describe, SectionBlocks) {
+  const Section adaptive = Section(0x20).Block(0x2B, 0, {0x27, 0, 60, 0xA4, 0, 0, 0x10, 8, 48, 0x8F, 1, 0x10});
+  const Section tile = Section().Block(
+      0x12, 0, {0xC2, 0x10, 0x10, 0, 0x7F, 7, 0x6F, 8, 10, 5, 5, 6, 7, 'A', 'B', 'C', 1, 2, 0, 0, 0, 0});
+  const Section features = Section(0x20).Block(0x26, 0, {7, 6, 3, 1, 8, 0xE0, 0x50, 0, 1, 0x48});
+  const Section link = Section().Block(0x0F, 0, {0xA4, 0x14, 14, 14, 7, 1, 0x20, 0x45, 0, 0});
+  const Section inside = Section(0x20).Block(
+      0x81, 0, {0xE3, 5, 0x80, 0, 0x72, 0x1A, 0, 0, 3, 1, 60, 165, 0, 0, 0x53, 0x50, 0x53, 0x50, 165, 0});
+  const Section color =
+      Section().Block(2, 1, {0x31, 0xDD, 0x5A, 0x4F, 0x37, 0x14, 0xAA, 0x68, 0xB2, 10, 1, 0x45, 0x54});
+  const Section device = Section().Block(0x0C, 0, {0x15, 0x50, 0x7F, 7, 0x37, 4, 78, 0, 1, 25, 25, 8, 5});
+  ExpectLines({
+      {"a variable rate", adaptive, "Range 1  60 to 165 Hz; the panel's own, adaptive V-total, longer frames"},
+      {"its steps", adaptive, "changes into it are visible; longer by up to 2.00 ms; shorter by up to 4.00 ms\n"},
+      {"a tile", tile, "Tile               column 2 of 2, row 1 of 1\n"},
+      {"its bezel", tile, "top 5.0, bottom 5.0, right 6.0, left 7.0 pixels\n"},
+      {"depths", features,
+       "RGB           6, 8, 10 bits\n      YCbCr 4:4:4   8, 10 bits\n      YCbCr 4:2:2   8, 10 bits\n"},
+      {"4:2:0", features, "YCbCr 4:2:0   8 bits\n      4:2:0 from    594.00 MHz\n"},
+      {"colours", features, "DCI-P3, BT.2020 with PQ (ST 2084)\n      More colours  Adobe RGB with PQ (ST 2084)\n"},
+      {"interface", link, "DisplayPort 1.4, 4 links or lanes\n"},
+      {"its spectrum", link, "HDCP 2.0\n      Spread spectrum     down, 0.5 %\n"},
+      {"CTA inside", inside, "(7/5)\n        Colorimetry  BT2020RGB\n"},
+      {"CTA inside, cut off", inside, "FreeSync range   60 to 165 Hz\n"},
+      {"primaries", color, "Primary 1    0.679 0.310\n"},
+      {"white", color, "White 1      0.313 0.329\n"},
+      {"brightness", Section(0x20).Block(0x2E, 0, {0, 0x42, 0xB0, 0x5C, 0xD0, 0x60}), "Boost       616 cd/m2\n"},
+      {"ContainerID", Section(0x20).Block(0x29, 0, {0, 17, 34, 51, 68, 85, 102, 119, 136, 153, 170, 1, 2, 3, 4, 5}),
+       "00112233-4455-6677-8899-aa0102030405\n"},
+      {"VESA", Section(0x20).Block(0x7E, 0, {0x3A, 2, 0x92, 1, 0x48, 0x0C, 8}), "12.50 bits per pixel\n"},
+      {"a vendor by letters", Section().Block(0x7F, 0, {'A', 'B', 'C', 9}), "Vendor  ABC\n      Bytes   09\n"},
+      {"a vendor by OUI", Section(0x20).Block(0x7E, 0, {0, 1, 2, 9}), "Vendor  OUI 00-01-02\n"},
+      {"stereo", Section().Block(0x10, 0x41, {2, 0, 1, 2, 4, 9}), "Timings     DMT 4, DMT 9\n"},
+      {"transfer", Section().Block(0x0E, 0x11, {0x20, 5, 1, 2, 3, 4, 120}), "A0 1, A1 2, A2 3, A3 4, gamma 2.20\n"},
+      {"device", device, "Technology     IPS LCD\n      Operation      transmissive with a source\n"},
+      {"its response", device, "5 ms black to white\n"},
+      {"power", Section().Block(0x0D, 0, {0x25, 25, 25, 50, 25, 25}), "T1  0.2 to 10 ms\n"},
+      {"a layer", Section(0x20).Block(0x2D, 1, {0, 54, 116, 0, 1, 1, 0, 0, 0, 48, 0, 10, 255, 14, 135, 0, 0, 0, 0, 1}),
+       "2x, 3x, 4x\n"},
+  });
+}
+
 void CollectBytes(const Node& node, ByteVector& bytes) {
   bytes.insert(bytes.end(), node.bytes.begin(), node.bytes.end());
   for (const Field& field : node.fields) bytes.insert(bytes.end(), field.bytes.begin(), field.bytes.end());
@@ -276,8 +343,14 @@ TEST(Describe, PrivateHidesOneUnit) {
        Edid().Extension(Section(0x20).Block(0x20, 0, Concat({{1, 2, 3, 4, 5}, serial})))},
       {"serial number block", Edid().Extension(Section().Block(0x0A, 0, text))},
       {"tile", Edid().Extension(Section().Block(0x12, 0, serial))},
+      {"tile that is decoded",
+       Edid().Extension(Section().Block(
+           0x12, 0, Concat({{0xC2, 0x10, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 'A', 'B', 'C', 1, 2}, serial})))},
+      {"Apple's block", Edid().Extension(Section().Block(0x7F, 0x81, Concat({{0xFA, 0x10, 0, 3}, text})))},
       {"tile 2.0", Edid().Extension(Section(0x20).Block(0x28, 0, serial))},
       {"ContainerID", Edid().Extension(Section(0x20).Block(0x29, 0, serial))},
+      {"ContainerID in a vendor block that is decoded",
+       Edid().Extension(Cta().Block(3, Concat({{0x5C, 0x12, 0xCA, 3, 0x45}, serial, ByteVector(12)})))},
       {"ContainerID in a vendor block", Edid().Extension(Cta().Block(3, Concat({{0x5C, 0x12, 0xCA, 3, 7}, serial})))},
       {"section that does not open", Edid().Extension(Section(0).Block(0x0A, 0, serial))},
       {"behind the data blocks", Edid().Extension(Cta().Vdb({16}).Block(0, serial))},
@@ -285,7 +358,7 @@ TEST(Describe, PrivateHidesOneUnit) {
   for (const auto& [name, edid] : cases) {
     SCOPED_TRACE(name);
     const auto tellsSerial = [](const std::string& output) {
-      for (const char* words : {"a1 b2", "c3 d4", "3569595041", "d4c3b2a1", "SN7391", "53 4e", "39 31"}) {
+      for (const char* words : {"a1 b2", "c3 d4", "a1b2", "3569595041", "d4c3b2a1", "SN7391", "53 4e", "39 31"}) {
         if (output.find(words) != output.npos) return true;
       }
       return false;
