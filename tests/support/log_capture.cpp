@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 #include <regex>
 #include <stdexcept>
 
@@ -11,23 +12,37 @@ namespace reedid::test {
 
 namespace {
 
+// Standard output leads into a file while this lives, also when something is thrown.
+class Redirected {
+ public:
+  explicit Redirected(std::FILE* file) : before_(dup(STDOUT_FILENO)) {
+    std::fflush(stdout);
+    if (file == nullptr || before_ < 0 || dup2(fileno(file), STDOUT_FILENO) < 0) {
+      throw std::runtime_error("cannot redirect standard output");
+    }
+  }
+  ~Redirected() {
+    std::fflush(stdout);
+    dup2(before_, STDOUT_FILENO);
+    close(before_);
+  }
+  Redirected(const Redirected&) = delete;
+  Redirected& operator=(const Redirected&) = delete;
+
+ private:
+  const int before_;
+};
+
 // What `work` prints. The report of a check that fails in it is part of that, so it is shown as well.
 std::string TextOf(const std::function<void()>& work) {
-  std::fflush(stdout);
-  std::FILE* file = std::tmpfile();
-  const int standardOutput = dup(STDOUT_FILENO);
-  if (file == nullptr || standardOutput < 0 || dup2(fileno(file), STDOUT_FILENO) < 0) {
-    throw std::runtime_error("cannot redirect standard output");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+  {
+    const Redirected redirected(file.get());
+    work();
   }
-  work();
-  std::fflush(stdout);
-  dup2(standardOutput, STDOUT_FILENO);
-  close(standardOutput);
-
   std::string text;
-  std::rewind(file);
-  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text.push_back(static_cast<char>(c));
-  std::fclose(file);
+  std::rewind(file.get());
+  for (int c = std::fgetc(file.get()); c != EOF; c = std::fgetc(file.get())) text.push_back(static_cast<char>(c));
   if (testing::Test::HasFailure()) std::fputs(text.c_str(), stderr);
   return text;
 }
