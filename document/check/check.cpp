@@ -6,6 +6,7 @@
 
 #include "document/check/image_view.h"
 #include "document/check/report.h"
+#include "document/check/trial.h"
 
 namespace reedid::document {
 namespace {
@@ -65,11 +66,24 @@ std::string ToText(const Place& place) {
 }
 
 std::vector<Finding> Check(std::span<const uint8_t> image, int thisYear) {
-  const check::ImageView view(image, thisYear);
+  const std::vector<Finding> findings = check::RunRules(image, thisYear);
+  std::vector<Finding> told = findings;
+  for (Finding& finding : told) {
+    if (finding.repair == Repair::kNone) continue;
+    const check::Trial trial = check::Try(image, findings, finding, thisYear);
+    if (trial.isBetter()) continue;
+    finding.Mend(Repair::kNone, {});
+    if (trial.broken != finding.rule) finding.values += fmt::format("; mending it would break {}", trial.broken->id);
+  }
+  return told;
+}
+
+std::vector<Finding> check::RunRules(std::span<const uint8_t> image, int thisYear) {
+  const ImageView view(image, thisYear);
   std::vector<Finding> findings;
   for (const Rule* rule : Rules()) {
     if (rule->scope == RuleScope::kEdid && !view.isEdid) continue;
-    check::Report report(*rule, findings);
+    Report report(*rule, findings);
     rule->run(view, report);
   }
   return findings;

@@ -90,7 +90,7 @@ const char* ToText(Repair repair);
 
 // All findings of an image, in the order of the rules. An image that begins with the EDID header is looked at in whole
 // blocks, what does not fill a block is ignored; any other is a chain of DisplayID sections. `thisYear` is what dates
-// are held to.
+// are held to. Each repair was tried: one that would not mend its finding, or would break a rule, is none.
 std::vector<Finding> Check(std::span<const uint8_t> image, int thisYear);
 
 }  // namespace reedid::document

@@ -21,10 +21,6 @@ struct Fixed {
   std::vector<Finding> open;  // what is left
 };
 
-// The bytes with changes written, and with right checksums in every block and section that they touch. Changes beyond
-// the image are left out.
-std::vector<uint8_t> WithChanges(std::span<const uint8_t> image, std::span<const Patch> changes);
-
 // Mends one finding after the other. A repair is kept only if its finding is gone then and no other came up, so the
 // findings get fewer with every step and nothing is left to a second run.
 Fixed Fix(std::span<const uint8_t> image, int thisYear, const FixSelection& selection = {});

@@ -99,9 +99,7 @@ Node OpenNode(const std::string& title, std::span<const Finding> findings) {
   node.title = title;
   for (const Finding& finding : findings) {
     if (finding.severity == Severity::kNote && finding.repair != Repair::kAsk) continue;
-    // A safe repair that is left was refused: it would have spoiled something else.
-    const bool asks = finding.repair == Repair::kAsk;
-    node.Add(finding.rule->id, asks ? WithRepair(finding) : Sentence(finding));
+    node.Add(finding.rule->id, WithRepair(finding));
   }
   return node;
 }
