@@ -46,33 +46,59 @@ bool SplitBareRow(const Line& line, Row& row) {
   return true;
 }
 
-// A dump without colons begins with offset 0, as no EDID and no DisplayID section begins.
+bool BeginsDump(const Row& row) {
+  return row.offset.find_first_not_of('0') == row.offset.npos && !Trim(row.rest).empty();
+}
+
+// A dump without colons begins with offset 0, as no EDID and no DisplayID section begins. Text may stand above it.
 bool IsBareDump(const std::vector<Line>& lines) {
   for (const Line& line : lines) {
-    if (Trim(line.text).empty()) continue;
+    const std::string_view text = Trim(line.text);
     Row row;
-    return SplitBareRow(line, row) && row.offset.find_first_not_of('0') == row.offset.npos;
+    if (SplitBareRow(line, row)) return BeginsDump(row);
+    if (SplitColonRow(line, row) || IsHex(text.substr(0, text.find_first_of(kSpace)))) return false;
   }
   return false;
 }
 
-// The rows of a dump, none when the text is something else. Headings may stand above the first row, nothing between.
+[[noreturn]] void FailInText(const Line& line) {
+  FailInLine(line.number,
+             fmt::format("'{}' is no row of the dump; remove what does not belong to it", Shortened(Trim(line.text))));
+}
+
+// So many bytes in a line were meant as a row, which is damaged.
+bool LooksLikeRow(std::string_view text) {
+  constexpr size_t kDamaged = 4;
+  size_t bytes = 0;
+  while (!text.empty()) {
+    const std::string_view token = text.substr(0, text.find_first_of(kSpace));
+    if (IsHex(token)) bytes += token.size() / 2;
+    text.remove_prefix(std::min(text.size(), token.size() + 1));
+  }
+  return bytes >= kDamaged;
+}
+
+// The rows of dumps, none when the text is something else. Text may stand in front of each dump, nothing between rows.
 std::vector<Row> FindRows(const std::vector<Line>& lines) {
   const auto split = IsBareDump(lines) ? SplitBareRow : SplitColonRow;
   std::vector<Row> rows;
+  const Line* text = nullptr;  // the first one since the last row
   for (const Line& line : lines) {
-    const std::string_view text = Trim(line.text);
     Row row;
-    if (text.empty()) continue;
+    if (Trim(line.text).empty()) continue;
     if (split(line, row)) {
+      if (text != nullptr && !rows.empty() && !BeginsDump(row)) FailInText(*text);
       rows.push_back(row);
-    } else if (text == "*" && !rows.empty()) {
+      text = nullptr;
+    } else if (Trim(line.text) == "*" && !rows.empty() && text == nullptr) {
       rows.back().repeated = true;
-    } else if (!rows.empty()) {
-      FailInLine(line.number,
-                 fmt::format("'{}' is no row of the dump; remove what does not belong to it", Shortened(text)));
+    } else if (!rows.empty() && LooksLikeRow(Trim(line.text))) {
+      FailInText(line);
+    } else if (text == nullptr) {
+      text = &line;
     }
   }
+  if (text != nullptr && !rows.empty()) FailInText(*text);
   return rows;
 }
 
@@ -137,10 +163,6 @@ std::optional<ByteVector> ReadRows(std::span<const Row> rows, int base) {
 void UndoWordOrder(ByteVector& bytes) {
   if (!StartsWith(bytes, kSwappedHeader)) return;
   for (size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
-}
-
-bool BeginsDump(const Row& row) {
-  return row.offset.find_first_not_of('0') == row.offset.npos && !Trim(row.rest).empty();
 }
 
 ByteVector ReadDump(std::span<const Row> rows) {

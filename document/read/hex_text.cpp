@@ -59,19 +59,33 @@ std::optional<uint8_t> ReadElement(std::string_view token) {
   return static_cast<uint8_t>(*value);
 }
 
-ByteVector ReadCArray(std::string_view text) {
-  const size_t open = text.find('{');
-  const size_t close = text.find('}', open);
+// The array whose '{' stands at `open`; `end` is what follows it.
+ByteVector ReadCArray(std::string_view text, size_t open, size_t& end) {
   const size_t line = 1 + static_cast<size_t>(std::count(text.begin(), text.begin() + static_cast<long>(open), '\n'));
+  const size_t close = text.find('}', open);
   if (close == text.npos) FailInLine(line, "the array has no '}'");
-  if (text.find('{', open + 1) != text.npos) FailInLine(line, "more than one '{': keep the one array that is the EDID");
+  if (text.find('{', open + 1) < close) FailInLine(line, "an array inside of an array: keep the one that is the EDID");
   ByteVector bytes;
   for (const std::string_view token : SplitTokens(text.substr(open + 1, close - open - 1), ", \t\r\n")) {
     const std::optional<uint8_t> value = ReadElement(token);
     if (!value) FailInLine(line, fmt::format("'{}' in the array is no byte; write 0x00 to 0xFF", Shortened(token)));
     bytes.push_back(*value);
   }
+  end = close + 1;
   return bytes;
+}
+
+// One array is taken as it is; of several, each must be an EDID.
+std::vector<ByteVector> ReadCArrays(std::string_view text) {
+  std::vector<ByteVector> arrays;
+  for (size_t at = 0; (at = text.find('{', at)) != text.npos;) arrays.push_back(ReadCArray(text, at, at));
+  const auto isEdid = [](const ByteVector& bytes) { return StartsWith(bytes, kHeader); };
+  if (arrays.size() > 1 && !std::all_of(arrays.begin(), arrays.end(), isEdid)) {
+    throw Error(ErrorKind::kInput, fmt::format("{} arrays, not all of which begin with 00 ff ff as an EDID does; keep "
+                                               "those that are EDIDs",
+                                               arrays.size()));
+  }
+  return arrays;
 }
 
 // ---- plain digits
@@ -158,7 +172,7 @@ std::vector<ByteVector> ParseHexTexts(std::string_view text) {
   if (parts.empty()) {
     const std::string bare = WithoutComments(text);
     if (bare.find('{') != bare.npos) {
-      parts.push_back(ReadCArray(bare));
+      parts = ReadCArrays(bare);
     } else {
       parts = ReadPlain(SplitLines(bare));
     }

@@ -12,8 +12,8 @@ namespace reedid::document {
 /*
  * Reads hexadecimal text: plain digits in any grouping, 0x and \x prefixes, commas, C arrays (hexadecimal or decimal),
  * comments, and dumps with offsets (xxd, hexdump, hexdump -C, od -t x1, i2cdump) with or without a text column and "*"
- * for repeated rows. Text around one EDID, as in a log, is passed over. Throws kInput with the line that is at
- * fault; no byte is ever guessed or left out.
+ * for repeated rows. Text around digits, as in a log, and in front of a dump or an array is passed over. Throws kInput
+ * with the line that is at fault; no byte is ever guessed or left out.
  */
 ByteVector ParseHexText(std::string_view text);
 

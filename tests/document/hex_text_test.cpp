@@ -67,12 +67,15 @@ TEST(HexText, ErrorsNameTheLineAndNoByteIsGuessed) {
       {"array too wide", "{0x00, 0x1ff}", "'0x1ff' in the array is no byte"},
       {"array, octal or hexadecimal", "x\n{0, 010}", "line 2: '010' in the array"},
       {"array without end", "{0x00", "no '}'"},
-      {"two arrays", "{0x00} {0x01}", "more than one '{'"},
+      {"two arrays that are no EDIDs", "{0x00} {0x01}", "2 arrays, not all of which"},
+      {"an array in an array", "\n{{0x00}}", "line 2: an array inside"},
       {"dump with a row missing", "00: 00 01\n02: 02 03\n06: 06 07\n", "do not fit their offsets"},
       {"dump with a bad last row", "00: 00 01\n02: 0g\n", "do not fit their offsets"},
       {"dump going back", "10: 00 01\n02: 02 03\n", "do not fit their offsets"},
       {"dump with an endless repeat", "00000000  00 00\n*\nffffffff0\n", "do not fit their offsets"},
       {"dump with text between", "00: 00 01\nend of block\n02: 02 03\n", "line 2: 'end of block'"},
+      {"dump with a damaged row", "00: 00 01 02 03\n0g: 04 05 0607\n00: 00 01 02 03\n", "line 2: '0g: 04 05 0607'"},
+      {"dump with text behind it", "0000 00 01\n0002\n$ ", "line 3: '$' is no row"},
   };
   for (const auto& c : cases) EXPECT_NE(Parsed(c.text).find(c.message), std::string::npos) << c.name;
 }
@@ -108,6 +111,11 @@ TEST(HexText, SeveralEdids) {
       {"a gap", HexRows(first) + "\n\n" + HexRows(second)},
       {"words between", "HDMI-1:\n" + HexRows(first) + "DP-2:\n" + HexRows(second)},
       {"a dump of both", Dump(joined, "{:08x}:", " {:02x}", "", false)},
+      {"two arrays", "uint8_t a[] =" + CArray(first) + "unsigned size = 128;\nuint8_t b[] =\n" + CArray(second)},
+      {"two dumps behind words", "$ xxd a\n" + Dump(first, "{:08x}:", " {:02x}", "  {}", false) + "$ xxd b\n" +
+                                     Dump(second, "{:08x}:", " {:02x}", "  {}", false)},
+      {"two bare dumps behind words", "$ hexdump -C a\n" + Dump(first, "{:08x} ", " {:02x}", "  |{}|", true) +
+                                          "$ hexdump -C b\n" + Dump(second, "{:08x} ", " {:02x}", "  |{}|", true)},
       {"two dumps", Dump(first, "{:08x} ", " {:02x}", "  |{}|", true) + Dump(second, "{:08x} ", " {:02x}", "", true)},
   };
   for (const auto& [name, text] : texts) EXPECT_EQ(ParseHexTexts(text), both) << name;
