@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "document/edit/data_blocks.h"
+#include "document/printable.h"
 
 namespace reedid::document {
 namespace {
@@ -30,7 +31,7 @@ uint16_t ParseAddress(const std::string& text, Odd odd) {
   const std::optional<uint16_t> address = ReadAddress(text);
   if (!address) {
     throw Error(ErrorKind::kArgument,
-                fmt::format("'{}' is no physical address; write it like 1.2.0.0 or 0x1200", text));
+                fmt::format("'{}' is no physical address; write it like 1.2.0.0 or 0x1200", Shortened(text)));
   }
   if (odd == Odd::kRefuse && EDID_IsPortAddress(*address) == 0) {
     throw Error(ErrorKind::kRefused,

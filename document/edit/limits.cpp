@@ -4,6 +4,7 @@
 
 #include <charconv>
 
+#include "document/printable.h"
 #include "reedid/reedid.hpp"
 
 namespace reedid::document {
@@ -47,7 +48,7 @@ const Limit& FindLimit(const std::string& name) {
     if (name == limit.name) return limit;
     names += fmt::format("{}{}", names.empty() ? "" : ", ", limit.name);
   }
-  throw Error(ErrorKind::kArgument, fmt::format("'{}' is no limit; there are {}", name, names));
+  throw Error(ErrorKind::kArgument, fmt::format("'{}' is no limit; there are {}", Shortened(name), names));
 }
 
 Rates ParseRates(const std::string& text) {
@@ -59,7 +60,8 @@ Rates ParseRates(const std::string& text) {
     const auto [next, error] = std::from_chars(at, end, rate);
     const bool right = error == std::errc() && rate != 0 && (next == end || *next == ',');
     if (!right) {
-      throw Error(ErrorKind::kArgument, fmt::format("'{}' is no list of rates; write it like 120,60,50", text));
+      throw Error(ErrorKind::kArgument,
+                  fmt::format("'{}' is no list of rates; write it like 120,60,50", Shortened(text)));
     }
     rates.push_back(rate * 1000u);
     if (next == end) return rates;

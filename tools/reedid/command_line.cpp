@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "commands.h"
@@ -31,6 +32,18 @@ CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command&
   command->callback(
       [owned, run, &chosen] { chosen = [owned, run](Streams& streams) { return run(*owned, streams); }; });
   return command;
+}
+
+// The parser repeats what it was given, however long that is.
+std::string ShortenedWords(std::string_view text) {
+  std::string words;
+  for (;;) {
+    const size_t end = std::min(text.find(' '), text.size());
+    words += document::Shortened(text.substr(0, end));
+    if (end == text.size()) return words;
+    words += ' ';
+    text.remove_prefix(end + 1);
+  }
 }
 
 void AddColor(CLI::App& command, std::string& color) {
@@ -236,7 +249,7 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   app.set_version_flag("--version", fmt::format("reedid {}", reedid_version()));
   app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
     const auto parsed = whole->get_subcommands();
-    return fmt::format("reedid: {}; see reedid {}--help\n", document::WithoutControls(error.what()),
+    return fmt::format("reedid: {}; see reedid {}--help\n", document::WithoutControls(ShortenedWords(error.what())),
                        parsed.empty() ? "" : parsed[0]->get_name() + " ");
   });
   AddShow(app, chosen);

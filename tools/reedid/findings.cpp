@@ -4,13 +4,16 @@
 
 #include <chrono>
 
+#include "document/printable.h"
 #include "tool_error.h"
 
 namespace reedid::tool {
 
 const document::Rule& NamedRule(const std::string& id) {
   const document::Rule* rule = document::FindRule(id);
-  if (rule == nullptr) throw ToolError(Exit::kUsage, fmt::format("no rule '{}'; reedid explain lists all", id));
+  if (rule == nullptr) {
+    throw ToolError(Exit::kUsage, fmt::format("no rule '{}'; reedid explain lists all", document::Shortened(id)));
+  }
   return *rule;
 }
 
