@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <numeric>
 
 #include "document/account/image_account.h"
 #include "document/compare/changes.h"
@@ -19,11 +19,13 @@ Node Account(const ByteVector& bytes) {
   return DescribeImage(Image::FromBytes("x", bytes));
 }
 
-// Flips every `step`-th bit behind the header; those that leave no EDID are none to compare.
+// Flips every `step`-th bit behind the header, from another one in each image; those that leave no EDID are none to
+// compare.
 void ExpectEachBitIsTold(const std::string& name, ByteVector image, size_t step) {
   const Node before = Account(image);
   EXPECT_TRUE(AreSame(FindChanges(before, Account(image)))) << name;
-  for (size_t bit = 8 * 8; bit < image.size() * 8; bit += step) {
+  const size_t first = 8 * 8 + std::accumulate(image.begin(), image.end(), size_t{0}) % step;
+  for (size_t bit = first; bit < image.size() * 8; bit += step) {
     image[bit / 8] ^= static_cast<uint8_t>(1u << bit % 8);
     try {
       const std::vector<Change> changes = FindChanges(before, Account(image));
@@ -34,17 +36,24 @@ void ExpectEachBitIsTold(const std::string& name, ByteVector image, size_t step)
   }
 }
 
+// Sanitizers make a comparison some thirty times as slow; they look for other faults, so that a part of the bits will do.
+#ifdef REEDID_SANITIZED
+constexpr size_t kSparser = 7;
+#else
+constexpr size_t kSparser = 1;
+#endif
+
 TEST(ChangesProperty, EachBitIsTold) {
   test::Quietly([] {
-    for (const Sample& sample : Samples()) ExpectEachBitIsTold(sample.name, sample.build(), 1);
-    for (const test::SampleImage& image : test::SampleImages()) ExpectEachBitIsTold(image.name, image.bytes, 3);
+    for (const Sample& sample : Samples()) ExpectEachBitIsTold(sample.name, sample.build(), kSparser);
+    for (const test::SampleImage& image : test::SampleImages()) ExpectEachBitIsTold(image.name, image.bytes, kSparser);
   });
 }
 
 // A prime step through all bits of all files, so that each place is met in some of them.
 TEST(ChangesProperty, BitsOfTheCorpusAreTold) {
   test::Quietly([] {
-    for (const auto& [name, bytes] : test::Corpus()) ExpectEachBitIsTold(name, bytes, 211);
+    for (const auto& [name, bytes] : test::Corpus()) ExpectEachBitIsTold(name, bytes, 211 * kSparser);
   });
 }
 
