@@ -62,6 +62,28 @@ END
   expect_version "$work/$language/build/static" no
 done
 
+# Any other minor version may be another interface before 1.0, a lower patch version is none.
+mkdir "$work/version"
+cat >"$work/version/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(consumer LANGUAGES NONE)
+find_package(reedid \${wanted} QUIET)
+message(STATUS "found: \${reedid_FOUND}")
+END
+major=${version%%.*} rest=${version#*.}
+minor=${rest%%.*} patch=${rest#*.}
+# expect_found ANSWER VERSION
+expect_found() {
+  found=$(cmake -S "$work/version" -B "$work/version/build" -DCMAKE_PREFIX_PATH="$prefix" -Dwanted="$2" | sed -n 's/^-- found: //p')
+  [ "$found" = "$1" ] || { echo "FAILED: a project that wants version $2 finds $version: $found"; exit 1; }
+}
+expect_found 1 "$major.$minor"
+expect_found 1 "$version"
+expect_found 0 "$major.$minor.$((patch + 1))"
+expect_found 0 "$major.$((minor + 1))"
+expect_found 0 "$((major + 1))"
+if [ "$minor" -gt 0 ]; then expect_found 0 "$major.$((minor - 1))"; fi
+
 # A project that takes the sources in gets the library alone: nothing that wants more than a compiler, and no tests.
 mkdir "$work/embedder"
 cat >"$work/embedder/CMakeLists.txt" <<END
