@@ -117,6 +117,8 @@ constexpr Operation kOperations[] = {
     {"EDID_LimitToLink, HDMI 2.0", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_HDMI20); }},
     {"EDID_LimitToLink, HDMI 1.4", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_HDMI14); }},
     {"EDID_LimitToLink, DVI", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_DVI); }},
+    {"EDID_LimitToLink, 300 MHz", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_300MHZ_420); }},
+    {"EDID_LimitToLink, FRL 3", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_FRL3); }},
     {"EDID_MakeHdmi", [](EdidHandle& handle) { return EDID_MakeHdmi(&handle, 0x2100); }},
     {"EDID_StripHdr", [](EdidHandle& handle) { return EDID_StripHdr(&handle); }},
     {"EDID_LimitToSDR", Void<EDID_LimitToSDR>},
