@@ -1,11 +1,13 @@
 #include "document/account/name_file.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <mutex>
+#include <new>
 
 namespace reedid::document {
 namespace {
@@ -15,6 +17,7 @@ std::string ReadLines(const std::string& path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return "";
   std::ifstream file(path, std::ios::binary);
+  if (!file && errno == ENOMEM) throw std::bad_alloc();
   return "\n" + std::string(std::istreambuf_iterator<char>(file), {});
 }
 
@@ -22,8 +25,8 @@ const std::string& LinesOf(const std::string& path) {
   static std::mutex mutex;
   static std::map<std::string, std::string> files;
   const std::lock_guard lock(mutex);
-  const auto [file, isNew] = files.try_emplace(path);
-  if (isNew) file->second = ReadLines(path);
+  auto file = files.find(path);
+  if (file == files.end()) file = files.emplace(path, ReadLines(path)).first;  // none that could not be read
   return file->second;
 }
 

@@ -4,12 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
+#include "document/json.h"
 #include "reedid/reedid.h"
 
 namespace reedid::document {

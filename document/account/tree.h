@@ -1,7 +1,6 @@
 // An account of something as a tree, which writers turn into text or JSON.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -9,10 +8,9 @@
 
 #include "document/account/byte_source.h"
 #include "document/account/timing_text.h"
+#include "document/json.h"
 
 namespace reedid::document {
-
-using Json = nlohmann::ordered_json;
 
 inline constexpr char kHidden[] = "hidden";
 

@@ -25,15 +25,6 @@ using document::Image;
 using document::Node;
 using document::Rates;
 
-// The table goes where it cannot be mixed with the image.
-void PrintTable(const std::string& text, const std::string& output, Streams& streams) {
-  if (output != "-") {
-    streams.Offer(text);
-  } else {
-    Tell(text);
-  }
-}
-
 // What is told of an edit beside its changes: as text, and as more keys of the JSON.
 struct More {
   std::string text;
@@ -45,17 +36,20 @@ Node DescribeBytes(const std::string& name, const document::ByteVector& bytes) {
   return DescribeImage(Image::FromBytes(name, bytes));
 }
 
-// The table comes first: when it cannot be printed, the exit code says that no output was written.
-void Finish(const document::ByteVector& bytes, const Node& before, const Node& after, const std::string& output,
-            const TableOptions& table, const More& more, Streams& streams) {
+// Takes the accounts with it: even to go they need memory, so that they must be gone before anything is written.
+std::string TableText(Node before, Node after, const TableOptions& table, const More& more) {
   const std::vector<document::Change> changes = FindChanges(before, after);
-  if (table.json) {
-    document::Json json = ChangesJson(changes, table.all);
-    json.update(more.json);
-    PrintTable(document::JsonText(json), output, streams);
-  } else if (!table.quiet) {
-    PrintTable(ChangesText(changes, table.all) + more.text, output, streams);
-  }
+  if (table.quiet && !table.json) return "";
+  if (!table.json) return ChangesText(changes, table.all) + more.text;
+  document::Json json = ChangesJson(changes, table.all);
+  json.update(more.json);
+  return document::JsonText(json);
+}
+
+// The table comes first, where it cannot be mixed with the image: when it cannot be printed, the exit code says that no
+// output was written.
+void Finish(const std::string& text, const document::ByteVector& bytes, const std::string& output, Streams& streams) {
+  output == "-" ? Tell(text) : streams.Offer(text);
   WriteOutput(output, bytes, streams);
 }
 
@@ -81,17 +75,18 @@ Exit RunEdit(const EditOptions& options, Streams& streams) {
   RequireOutput(options.output, "an edit");
   const std::vector<document::Edit> edits = MakeEdits(options);
   Image image = ReadImage(options.input);
-  const Node before = DescribeImage(image);
+  Node before = DescribeImage(image);
   image = document::ApplyEdits(std::move(image), edits);
   const document::ByteVector bytes = image.Generate(ToldNotes());
   const std::optional<EdidLink> link = document::SlowestLink(edits);
   std::vector<std::string> above;
   if (link) above = document::TimingsAbove(image, *link);
-  const Node after = DescribeBytes(image.name(), bytes);
-  Finish(bytes, before, after, options.output, options.table, {"", {{"above", above}}}, streams);
+  const std::string text =
+      TableText(std::move(before), DescribeBytes(image.name(), bytes), options.table, {"", {{"above", above}}});
   for (const std::string& timing : above) {
     Note(fmt::format("{}: still above {} MHz: {}", image.name(), link->maxTmdsClock / 1000, timing));
   }
+  Finish(text, bytes, options.output, streams);
   return above.empty() ? Exit::kDone : Exit::kNo;
 }
 
@@ -108,12 +103,13 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   RequireOutput(options.output, "high-refresh");
   Image image = ReadImage(options.input);
   document::CheckHighRefresh(image);
-  const Node before = DescribeImage(image);
+  Node before = DescribeImage(image);
   const std::string ratesBefore = RatesText(image);
   image = document::HighRefresh(std::move(image), ToldNotes());
   const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", ratesBefore, RatesText(image));
   const document::ByteVector bytes = image.Generate(ToldNotes());
-  Finish(bytes, before, DescribeBytes(image.name(), bytes), options.output, options.table, {rates}, streams);
+  Finish(TableText(std::move(before), DescribeBytes(image.name(), bytes), options.table, {rates}), bytes,
+         options.output, streams);
   return Exit::kDone;
 }
 

@@ -59,7 +59,8 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
   if (options.address.empty()) return ReadPhys(image, options.json, streams);
   const uint16_t address = AskedAddress(options.address, options.force);
   image = document::SetAddress(std::move(image), address);
-  WriteOutput(options.output, image.Generate(ToldNotes()), streams);
+  const document::ByteVector bytes = image.Generate(ToldNotes());
+  WriteOutput(options.output, bytes, streams);
   return Exit::kDone;
 }
 
@@ -67,7 +68,8 @@ Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams) {
   RequireOutput(options.output, "to-hdmi");
   const uint16_t address = AskedAddress(options.address, options.force);
   Image image = document::ToHdmi(ReadImage(options.input), address, ToldNotes());
-  WriteOutput(options.output, image.Generate(ToldNotes()), streams);
+  const document::ByteVector bytes = image.Generate(ToldNotes());
+  WriteOutput(options.output, bytes, streams);
   return Exit::kDone;
 }
 

@@ -58,6 +58,7 @@ const ByteVector& Content(const std::string& name) {
   static std::string last;
   static ByteVector content;
   if (last != name || name.empty()) {
+    last.clear();  // what is thrown on the way leaves no name for the wrong content
     content = ReadToEnd(name);
     last = name;
   }

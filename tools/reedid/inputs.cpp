@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <new>
+#include <system_error>
 #include <utility>
 
 #include "document/account/tree_json.h"
 #include "document/printable.h"
 #include "input.h"
+#include "memory.h"
 
 namespace reedid::tool {
 namespace {
@@ -43,6 +46,7 @@ std::vector<Entry> ListFolder(const std::string& folder) {
     const bool isFolder = at->is_directory(ignored) && !at->is_symlink(ignored);
     if (isFolder || at->is_regular_file(ignored)) entries.push_back({at->path().string(), isFolder});
   }
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   if (error) Fail(folder, fmt::format("{}; check its permissions", error.message()));
   std::sort(entries.begin(), entries.end());
   return entries;
@@ -64,6 +68,7 @@ class Run {
       if (error.code() == Exit::kOutput) throw;
       Report(error.what(), error.code());
     } catch (const std::exception& error) {
+      MemoryRanOut();  // the next input may need less
       Report(fmt::format("{}: {}", name, error.what()), Exit::kNoMemory);
     }
   }

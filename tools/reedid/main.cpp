@@ -1,6 +1,7 @@
 // From the command line to the exit code.
 
 #include <algorithm>
+#include <new>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -8,6 +9,7 @@
 
 #include "command_line.h"
 #include "help.h"
+#include "memory.h"
 
 namespace reedid::tool {
 namespace {
@@ -53,6 +55,8 @@ Exit Main(int argc, char** argv) {
     const ToolError end = FromDocument(error);
     Note(end.what());
     return end.code();
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     Note(error.what());
     return Exit::kNoMemory;
@@ -63,10 +67,12 @@ Exit Main(int argc, char** argv) {
 }  // namespace reedid::tool
 
 int main(int argc, char** argv) {
+  using namespace reedid::tool;
   try {
-    return static_cast<int>(reedid::tool::Main(argc, argv));
-  } catch (...) {  // there was no memory to say what was wrong
-    reedid::tool::Tell("reedid: out of memory\n");
-    return static_cast<int>(reedid::tool::Exit::kNoMemory);
+    const Exit exit = Main(argc, argv);
+    if (!MemoryRanOut()) return static_cast<int>(exit);
+  } catch (...) {
   }
+  Tell("reedid: out of memory\n");  // whatever else seemed wrong
+  return static_cast<int>(Exit::kNoMemory);
 }

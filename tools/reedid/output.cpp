@@ -13,6 +13,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "memory.h"
+
 namespace reedid::tool {
 namespace {
 
@@ -157,6 +159,7 @@ bool IsStandardOutput(const std::string& path) {
 }  // namespace
 
 void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Streams& streams) {
+  RequireMemory();
   if (IsStandardOutput(path)) return streams.Result(bytes);
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return ReplaceFile(path, bytes, {NewFileMode()});

@@ -21,8 +21,7 @@ Exit RunPlot(const PlotOptions& options, Streams& streams) {
     throw ToolError(Exit::kUsage, fmt::format("{}: a picture in its place would lose the EDID", options.output));
   }
   const document::Image image = ReadImage(options.input);
-  const document::Node account = document::DescribeImage(image);
-  const std::string picture = document::DrawPicture(image, account);
+  const std::string picture = document::DrawPicture(image, document::DescribeImage(image));
   WriteOutput(options.output, {reinterpret_cast<const uint8_t*>(picture.data()), picture.size()}, streams);
   return Exit::kDone;
 }

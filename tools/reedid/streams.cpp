@@ -12,6 +12,7 @@
 #include <new>
 
 #include "document/printable.h"
+#include "memory.h"
 
 namespace reedid::tool {
 namespace {
@@ -57,6 +58,7 @@ void Streams::Offer(std::string_view text) {
 
 // False when the reader of a pipe has gone.
 bool Streams::WriteResult(std::span<const uint8_t> bytes) {
+  RequireMemory();
   const int error = result_ < 0 ? EBADF : WriteAll(result_, bytes);
   if (error == 0 || error == EPIPE) return error == 0;
   throw ToolError(Exit::kOutput, fmt::format("standard output: {}", std::strerror(error)));

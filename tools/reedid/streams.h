@@ -40,7 +40,7 @@ void Tell(std::string_view text);
 void Note(std::string_view message);
 
 // Notes of the document library, told when the object goes, also when an error is on its way:
-// `image.Generate(ToldNotes())` tells them before anything else is done.
+// `bytes = image.Generate(ToldNotes())` tells them before anything else is done.
 class ToldNotes {
  public:
   ToldNotes() = default;
