@@ -1,6 +1,6 @@
 # The commands from end to end: results, exit codes, and that nothing is lost when something fails.
-# Usage: sh commands_test.sh path-of-reedid
-tool=$1
+# Usage: sh commands_test.sh path-of-reedid folder-of-the-examples
+tool=$1 examples=$2
 dir=$(mktemp -d) || exit 1
 trap 'rm -rf "$dir"' EXIT
 cd "$dir" || exit 1
@@ -154,6 +154,17 @@ done
 expect 0 explain block-checksum
 has out '^block-checksum: error'
 expect 2 explain no-such-rule
+
+# --- what the examples write is free of errors and warnings
+"$examples/write_edid" written.bin || fail 'the example write_edid'
+for input in written.bin tv-4k.bin tv-4k120.bin dvi.bin gaming-dp.bin; do
+  for example in 'limit_hdmi20 IN example.bin 0x1200' 'sdr_stereo IN example.bin' 'add_vendor_block IN example.bin 0x123456 1 0xFF'; do
+    rm -f example.bin
+    "$examples/"$(echo "$example" | sed "s/IN/$input/") >out 2>&1 || { has out 'no CTA\|not enough space'; continue; }
+    expect 0 check --strict --severity warning example.bin
+  done
+done
+expect 0 check --strict written.bin
 
 # --- fix: what is safe by itself, the rest by name; a second run has nothing to do
 expect 2 fix odd.bin
@@ -462,8 +473,14 @@ same alone out
 expect 0 help
 has out 'Exit codes'
 expect 2 help frobnicate
-expect 2 $(printf 'f%.0s' $(seq 100)) dvi.bin
-has err "'f\{37\}\.\.\.'"
+long=$(printf 'f%.0s' $(seq 100))
+expect 2 $long dvi.bin
+for words in "limit $long dvi.bin -o new.bin" "limit sdr dvi.bin -o new.bin --rates $long" "phys tv-4k.bin $long -o new.bin" \
+  "check --severity $long dvi.bin" "check --rule $long dvi.bin" "show dvi.bin --$long" "timing vic $long" "explain $long"; do
+  expect 2 $words
+  has err "f\{35,37\}\.\.\."
+  grep -q 'f\{41\}' err && fail "reedid $words repeats all of a bad word: $(cat err)"
+done
 expect 0 --version
 
 # --- output that cannot be written: the old file stays, no temporary file does
