@@ -2,11 +2,11 @@
 // their names, a 1 without its value. "BT2020RGB metadataProfiles=5", "nativeVic=16 vics=16,31", "timing/hactive=1920".
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <type_traits>
 
 #include "document/account/records.h"
+#include "document/json.h"
 
 namespace reedid::test {
 
