@@ -116,7 +116,8 @@ template <class Codec, class Record>
 template <class Codec, class Record>
 constexpr ExactCodec ExactCodecOf() {
   static_assert(std::has_unique_object_representations_v<Record>, "padding would be compared");
-  static_assert(sizeof(Record) <= kMaxExactRecord && alignof(Record) <= alignof(uint32_t));
+  static_assert(sizeof(Record) <= kMaxExactRecord);
+  static_assert(alignof(Record) <= alignof(uint32_t));
   return {RunExact<Codec, Record>, sizeof(Record)};
 }
 

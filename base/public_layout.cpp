@@ -36,6 +36,7 @@ constexpr size_t kPointer = sizeof(void*);
   static_assert(IsRun(offset, size, {AGAIN(FOR_EACH(type, __VA_ARGS__))}), #type ": " #__VA_ARGS__)
 #define SIZE(type, size) static_assert(sizeof(type) == (size), #type)
 
+// NOLINTBEGIN(bugprone-sizeof-expression): some fields are pointers
 PIN(EdidBlock, 0, 1, type);
 PIN(EdidBlock, 2, 2, capacity, size);
 PIN(EdidBlock, 8, kPointer, bytes);
@@ -425,5 +426,6 @@ PIN(EdidLink, 20, 4, maxRate);
 PIN(EdidLink, 24, kPointer, rates);
 PIN(EdidLink, 24 + kPointer, 4, rateCount);
 SIZE(EdidLink, 24 + 2 * kPointer);
+// NOLINTEND(bugprone-sizeof-expression)
 
 }  // namespace

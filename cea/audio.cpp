@@ -71,8 +71,8 @@ constexpr void SadLayout(const Io& io, Sad& sad) {
   const SadForm& form = FormOf(sad.formatCode, sad.extFormatCode);
   const uint8_t channelBits = Io::kReads ? uint8_t{3} : form.channelBits;
   Above(io, sad.channels, form.channelBase, Place{0, 0, channelBits}, Place{0, 7, form.wide}, Place{1, 7, form.wide});
-  for (uint8_t i = 0; i < std::size(kRates); ++i) {
-    io(sad.*kRates[i], Place{1, i, Bit(form.rates, i)});
+  for (unsigned i = 0; i < std::size(kRates); ++i) {
+    io(sad.*kRates[i], Place{1, Low8(i), Bit(form.rates, i)});
   }
   const uint8_t depthBits = Io::kReads || form.depths;
   io(sad.bits16, Place{2, 0, depthBits});

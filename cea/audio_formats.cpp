@@ -83,7 +83,7 @@ struct AudioFormats : ExactDefaults {
 
   static void Layout(const ExactIo& io, AudioFormatsRecord& r, unsigned size) {
     if (io.Reads()) r.count = Low8((size - 1) / kSadSize);
-    for (uint8_t i = 0; i < r.count; ++i) Descriptor(io, r.formats[i], Low8(1 + kSadSize * i));
+    for (unsigned i = 0; i < r.count; ++i) Descriptor(io, r.formats[i], Low8(1 + kSadSize * i));
   }
 
  private:
@@ -93,7 +93,7 @@ struct AudioFormats : ExactDefaults {
     if (f.formatCode == kExtendedFormat) io(f.extFormatCode, Place{third, 3, 5});
     const unsigned code = f.formatCode == kExtendedFormat ? kExtended + f.extFormatCode : f.formatCode;
     Channels(io, f, code, at);
-    for (uint8_t i = 0; i < std::size(kRates); ++i) io(f.*kRates[i], Place{second, i, 1});
+    for (unsigned i = 0; i < std::size(kRates); ++i) io(f.*kRates[i], Place{second, Low8(i), 1});
     for (const NamedBit& named : kNamedBits) {
       if (Within(code, named.first, named.last)) io(f.*named.field, Place{third, named.bit, 1});
     }

@@ -79,7 +79,7 @@ inline LayoutWriter BeginDataBlock(CeaDataBlock& entry, const CeaForm& form, uns
 
 // A data block in a buffer of its own, to set and then add or put in place of another.
 struct ScratchDataBlock : CeaDataBlock {
-  ScratchDataBlock() : CeaDataBlock{0, 0, 0, buffer} {}
+  ScratchDataBlock() : CeaDataBlock{} { bytes = buffer; }
   ScratchDataBlock(const ScratchDataBlock&) = delete;
   ScratchDataBlock& operator=(const ScratchDataBlock&) = delete;
   uint8_t buffer[REEDID_CEA_DATA_BLOCK_SIZE] = {};
