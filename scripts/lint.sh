@@ -4,6 +4,10 @@
 # of that alone; with "format" only the formatting of every C and C++ file, which --fix mends.
 set -eu
 cd "$(dirname "$0")/.."
+case ${1:-} in
+  "" | library | format) ;;
+  *) sed -n 's/^# //p' "$0" >&2; exit 2 ;;
+esac
 if [ "${1:-}" = format ]; then
   mode="--dry-run --Werror"
   [ "${2:-}" = --fix ] && mode="-i"
