@@ -9,11 +9,22 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 #include "cea/speakers.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(SadRecord, 0, 1, formatCode, extFormatCode, channels, rate32k, rate44k1, rate48k, rate88k2, rate96k,
+           rate176k4, rate192k, bits16, bits20, bits24, maxBitrate, formatDependent);
+PIN_SIZE(SadRecord, 15);
+PIN_FIELDS(AdbRecord, 0, 1, sadCount);
+PIN_FIELDS(AdbRecord, 1, 150, sads);
+PIN_SIZE(AdbRecord, 151);
+PIN_FIELDS(SpeakerRecord, 0, 1, FL_FR, LFE1, FC, BL_BR, BC, FLc_FRc, RLC_RRC, FLw_FRw, TpFL_TpFR, TpC, TpFC, LS_RS,
+           LFE2, TpBC, SiL_SiR, TpSiL_TpSiR, TpBL_TpBR, BtFC, BtFL_BtFR, TpLS_TpRS);
+PIN_SIZE(SpeakerRecord, 20);
 
 constexpr CeaForm kAudio = {CEA_TAG_AUDIO, 0, 4, 31};
 constexpr CeaForm kSpeaker = {CEA_TAG_SPEAKERS, 0, 4, 31};

@@ -6,11 +6,21 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_media.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(AudioFormat, 0, 1, formatCode, extFormatCode, channels, level, rate32k, rate44k1, rate48k, rate88k2, rate96k,
+           rate176k4, rate192k, bits16, bits20, bits24, joc, jocAcmod28, dtsX, matObjects, matNoHash, frames1024,
+           frames960, systemH, mpegSurroundExplicit, lowComplexityProfile, baselineProfile, formatDependent);
+PIN_FIELDS(AudioFormat, 26, 2, maxBitrate);
+PIN_SIZE(AudioFormat, 28);
+PIN_FIELDS(AudioFormatsRecord, 0, 2, count);
+PIN_FIELDS(AudioFormatsRecord, 2, 280, formats);
+PIN_SIZE(AudioFormatsRecord, 282);
 
 constexpr uint8_t kExtendedFormat = 15;
 constexpr uint16_t kExtended = 0x100;  // added to the codes of extended formats

@@ -5,10 +5,17 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(ColorimetryRecord, 0, 1, xvYCC601, xvYCC709, sYCC601, opYCC601, opRGB, BT2020cYCC, BT2020YCC, BT2020RGB,
+           metadataProfiles, ICtCp, DCI_P3);
+PIN_SIZE(ColorimetryRecord, 11);
+PIN_FIELDS(VideoCapRecord, 0, 1, QY, QS, S_PT, S_IT, S_CE);
+PIN_SIZE(VideoCapRecord, 5);
 
 constexpr CeaForm kColorimetry = {CEA_TAG_EXTENDED, CEA_EXT_TAG_COLORIMETRY, 4, 31};
 constexpr CeaForm kVideoCapability = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VIDEO_CAPABILITY, 3, 31};

@@ -10,11 +10,16 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 #include "displayid/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(Cea20ByteDtdRecord, 0, 1, flagBit3, extraBytes, preferred);
+PIN_FIELDS(Cea20ByteDtdRecord, 4, 36, timing);
+PIN_SIZE(Cea20ByteDtdRecord, 40);
 
 constexpr CeaForm kTypeVii = {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII, 23, 32};
 constexpr CeaForm kTypeViii = {CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII, 4, 32};

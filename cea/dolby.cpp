@@ -14,11 +14,22 @@
 //   5     version - 1 2..0, centre 4, surround 5, height 6, headphone only 7
 //   6     MAT of 48 kHz PCM only 0, a bit that displays set and nobody explains 7
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_vendor.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DolbyVisionRecord, 0, 1, version, size, yuv422_12bit, supports2160p60, globalDimming, colorimetryP3,
+           backlightControl, backlightMinLuminance, interfaces, lowLatency, parity, rgb444, dmMajor, dmMinor,
+           targetMinLuminance, targetMaxLuminance);
+PIN_FIELDS(DolbyVisionRecord, 16, 2, targetMinPq, targetMaxPq, redX, redY, greenX, greenY, blueX, blueY, whiteX,
+           whiteY);
+PIN_SIZE(DolbyVisionRecord, 36);
+PIN_FIELDS(DolbyAudioRecord, 0, 1, version, centerZone, surroundZone, heightZone, headphoneOnly, matPcm48Only,
+           unknownFlag);
+PIN_SIZE(DolbyAudioRecord, 7);
 
 // Where the primaries of the short forms begin, in 1/256.
 struct Chromaticity {

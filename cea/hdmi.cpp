@@ -22,11 +22,31 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 #include "cea/hdmi_layout.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(H14bRecord, 0, 2, physAddr);
+PIN_FIELDS(H14bRecord, 2, 1, supportsAI, DC_48bit, DC_36bit, DC_30bit, DC_Y444, DVI_Dual);
+PIN_FIELDS(H14bRecord, 8, 2, max_TMDS_Clock);
+PIN_FIELDS(H14bRecord, 10, 1, latencyPresent, iLatencyPresent, hdmiVideoPresent);
+PIN_FIELDS(H14bRecord, 13, 4, cnc);
+PIN_FIELDS(H14bRecord, 18, 2, videoLatency, audioLatency, iVideoLatency, iAudioLatency);
+PIN_FIELDS(H14bRecord, 26, 1, imageSize, hdmiVicLen);
+PIN_FIELDS(H14bRecord, 28, 8, hdmiVics);
+PIN_SIZE(H14bRecord, 36);
+PIN_FIELDS(HfVsdbRecord, 0, 1, version);
+PIN_FIELDS(HfVsdbRecord, 2, 2, TMDS_Character_Rate);
+PIN_FIELDS(HfVsdbRecord, 4, 1, scdcPresent, rrCapable, ccbpci, lte340Scramble, independentView, dualView,
+           osdDisparity3d, Max_FRL_Rate, dc48bit420, dc36bit420, dc30bit420, mDelta, cinemaVrr, cnmVrr, fva, allm,
+           fapaStartLocation);
+PIN_FIELDS(HfVsdbRecord, 22, 2, VRRmax);
+PIN_FIELDS(HfVsdbRecord, 24, 1, VRRmin, DSC_1p2, dscNative420, dscAllBpp, dsc16bpc, dsc12bpc, dsc10bpc,
+           DSC_Max_FRL_Rate, DSC_MaxSlices, DSC_TotalChunkKBytes);
+PIN_SIZE(HfVsdbRecord, 34);
 
 constexpr CeaForm kAnyVsdb = {CEA_TAG_VENDOR, 0, 4, 31};
 constexpr CeaForm kHdmi14b = {CEA_TAG_VENDOR, 0, 6, 31};

@@ -15,12 +15,27 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "cea/hdmi_layout.h"
 #include "reedid/cea_hdmi.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(H14b3dEntry, 0, 1, twoD_VIC_order, threeD_Structure, threeD_Detail);
+PIN_SIZE(H14b3dEntry, 3);
+PIN_FIELDS(H14b3dRecord, 0, 2, physAddr, max_TMDS_Clock);
+PIN_FIELDS(H14b3dRecord, 4, 1, supportsAI, DC_48bit, DC_36bit, DC_30bit, DC_Y444, DVI_Dual, latencyPresent,
+           iLatencyPresent, hdmiVideoPresent);
+PIN_FIELDS(H14b3dRecord, 13, 4, cnc);
+PIN_FIELDS(H14b3dRecord, 17, 1, videoLatency, audioLatency, iVideoLatency, iAudioLatency, threeD_present,
+           threeD_Multi_present, imageSize, hdmiVicLen);
+PIN_FIELDS(H14b3dRecord, 25, 7, hdmiVics);
+PIN_FIELDS(H14b3dRecord, 32, 1, entryCount);
+PIN_FIELDS(H14b3dRecord, 33, 93, entries);
+PIN_FIELDS(H14b3dRecord, 126, 2, threeD_Structure_ALL, threeD_MASK);
+PIN_SIZE(H14b3dRecord, 130);
 
 constexpr unsigned kFixedSize = 9;
 constexpr uint8_t kDetailed = 8;  // the first structure that has a detail

@@ -16,12 +16,25 @@
 //
 // Extension override: 2 number of extension blocks
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "cea/hdmi_layout.h"
 #include "reedid/cea_hdmi.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(HfScdsRecord, 0, 1, version, Max_FRL_Rate);
+PIN_FIELDS(HfScdsRecord, 2, 2, TMDS_Character_Rate);
+PIN_FIELDS(HfScdsRecord, 4, 1, scdcPresent, rrCapable, cableStatus, ccbpci, lte340Scramble, independentView, dualView,
+           osdDisparity3d, UHD_VIC, dc48bit420, dc36bit420, dc30bit420, fapaEndExtended, QMS, mDelta, cinemaVrr, cnmVrr,
+           fva, allm, fapaStartLocation);
+PIN_FIELDS(HfScdsRecord, 24, 2, VRRmax);
+PIN_FIELDS(HfScdsRecord, 26, 1, VRRmin, DSC_1p2, dscNative420, QMS_TFRmax, QMS_TFRmin, dscAllBpp, dsc16bpc, dsc12bpc,
+           dsc10bpc, DSC_Max_FRL_Rate, DSC_MaxSlices, DSC_TotalChunkKBytes);
+PIN_SIZE(HfScdsRecord, 38);
+PIN_FIELDS(ExtensionOverrideRecord, 0, 1, extensionBlocks);
+PIN_SIZE(ExtensionOverrideRecord, 1);
 
 struct SinkCapabilities : ExactDefaults {
   static constexpr uint8_t kChunkByte = 13;

@@ -18,12 +18,34 @@
 //     1   factors 5..0, 144 Hz 6, 30 Hz 7; without it 30 Hz and factors 1 and 2
 //     2   48 Hz 0
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "cea/speakers.h"
 #include "reedid/cea_display.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(VideoFormatEntry, 0, 1, rid, base50, rate24, base60, rate144, factors, rate48);
+PIN_SIZE(VideoFormatEntry, 7);
+PIN_FIELDS(VideoFormatsRecord, 0, 1, ycc420, fractionalPreferred, descriptorSize, count);
+PIN_FIELDS(VideoFormatsRecord, 4, 210, entries);
+PIN_SIZE(VideoFormatsRecord, 214);
+PIN_FIELDS(HdmiAudioFormat, 0, 1, formatCode, channels, rate32k, rate44k1, rate48k, rate88k2, rate96k, rate176k4,
+           rate192k, bits16, bits20, bits24, formatDependent);
+PIN_SIZE(HdmiAudioFormat, 13);
+PIN_FIELDS(HdmiAudioRecord, 0, 1, maxStreams, nonMixed, count);
+PIN_FIELDS(HdmiAudioRecord, 3, 78, formats);
+PIN_FIELDS(HdmiAudioRecord, 81, 20, speakers);
+PIN_FIELDS(HdmiAudioRecord, 101, 1, LSd_RSd, speakerSystem);
+PIN_SIZE(HdmiAudioRecord, 103);
+PIN_FIELDS(ToneMappingPoint, 0, 1, percent, peak);
+PIN_SIZE(ToneMappingPoint, 2);
+PIN_FIELDS(ToneMappingRecord, 0, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY);
+PIN_FIELDS(ToneMappingRecord, 16, 1, version, grdmSupport, drdm, hgigDrdm, useHgig, maxRgb, gamut, minBrightness10,
+           peakBrightness100, pointCount);
+PIN_FIELDS(ToneMappingRecord, 26, 8, points);
+PIN_SIZE(ToneMappingRecord, 34);
 
 struct HdmiAudio : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_HDMI_AUDIO, 3, 32};

@@ -6,10 +6,15 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(StaticHdrRecord, 0, 1, eotfSdr, eotfHdr, eotfPq, eotfHlg, staticMetadataType1, maxLuminance,
+           maxFrameAvgLuminance, minLuminance);
+PIN_SIZE(StaticHdrRecord, 8);
 
 constexpr CeaForm kStaticHdr = {CEA_TAG_EXTENDED, CEA_EXT_TAG_STATIC_HDR, 4, 31};
 constexpr CeaForm kVendorVideo = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VENDOR_VIDEO, 5, 31};

@@ -8,11 +8,22 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_vendor.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(Hdr10PlusRecord, 0, 1, applicationVersion, fullFramePeakIndex, peakIndex);
+PIN_SIZE(Hdr10PlusRecord, 3);
+PIN_FIELDS(DynamicHdrEntry, 0, 2, type);
+PIN_FIELDS(DynamicHdrEntry, 2, 1, flagCount);
+PIN_FIELDS(DynamicHdrEntry, 3, 27, flags);
+PIN_SIZE(DynamicHdrEntry, 30);
+PIN_FIELDS(DynamicHdrRecord, 0, 2, count);
+PIN_FIELDS(DynamicHdrRecord, 2, 300, entries);
+PIN_SIZE(DynamicHdrRecord, 302);
 
 struct DynamicHdr : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_DYNAMIC_HDR, 2, 32};

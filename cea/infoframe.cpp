@@ -7,11 +7,23 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_media.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(InfoFrameEntry, 0, 1, type);
+PIN_FIELDS(InfoFrameEntry, 1, 3, oui);
+PIN_FIELDS(InfoFrameEntry, 4, 1, payloadLength);
+PIN_FIELDS(InfoFrameEntry, 5, 7, payload);
+PIN_SIZE(InfoFrameEntry, 12);
+PIN_FIELDS(InfoFrameRecord, 0, 1, additionalVendor, headerLength);
+PIN_FIELDS(InfoFrameRecord, 2, 7, header);
+PIN_FIELDS(InfoFrameRecord, 9, 1, count);
+PIN_FIELDS(InfoFrameRecord, 10, 336, entries);
+PIN_SIZE(InfoFrameRecord, 346);
 
 constexpr uint8_t kVendorType = 1;
 constexpr unsigned kHeader = 4;

@@ -16,6 +16,7 @@
 #include "base/list.h"
 #include "base/log.h"
 #include "base/memory.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 #include "edid/image.h"
 #include "reedid/cea.h"
@@ -23,6 +24,17 @@
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(CeaDataBlock, 0, 1, tag, extTag, size);
+PIN_FIELDS(CeaDataBlock, kPointer, kPointer, bytes);
+PIN_SIZE(CeaDataBlock, 2 * kPointer);
+PIN_FIELDS(CeaBlock, 0, 1, revision, dtdOffset, underscan, basicAudio, ycbcr444, ycbcr422, nativeDtdCount,
+           dataBlockCount);
+PIN_FIELDS(CeaBlock, 8, kPointer, dataBlocks);
+PIN_FIELDS(CeaBlock, 8 + kPointer, 1, dtdCount);
+PIN_FIELDS(CeaBlock, 8 + 2 * kPointer, kPointer, dtds);
+PIN_FIELDS(CeaBlock, 8 + 3 * kPointer, 1, checksum, freeSpace, checksumValid);
+PIN_SIZE(CeaBlock, 8 + 4 * kPointer);
 
 constexpr uint8_t kExtensionTag = 0x02;
 constexpr unsigned kCollectionStart = 4;

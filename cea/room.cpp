@@ -13,12 +13,23 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "cea/speakers.h"
 #include "reedid/cea_media.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(RoomRecord, 0, 1, displayPlace, locations, speakerCount);
+PIN_FIELDS(RoomRecord, 3, 20, speakers);
+PIN_FIELDS(RoomRecord, 23, 1, maxX, maxY, maxZ, displayX, displayY, displayZ);
+PIN_SIZE(RoomRecord, 29);
+PIN_FIELDS(SpeakerLocationEntry, 0, 1, coordinates, active, channel, speakerId, x, y, z);
+PIN_SIZE(SpeakerLocationEntry, 7);
+PIN_FIELDS(SpeakerLocationRecord, 0, 1, count);
+PIN_FIELDS(SpeakerLocationRecord, 1, 105, entries);
+PIN_SIZE(SpeakerLocationRecord, 106);
 
 struct Room : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_ROOM_CONFIGURATION, 6, 32};

@@ -4,11 +4,22 @@
 // Microsoft, OUI CA-12-5C, 22 bytes: 4 version, 5 desktop 6, third parties 5 (version 3), use 4..0, 6-21 ContainerID
 // Product information (CTA-861.7), extended tag 33: 2-4 OUI, high byte first, 5 version, 6.. name
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_display.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(FilmmakerRecord, 0, 1, contentType, contentSubtype);
+PIN_SIZE(FilmmakerRecord, 2);
+PIN_FIELDS(MicrosoftVsdbRecord, 0, 1, version, desktopUsage, thirdPartyUsage, primaryUse);
+PIN_FIELDS(MicrosoftVsdbRecord, 4, 16, containerId);
+PIN_SIZE(MicrosoftVsdbRecord, 20);
+PIN_FIELDS(ProductInformationRecord, 0, 3, oui);
+PIN_FIELDS(ProductInformationRecord, 3, 1, version, length);
+PIN_FIELDS(ProductInformationRecord, 5, 26, name);
+PIN_SIZE(ProductInformationRecord, 31);
 
 struct Filmmaker : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_VENDOR, 0, 6, 32};

@@ -14,11 +14,23 @@
 //
 // NVIDIA, OUI 00-04-4B: 4 version, 5 minimum refresh rate / Hz
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_vendor.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(AmdVsdbRecord, 0, 1, version, caps0, hdrValid, backlightControl, localDimming, replayPsrSwitch, replaySprs,
+           panelReplay, extraValid, minRefresh);
+PIN_FIELDS(AmdVsdbRecord, 10, 2, maxRefresh);
+PIN_FIELDS(AmdVsdbRecord, 12, 1, mccsVcpCode, eotf0, eotf1, eotfPq, eotf3, eotfPqInterim, eotf5, panelType,
+           maxLuminance1, minLuminance1, maxLuminance2, minLuminance2);
+PIN_FIELDS(AmdVsdbRecord, 24, 4, extra24);
+PIN_FIELDS(AmdVsdbRecord, 28, 1, extra19, extra19Valid, dpcdOffset, dpcdOffsetValid);
+PIN_SIZE(AmdVsdbRecord, 32);
+PIN_FIELDS(NvidiaVsdbRecord, 0, 1, version, vrrMinRefresh);
+PIN_SIZE(NvidiaVsdbRecord, 2);
 
 constexpr uint8_t kVersionByte = 4;
 

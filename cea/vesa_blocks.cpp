@@ -13,11 +13,23 @@
 //
 // Display transfer characteristics, tag 5, 8, 16 or 32 bytes: 1 curve 7..6, first sample 5..0; 2.. steps
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_display.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(VesaDeviceRecord, 0, 2, maxClock, nativeWidth, nativeHeight, aspectRatioX100, primary4X, primary4Y,
+           primary5X, primary5Y, primary6X, primary6Y, responseTime, audioDelay);
+PIN_FIELDS(VesaDeviceRecord, 24, 1, interfaceType, channels, version, release, contentProtection, minClock, orientation,
+           rotation, zeroPixel, scanDirection, subPixels, hPitch, vPitch, dithering, directDrive, noOverdrive,
+           deinterlacing, audio, separateAudio, audioOverride, audioDelayTold, rateConversion, rateRange, nominalRate,
+           interfaceDepth, displayDepth, extraPrimaries, whiteToBlack, hOverscan, vOverscan);
+PIN_SIZE(VesaDeviceRecord, 54);
+PIN_FIELDS(VesaTransferRecord, 0, 1, curve, count);
+PIN_FIELDS(VesaTransferRecord, 2, 64, samples);
+PIN_SIZE(VesaTransferRecord, 66);
 
 struct VesaDevice : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_VESA_DISPLAY_DEVICE, 32, 32};

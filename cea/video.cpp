@@ -12,10 +12,18 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(VdbRecord, 0, 1, nativeVic, vicCount);
+PIN_FIELDS(VdbRecord, 2, 31, vics);
+PIN_SIZE(VdbRecord, 33);
+PIN_FIELDS(Vic420Record, 0, 1, vicCount);
+PIN_FIELDS(Vic420Record, 1, 31, vics);
+PIN_SIZE(Vic420Record, 32);
 
 constexpr CeaForm kVideo = {CEA_TAG_VIDEO, 0, 2, 32};
 constexpr CeaForm k420Video = {CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO, 3, 32};

@@ -6,11 +6,19 @@
 
 #include <iterator>
 
+#include "base/pinned.h"
 #include "cea/exact_codec.h"
 #include "reedid/cea_media.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(NativeResolutionRecord, 0, 2, width, height);
+PIN_FIELDS(NativeResolutionRecord, 4, 1, reference, sizeUnit);
+PIN_SIZE(NativeResolutionRecord, 6);
+PIN_FIELDS(FormatPreferenceRecord, 0, 1, count);
+PIN_FIELDS(FormatPreferenceRecord, 1, 30, references);
+PIN_SIZE(FormatPreferenceRecord, 31);
 
 struct NativeResolution : ExactDefaults {
   static constexpr CeaForm kForm = {CEA_TAG_EXTENDED, CEA_EXT_TAG_NATIVE_RESOLUTION, 3, 8};

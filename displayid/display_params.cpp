@@ -12,11 +12,28 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "displayid/codec.h"
 #include "edid/fields.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DisplayParamsRecord, 0, 2, hImageSize, vImageSize, hPixels, vPixels, gammaX100);
+PIN_FIELDS(DisplayParamsRecord, 10, 1, audio, separateAudio, audioOverride, powerManagement, fixedTiming,
+           fixedPixelFormat, supportsAI, deinterlacing);
+PIN_FIELDS(DisplayParamsRecord, 18, 2, aspectRatioX100);
+PIN_FIELDS(DisplayParamsRecord, 20, 1, nativeColorDepth, overallColorDepth);
+PIN_SIZE(DisplayParamsRecord, 22);
+PIN_FIELDS(DisplayParams20Record, 0, 1, sizeIn1mm);
+PIN_FIELDS(DisplayParams20Record, 4, 4, hImageSize, vImageSize);
+PIN_FIELDS(DisplayParams20Record, 12, 2, hPixels, vPixels);
+PIN_FIELDS(DisplayParams20Record, 16, 1, features);
+PIN_FIELDS(DisplayParams20Record, 18, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY, maxLuminanceFull,
+           maxLuminance10, minLuminance);
+PIN_FIELDS(DisplayParams20Record, 40, 1, colorDepth, technology);
+PIN_FIELDS(DisplayParams20Record, 42, 2, gammaX100);
+PIN_SIZE(DisplayParams20Record, 44);
 
 constexpr unsigned kSize = 15;
 constexpr unsigned k20Size = 32;

@@ -23,11 +23,30 @@
 //   17    scaling 6..0, configurable 7; 18-21 other scaling / 32
 //   22    layers in streams of their own: side by side 0, stacked 1
 
+#include "base/pinned.h"
 #include "displayid/exact_codec.h"
 #include "reedid/displayid_blocks.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(HeadMountedRecord, 0, 4, rightFocal, leftFocal, rightCenterY, rightCenterX, leftCenterY, leftCenterX);
+PIN_FIELDS(HeadMountedRecord, 24, 2, rightX, rightY, leftX, leftY, width, height, rightLens, leftLens, interocularAngle,
+           lensMin, lensRange, ipdOffset, ipdMin, ipdRange, hFov);
+PIN_FIELDS(HeadMountedRecord, 54, 8, rightFov);
+PIN_FIELDS(HeadMountedRecord, 62, 8, leftFov);
+PIN_FIELDS(HeadMountedRecord, 70, 1, revision, dualLayer, interleaveStacked, extendedMode, displays, streams, layers,
+           layerMetadata, replication, rightRotation, leftRotation, lensAdjustable, lensMotion, lensDistance, ipdUseful,
+           rightDisplay, leftDisplay, rightEye, leftEye, foveated, layer0Streams, layer1Streams);
+PIN_SIZE(HeadMountedRecord, 92);
+PIN_FIELDS(HeadMountedLayerRecord, 0, 4, serialNumber);
+PIN_FIELDS(HeadMountedLayerRecord, 4, 2, productCode);
+PIN_FIELDS(HeadMountedLayerRecord, 6, 3, vendorId);
+PIN_FIELDS(HeadMountedLayerRecord, 9, 1, revision, layer, configurable, cropping, lensCorrection, lensConfigurable,
+           gamma, degamma, mura, blankingData, reprojection, reprojectionSwitchable, scalings, scalingConfigurable);
+PIN_FIELDS(HeadMountedLayerRecord, 23, 4, otherScaling);
+PIN_FIELDS(HeadMountedLayerRecord, 27, 1, layerStreams);
+PIN_SIZE(HeadMountedLayerRecord, 28);
 
 // Consecutive numbers of 16 or 32 bits. Gives back where they end.
 template <class... Fields>

@@ -15,11 +15,30 @@
 //   7     overlap 3..0, streams 6..5
 //   8-9   DSC target: 8 5..0 and 9 3..0 / (1/16 bit per pixel)
 
+#include "base/pinned.h"
 #include "displayid/exact_codec.h"
 #include "reedid/displayid_blocks.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(TiledDisplayRecord, 0, 4, tileWidth, tileHeight, serialNumber);
+PIN_FIELDS(TiledDisplayRecord, 12, 2, productCode, pixelMultiplier);
+PIN_FIELDS(TiledDisplayRecord, 16, 3, vendorId);
+PIN_FIELDS(TiledDisplayRecord, 19, 1, revision, singleEnclosure, bezelPresent, someTilesBehavior, oneTileBehavior,
+           hTiles, vTiles, hLocation, vLocation, bezelTop, bezelBottom, bezelRight, bezelLeft);
+PIN_SIZE(TiledDisplayRecord, 32);
+PIN_FIELDS(ContainerIdRecord, 0, 1, revision);
+PIN_FIELDS(ContainerIdRecord, 1, 16, id);
+PIN_SIZE(ContainerIdRecord, 17);
+PIN_FIELDS(DispIdVendorRecord, 0, 1, revision, flags);
+PIN_FIELDS(DispIdVendorRecord, 2, 3, vendor);
+PIN_FIELDS(DispIdVendorRecord, 5, 1, length);
+PIN_FIELDS(DispIdVendorRecord, 6, 245, data);
+PIN_SIZE(DispIdVendorRecord, 251);
+PIN_FIELDS(VesaVendorRecord, 0, 2, dscBppX16);
+PIN_FIELDS(VesaVendorRecord, 2, 1, dscPresent, revision, structureType, nativeColor, overlapPixels, multiSst);
+PIN_SIZE(VesaVendorRecord, 8);
 
 struct TiledDisplay : ExactDefaults {
   static constexpr DispIdForm kForm = {DISPID_TAG_TILED, 25, 25};

@@ -18,11 +18,34 @@
 //   1     longest increase / 0.25 ms            3-4 maximum / Hz - 1, 9..0
 //   2     minimum / Hz                          5   longest decrease / 0.25 ms
 
+#include "base/pinned.h"
 #include "displayid/exact_codec.h"
 #include "reedid/displayid_blocks.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(AdaptiveSyncRange, 0, 2, minRefresh, maxRefresh);
+PIN_FIELDS(AdaptiveSyncRange, 4, 1, nativeRange, mode, noSeamless, increaseNoJitter, decreaseNoJitter, maxIncrease,
+           maxDecrease);
+PIN_FIELDS(AdaptiveSyncRange, 11, 7, extra);
+PIN_SIZE(AdaptiveSyncRange, 18);
+PIN_FIELDS(AdaptiveSyncRecord, 0, 1, revision, descriptorSize);
+PIN_FIELDS(AdaptiveSyncRecord, 2, 2, count);
+PIN_FIELDS(AdaptiveSyncRecord, 4, 738, ranges);
+PIN_SIZE(AdaptiveSyncRecord, 742);
+PIN_FIELDS(ColorEotf, 0, 1, colorSpace, eotf);
+PIN_SIZE(ColorEotf, 2);
+PIN_FIELDS(InterfaceFeaturesRecord, 0, 1, revision, rgbDepths, ycc444Depths, ycc422Depths, ycc420Depths,
+           min420PixelRate, audio32k, audio44k1, audio48k, colorEotfs, additionalCount);
+PIN_FIELDS(InterfaceFeaturesRecord, 11, 14, additional);
+PIN_SIZE(InterfaceFeaturesRecord, 25);
+PIN_FIELDS(DisplayInterfaceRecord, 0, 1, revision, interfaceType, links, version, release, rgbDepths, ycc444Depths,
+           ycc422Depths, contentProtection, protectionVersion, protectionRelease, spreadType, spreadPercent, attribute1,
+           attribute2);
+PIN_SIZE(DisplayInterfaceRecord, 15);
+PIN_FIELDS(PowerSequencingRecord, 0, 1, revision, minT1, maxT1, maxT2, maxT3, minT4, minT5, minT6);
+PIN_SIZE(PowerSequencingRecord, 8);
 
 struct Interface : ExactDefaults {
   static constexpr DispIdForm kForm = {DISPID_TAG_DISPLAY_INTERFACE, 13, 13};

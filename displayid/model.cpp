@@ -15,11 +15,21 @@
 #include "base/list.h"
 #include "base/log.h"
 #include "base/memory.h"
+#include "base/pinned.h"
 #include "displayid/codec.h"
 #include "edid/image.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DispIdDataBlock, 0, 1, tag, revision, headerFlags, size);
+PIN_FIELDS(DispIdDataBlock, kPointer, kPointer, bytes);
+PIN_SIZE(DispIdDataBlock, 2 * kPointer);
+PIN_FIELDS(DispIdBlock, 0, 1, type, version, revision, productType, extensionCount, dataBlockCount);
+PIN_FIELDS(DispIdBlock, 8, kPointer, dataBlocks);
+PIN_FIELDS(DispIdBlock, 8 + kPointer, 1, checksum, checksumValid, payloadUsed);
+PIN_FIELDS(DispIdBlock, 12 + kPointer, 2, sectionSize);
+PIN_SIZE(DispIdBlock, 16 + kPointer);
 
 constexpr uint8_t kExtensionTag = 0x70;
 constexpr uint16_t kExtensionSectionSize = 126;

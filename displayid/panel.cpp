@@ -20,11 +20,35 @@
 //   5-8   native pixels - 1, 0 none             14  bit depth 3..0
 //   9     100 * (aspect ratio - 1)              15  white to black 7, response time / ms 6..0
 
+#include "base/pinned.h"
 #include "displayid/exact_codec.h"
 #include "reedid/displayid_blocks.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(ColorPoint, 0, 2, x, y);
+PIN_SIZE(ColorPoint, 4);
+PIN_FIELDS(DispIdColorRecord, 0, 28, primaries);
+PIN_FIELDS(DispIdColorRecord, 28, 60, whites);
+PIN_FIELDS(DispIdColorRecord, 88, 2, standardColorSpace);
+PIN_FIELDS(DispIdColorRecord, 90, 1, revision, cie1976, transferId, temporal, primaryCount, whiteCount);
+PIN_SIZE(DispIdColorRecord, 96);
+PIN_FIELDS(DispIdTransferRecord, 0, 1, revision, identifier, firstIsWhite, individualCurves, fourParameters, length);
+PIN_FIELDS(DispIdTransferRecord, 6, 247, curves);
+PIN_SIZE(DispIdTransferRecord, 253);
+PIN_FIELDS(StereoRecord, 0, 1, revision, timingSupport, method, parameterCount);
+PIN_FIELDS(StereoRecord, 4, 246, parameters);
+PIN_FIELDS(StereoRecord, 250, 1, codeLength);
+PIN_FIELDS(StereoRecord, 251, 246, codes);
+PIN_SIZE(StereoRecord, 497);
+PIN_FIELDS(BrightnessRecord, 0, 2, minSdrLuminance, maxSdrLuminance, maxBoostLuminance, revision);
+PIN_SIZE(BrightnessRecord, 8);
+PIN_FIELDS(DisplayDeviceRecord, 0, 4, nativeWidth, nativeHeight);
+PIN_FIELDS(DisplayDeviceRecord, 8, 2, aspectRatioX100, responseTime, hPitch, vPitch);
+PIN_FIELDS(DisplayDeviceRecord, 16, 1, revision, technology, operatingMode, backlightSwitchable, backlightDimmable,
+           orientation, rotation, zeroPixel, scanDirection, subPixels, bitDepth, whiteToBlack);
+PIN_SIZE(DisplayDeviceRecord, 28);
 
 struct Color : ExactDefaults {
   static constexpr DispIdForm kForm = {DISPID_TAG_COLOR, 4, 71};

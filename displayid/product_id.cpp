@@ -10,10 +10,19 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "displayid/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(ProductIdRecord, 0, 3, manufacturerId);
+PIN_FIELDS(ProductIdRecord, 4, 2, productCode);
+PIN_FIELDS(ProductIdRecord, 8, 4, serialNumber);
+PIN_FIELDS(ProductIdRecord, 12, 1, week);
+PIN_FIELDS(ProductIdRecord, 14, 2, year, nameLength);
+PIN_FIELDS(ProductIdRecord, 16 + kPointer, kPointer, name);
+PIN_SIZE(ProductIdRecord, 16 + 2 * kPointer);
 
 constexpr unsigned kNameStart = 15;
 constexpr unsigned kMaxName = 233;

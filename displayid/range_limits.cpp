@@ -11,10 +11,16 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "displayid/codec.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DispIdRangeLimits, 0, 4, minPixelClock, maxPixelClock);
+PIN_FIELDS(DispIdRangeLimits, 8, 2, minHRate, maxHRate, minHBlank, minVRate, maxVRate, minVBlank);
+PIN_FIELDS(DispIdRangeLimits, 20, 1, interlaced, cvtStandard, cvtReduced, discreteFrequency, seamlessTransition);
+PIN_SIZE(DispIdRangeLimits, 28);
 
 constexpr unsigned kSize = 18;
 constexpr unsigned k20Size = 12;

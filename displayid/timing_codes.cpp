@@ -8,11 +8,16 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "displayid/codec.h"
 #include "displayid/descriptors.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(TimingCodeRecord, 0, 1, codeType, reserved, twoByteCodes, codeCount);
+PIN_FIELDS(TimingCodeRecord, kPointer, kPointer, codes);
+PIN_SIZE(TimingCodeRecord, 2 * kPointer);
 
 constexpr unsigned kMaxCodes = kMaxDispIdPayload;
 constexpr unsigned kVesaBitmapMinSize = 13;

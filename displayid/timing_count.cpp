@@ -10,7 +10,6 @@ namespace {
 
 // Type VI descriptors tell their own length; one that the block does not hold whole does not count.
 unsigned TypeViCount(const DispIdDataBlock& entry) {
-  if (entry.size < kTypeViSize + kDispIdHeaderSize) return 0;
   unsigned count = 0;
   for (Bytes payload = PayloadOf(entry); payload.size() >= TypeViSizeAt(payload); ++count) {
     payload = payload.From(TypeViSizeAt(payload));

@@ -13,9 +13,18 @@
 #include "base/list.h"
 #include "base/log.h"
 #include "base/memory.h"
+#include "base/pinned.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(EdidBlock, 0, 1, type);
+PIN_FIELDS(EdidBlock, 2, 2, capacity, size);
+PIN_FIELDS(EdidBlock, 8, kPointer, bytes);
+PIN_SIZE(EdidBlock, 8 + kPointer);
+PIN_FIELDS(EdidHandle, 0, 1, blockCount);
+PIN_FIELDS(EdidHandle, kPointer, kPointer, blocks);
+PIN_SIZE(EdidHandle, 2 * kPointer);
 
 constexpr uint8_t kEdidHeader[8] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
 constexpr uint32_t kEdidCountByte = 126;

@@ -6,12 +6,20 @@
 #include <functional>
 
 #include "base/log.h"
+#include "base/pinned.h"
 #include "edid/image.h"
 #include "reedid/tags.h"
 #include "timing/dtd.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(OfferedTiming, 0, 36, timing);
+PIN_FIELDS(OfferedTiming, 36, 4, rate, vTotalHalfLines);
+PIN_FIELDS(OfferedTiming, 44, 2, offset, index);
+PIN_FIELDS(OfferedTiming, 48, 1, block, container, dataBlock, variant, source, vic, dmt, hdmiVic, hBorder, vBorder,
+           ycc420, native);
+PIN_SIZE(OfferedTiming, 60);
 
 constexpr uint8_t kErased = 0xFF;
 constexpr uint32_t kFirstEst3Code = 128;

@@ -37,7 +37,7 @@ OPERATOR = re.compile(r"(?<= )(==|!=|<=|>=|<|>|&&|\|\||\+|-)(?= )")
 NUMBER = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f]+|\d+)([uUlL]*)(?![\w.'])")
 # What is no code: comments, texts, characters, directives, and what stops the compiler rather than a test.
 NO_CODE = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])\'|^[ \t]*#[^\n]*(?:\\\n[^\n]*)*|'
-                     r"\bstatic_assert\s*\([^;]*;|\btemplate <[^\n]*", re.S | re.M)
+                     r"\b(?:static_assert|PIN_\w+)\s*\([^;]*;|\btemplate <[^\n]*", re.S | re.M)
 
 
 def end_of_parentheses(text, at):

@@ -34,6 +34,12 @@ done <"$work/files"
 for source in vesa/*.cpp displayid/*.cpp cea/*.cpp; do
   grep -qx "$source" "$work/files" || fail "docs/data-blocks.md does not say what $source holds"
 done
+cat include/reedid/*.h | tr '\n' ' ' | grep -oE '_Get[A-Za-z0-9]+\(const (CeaDataBlock|DispIdDataBlock|DtdSlot)\* [a-z]+, +[A-Z][A-Za-z0-9]+\*' |
+  sed 's/.* //; s/\*//' | sort -u >"$work/records"
+[ -s "$work/records" ] || fail "no getters in the headers"
+while read -r record; do
+  grep -qE "\`$record(\[|\`)" docs/data-blocks.md || fail "docs/data-blocks.md does not say where a $record comes from"
+done <"$work/records"
 
 # Calls that the documents name are there.
 grep -ohE '`(EDID|VESA|CEA|DispID|DispID20)_[A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*`' docs/*.md README.md | tr -d '`' | sort -u >"$work/calls"

@@ -33,11 +33,12 @@ done <"$work/getters"
 awk '/^typedef struct/ { name = $3; print name } /^}/ { name = "" }
      name && /^  (const )?[A-Za-z0-9_]+\*? [A-Za-z0-9_]+(\[[^;]*\])*;/ { field = $1 == "const" ? $3 : $2; sub(/[;[].*/, "", field); print name "." field }' \
   "$source_dir"/include/reedid/*.h | sort >"$work/fields"
-tr '\n' ' ' <"$source_dir/base/public_layout.cpp" | grep -oE '(PIN|SIZE)\([A-Z][^)]*\)' | sed -E 's/^SIZE\(([A-Za-z0-9]+).*/\1/' |
+find $(sed "s|^|$source_dir/|" "$source_dir/cmake/rooms") -name '*.cpp' -print0 | xargs -0 cat | tr '\n' ' ' |
+  grep -oE '(PIN_FIELDS|PIN_SIZE)\([A-Z][^)]*\)' | sed -E 's/^PIN_SIZE\(([A-Za-z0-9]+).*/\1/' |
   awk -F '[(), ]+' '/^PIN/ { for (i = NF - 1; i > 0 && $i ~ /^[A-Za-z_]/ && $i != "kPointer"; --i) if (i > 2) print $2 "." $i }
                     !/^PIN/' | sort >"$work/pinned"
 [ -s "$work/fields" ] || fail "no structures are declared"
-diff "$work/fields" "$work/pinned" || fail "base/public_layout.cpp (>) does not pin the structures of the headers (<)"
+diff "$work/fields" "$work/pinned" || fail "the sources (>) do not pin the structures of the headers (<)"
 
 readelf -d "$shared" | grep -q 'SONAME.*libreedid\.so\.' || fail "no SONAME"
 if [ -z "$sanitized" ]; then

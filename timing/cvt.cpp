@@ -17,11 +17,19 @@
 
 #include "base/bytes.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "timing/modes.h"
 #include "timing/tables.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(CvtTiming, 0, 1, formula, aspectRatio);
+PIN_FIELDS(CvtTiming, 2, 2, hactive, frameRate);
+PIN_FIELDS(CvtTiming, 6, 1, interlaced, preferred, ycc420, flagA, flagB);
+PIN_FIELDS(CvtTiming, 12, 2, vactive);
+PIN_FIELDS(CvtTiming, 14, 1, extraBits42, extraBits75);
+PIN_SIZE(CvtTiming, 16);
 
 enum Formula : uint8_t { kStandard = 0, kReduced1 = 1, kReduced2 = 2 };
 

@@ -18,9 +18,22 @@
 #include "base/bytes.h"
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DtdTiming, 0, 4, pixelClock);
+PIN_FIELDS(DtdTiming, 4, 2, hactive, hblank, hfrontPorch, hsyncWidth, vactive, vblank, vfrontPorch, vsyncWidth);
+PIN_FIELDS(DtdTiming, 20, 1, hsyncPositive, vsyncPositive, interlaced, frameRate);
+PIN_FIELDS(DtdTiming, 24, 2, aspectRatio);
+PIN_FIELDS(DtdTiming, 26, 1, preferred, reserved);
+PIN_FIELDS(DtdTiming, 28, 2, hImageSize, vImageSize);
+PIN_FIELDS(DtdTiming, 32, 4, reservedFinal);
+PIN_SIZE(DtdTiming, 36);
+PIN_FIELDS(DtdSlot, 0, 1, flag);
+PIN_FIELDS(DtdSlot, 1, 18, bytes);
+PIN_SIZE(DtdSlot, 19);
 
 constexpr unsigned kFlagsByte = 17;
 constexpr uint8_t kDigitalSeparateSync = 0x18;

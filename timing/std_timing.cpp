@@ -3,10 +3,16 @@
 #include <cmath>
 
 #include "base/log.h"
+#include "base/pinned.h"
 #include "timing/tables.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(StdTiming, 0, 1, valid, frameRate);
+PIN_FIELDS(StdTiming, 2, 2, hactive);
+PIN_FIELDS(StdTiming, 4, 1, aspectRatio);
+PIN_SIZE(StdTiming, 6);
 
 // The width that a height gives at an aspect, in whole characters of 8 pixels.
 float WidthOf(uint16_t vactive, float ratio) {

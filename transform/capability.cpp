@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/log.h"
+#include "base/pinned.h"
 #include "cea/codec.h"
 #include "inventory/walk.h"
 #include "reedid/transforms.h"
@@ -12,6 +13,9 @@
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(AudioFmtCap, 0, 1, lpcm, dts, dtsHd, dtsHdExt1, dtsHdExt2, dtsHdExt3, ac3, eac3, eac3Ext, mat, matExt);
+PIN_SIZE(AudioFmtCap, 11);
 
 enum SadFormat : uint8_t { kLpcm = 1, kAc3 = 2, kDts = 7, kEac3 = 10, kDtsHd = 11, kMat = 12 };
 

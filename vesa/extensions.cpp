@@ -17,9 +17,29 @@
 
 #include "base/exact_codec.h"
 #include "base/log.h"
+#include "base/pinned.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(DisplayInfoRecord, 0, 2, maxClock, crossover, vFrequency, hFrequency);
+PIN_FIELDS(DisplayInfoRecord, 8, 1, version, digitalInterface, standardKind);
+PIN_FIELDS(DisplayInfoRecord, 11, 4, standard);
+PIN_FIELDS(DisplayInfoRecord, 15, 1, dataEnable, dataEnableHigh, clockEdge, hdcp, doubleClock, packetized, dataFormat,
+           minClock, subPixelLayout, subPixelConfig, subPixelShape, hPitch, vPitch, fixedPixelFormat, viewDirection,
+           transparent, implementation, ddcCi, legacyModes, stereo, scaler, centering, conditionalUpdate, interlaced,
+           frameLock, rateConversion, orientationKind, portrait, zeroPixel, scanDirection, projector, defaultColor,
+           preferredColor);
+PIN_FIELDS(DisplayInfoRecord, 48, 14, colorCaps);
+PIN_FIELDS(DisplayInfoRecord, 62, 1, dithering);
+PIN_FIELDS(DisplayInfoRecord, 63, 3, depthBGR);
+PIN_FIELDS(DisplayInfoRecord, 66, 3, depthCbYCr);
+PIN_FIELDS(DisplayInfoRecord, 69, 1, aspectFull, aspectZoom, aspectSqueeze, aspectVariable, gammaKind, gammaCount);
+PIN_FIELDS(DisplayInfoRecord, 75, 45, gamma);
+PIN_SIZE(DisplayInfoRecord, 120);
+PIN_FIELDS(VideoTimingsRecord, 0, 1, version, dtdCount, cvtCount, standardCount);
+PIN_FIELDS(VideoTimingsRecord, 4, 122, items);
+PIN_SIZE(VideoTimingsRecord, 126);
 
 constexpr unsigned kSize = REEDID_BLOCK_SIZE, kChecksum = kSize - 1;
 

@@ -18,6 +18,7 @@
 #include "base/layout.h"
 #include "base/log.h"
 #include "base/memory.h"
+#include "base/pinned.h"
 #include "edid/fields.h"
 #include "edid/image.h"
 #include "timing/dtd.h"
@@ -25,6 +26,22 @@
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(VesaBlock, 0, 8, header);
+PIN_FIELDS(VesaBlock, 8, 4, manufacturer);
+PIN_FIELDS(VesaBlock, 12, 2, productCode);
+PIN_FIELDS(VesaBlock, 16, 4, serialNumber);
+PIN_FIELDS(VesaBlock, 20, 1, week);
+PIN_FIELDS(VesaBlock, 22, 2, year);
+PIN_FIELDS(VesaBlock, 24, 1, version, revision, digitalInput, bitDepth, interfaceType, hScreenSize, vScreenSize);
+PIN_FIELDS(VesaBlock, 32, 2, aspectRatioX100, gammaX100);
+PIN_FIELDS(VesaBlock, 36, 1, standby, suspend, activeOff, colorType, sRgbDefault, preferredNative, continuousFreq);
+PIN_FIELDS(VesaBlock, 44, 2, redX, redY, greenX, greenY, blueX, blueY, whiteX, whiteY);
+PIN_FIELDS(VesaBlock, 60, 17, established);
+PIN_FIELDS(VesaBlock, 78, 48, standardTimings);
+PIN_FIELDS(VesaBlock, 126, 76, descriptors);
+PIN_FIELDS(VesaBlock, 202, 1, extensionCount, checksum, checksumValid);
+PIN_SIZE(VesaBlock, 208);
 
 constexpr unsigned kInputByte = 20;
 constexpr unsigned kScreenSizeByte = 21;

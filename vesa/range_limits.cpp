@@ -14,11 +14,23 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(RangeLimits, 0, 2, minVRate, maxVRate, minHRate, maxHRate);
+PIN_FIELDS(RangeLimits, 8, 4, maxPixelClock);
+PIN_FIELDS(RangeLimits, 12, 1, timingFormula);
+PIN_FIELDS(RangeLimits, 14, 2, gtfStartFreq, gtfM);
+PIN_FIELDS(RangeLimits, 18, 1, gtfC, gtfK, gtfJ, cvtVersionMajor, cvtVersionMinor);
+PIN_FIELDS(RangeLimits, 24, 2, cvtClockPrecision, cvtMaxHactive);
+PIN_FIELDS(RangeLimits, 28, 6, cvtAspect);
+PIN_FIELDS(RangeLimits, 34, 1, cvtPreferredAspect, cvtStandardBlanking, cvtReducedBlanking, hShrink, hStretch, vShrink,
+           vStretch, preferredRefresh);
+PIN_SIZE(RangeLimits, 44);
 
 enum Formula : uint8_t { kDefaultGtf = 0, kSecondaryGtf = 1, kCvt = 2, kLimitsOnly = 3 };
 

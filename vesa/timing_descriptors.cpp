@@ -14,12 +14,23 @@
 
 #include "base/layout.h"
 #include "base/log.h"
+#include "base/pinned.h"
 #include "vesa/descriptor.h"
 #include "vesa/model.h"
 #include "vesa/std_timing.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(VesaCvtCode, 0, 2, lines);
+PIN_FIELDS(VesaCvtCode, 2, 1, aspectRatio, preferredRate, rate50, rate60, rate75, rate85, rate60rb);
+PIN_SIZE(VesaCvtCode, 10);
+PIN_FIELDS(VesaCvtRecord, 0, 1, version);
+PIN_FIELDS(VesaCvtRecord, 2, 40, codes);
+PIN_SIZE(VesaCvtRecord, 42);
+PIN_FIELDS(Est3Record, 0, 1, version);
+PIN_FIELDS(Est3Record, 1, 48, flags);
+PIN_SIZE(Est3Record, 49);
 
 constexpr unsigned kStdTimings = 6;
 constexpr unsigned kCvtCodes = 4;

@@ -1,12 +1,21 @@
 // The limit of an image to a link, on a copy of it: the handle gets all of it or nothing.
 
 #include "base/log.h"
+#include "base/pinned.h"
 #include "transform/link/budget.h"
 #include "transform/link/hdmi.h"
 #include "transform/link/timings.h"
 
 namespace reedid {
 namespace {
+
+PIN_FIELDS(EdidLink, 0, 4, maxTmdsClock, maxPixelClock);
+PIN_FIELDS(EdidLink, 8, 1, maxFrlRate, ycc420, dsc, dvi, maxBitsPerColour);
+PIN_FIELDS(EdidLink, 14, 2, maxWidth, maxHeight);
+PIN_FIELDS(EdidLink, 20, 4, maxRate);
+PIN_FIELDS(EdidLink, 24, kPointer, rates);
+PIN_FIELDS(EdidLink, 24 + kPointer, 4, rateCount);
+PIN_SIZE(EdidLink, 24 + 2 * kPointer);
 
 constexpr uint8_t kMostFrl = 6;
 
