@@ -17,6 +17,7 @@
 #include "reedid/tags.h"
 #include "reedid/timing.h"
 #include "reedid/transforms.h"
+#include "reedid/two_displays.h"
 #include "reedid/version.h"
 #include "reedid/vesa.h"
 

@@ -12,12 +12,8 @@ namespace {
 // Rates are rounded to whole Hz and kHz in range limits, and in what people ask for.
 constexpr uint32_t kRateSlack = 500;  // mHz, and Hz of lines
 
-// Gbit/s of the FRL rates (HDMI 2.1, 6.4.2). A pixel has 24 bits, 8 when it is compressed. Sources count blanking and
-// coding exactly; what they cannot send they leave.
+// Gbit/s of the FRL rates (HDMI 2.1, 6.4.2). A pixel has 24 bits, 8 when it is compressed.
 constexpr uint32_t kFrlGigabits[] = {0, 9, 18, 24, 32, 40, 48};
-constexpr uint32_t FrlClock(uint8_t rate, bool compressed) {
-  return kFrlGigabits[std::min<size_t>(rate, 6)] * 1000000 / (compressed ? 8 : 24);
-}
 
 // Places in an HDMI 1.4b VSDB and in both HDMI Forum blocks.
 constexpr unsigned kMaxTmdsByte = 7;
@@ -38,6 +34,10 @@ uint32_t LinkClock(const EdidLink& link, const EdidHandle& original) {
 }
 
 }  // namespace
+
+uint32_t FrlClock(uint8_t rate, bool compressed) {
+  return kFrlGigabits[std::min<size_t>(rate, 6)] * 1000000 / (compressed ? 8 : 24);
+}
 
 RateWindow RateWindowOf(const EdidHandle& handle) {
   RateWindow window;

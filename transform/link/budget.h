@@ -42,6 +42,10 @@ enum class Carried {
   kNot,
 };
 
+// The pixel clock in kHz that an FRL rate carries at 8 bits a colour. Sources count blanking and coding exactly; what they
+// cannot send they leave.
+uint32_t FrlClock(uint8_t rate, bool compressed);
+
 class LinkBudget {
  public:
   // `original` is the image before any edit: its rates are the display's.

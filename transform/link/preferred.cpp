@@ -83,15 +83,9 @@ bool IsBetter(const OfferedTiming& mode, const Candidate& best) {
   return detailed != bestDetailed ? detailed : mode.rate > best.mode.rate;
 }
 
-// The largest picture that the image offers and the link carries; as a detailed timing, or fastest.
-Candidate LargestOffered(const EdidHandle& image, const LinkBudget& budget, bool anyRange) {
+Candidate Largest(const EdidHandle& image, const LinkBudget& budget, bool anyRange) {
   Candidate best;
-  VisitOffers(image, [&](const OfferedTiming& offer) {
-    const bool reached =
-        offer.block == 0 || image.blocks[offer.block].type == EDID_BLOCK_CEA || offer.source != TIMING_DETAILED;
-    if (IsPreferredSlot(offer) || offer.timing.interlaced != 0 || offer.ycc420 == YCC420_ONLY || !reached) return;
-    if (IsBetter(offer, best) && IsTaken(budget, offer, anyRange)) best = {true, offer};
-  });
+  best.found = LargestOffered(image, budget, anyRange, best.mode);
   return best;
 }
 
@@ -126,17 +120,17 @@ DtdTiming SizeOf(Bytes slot) {
 void SetImageSize(const EdidBlock& base, DtdTiming& timing) {
   const DtdTiming told = SizeOf(BaseSlot(base, 0));
   uint32_t width = told.hImageSize, height = told.vImageSize;
+  const uint32_t lines = timing.vactive * (timing.interlaced != 0 ? 2u : 1u);
   const auto scaled = [](uint32_t size, uint32_t of, uint32_t to) { return to == 0 ? size : size * of / to; };
   const auto less = [](uint32_t a, uint32_t b) { return a * 20 < b * 19; };
-  if (less(scaled(height, timing.hactive, timing.vactive), width) ||
-      less(scaled(width, timing.vactive, timing.hactive), height)) {
+  if (less(scaled(height, timing.hactive, lines), width) || less(scaled(width, lines, timing.hactive), height)) {
     if (base.bytes[21] != 0 && base.bytes[22] != 0) {
       width = std::max(width, base.bytes[21] * 10u);
       height = std::max(height, base.bytes[22] * 10u);
     }
     const uint32_t fullWidth = width;
-    width = std::min(width, scaled(height, timing.hactive, timing.vactive));
-    height = std::min(height, scaled(fullWidth, timing.vactive, timing.hactive));
+    width = std::min(width, scaled(height, timing.hactive, lines));
+    height = std::min(height, scaled(fullWidth, lines, timing.hactive));
   }
   timing.hImageSize = Low16(width);
   timing.vImageSize = Low16(height);
@@ -155,27 +149,6 @@ void WriteSize(uint8_t* slot, const DtdTiming& timing) {
   slot[kSizeBytes + 2] = Low8((timing.hImageSize >> 8) << 4 | timing.vImageSize >> 8);
 }
 
-// The first descriptor becomes this mode. A picture of another size is not what the panel natively has.
-bool WritePreferred(EdidHandle& image, const OfferedTiming& preferred, const Candidate& candidate) {
-  EdidBlock& base = image.blocks[0];
-  DtdTiming timing = candidate.mode.timing;
-  SetImageSize(base, timing);
-  DtdSlot slot;
-  if (candidate.mode.source == TIMING_DETAILED) {
-    BytesOf(image.blocks[candidate.mode.block]).From(candidate.mode.offset).First(kSlotSize).CopyTo(slot.bytes);
-    if (!IsSizeOf(Bytes(slot.bytes, sizeof slot.bytes), timing)) WriteSize(slot.bytes, timing);
-    if (candidate.mode.block == 0) EraseDetailedTiming(image, PlaceOf(candidate.mode));
-  } else if (VESA_SetDTD(&timing, &slot) != 0) {
-    return false;
-  }
-  SetBaseSlot(base, 0, Bytes(slot.bytes, sizeof slot.bytes));
-  if (timing.hactive != preferred.timing.hactive || timing.vactive != preferred.timing.vactive) {
-    ClearNativeTimings(image);
-  }
-  WidenRange(image, candidate.mode);
-  return true;
-}
-
 bool SlowDown(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& preferred) {
   const auto taken = [&](uint32_t rate) {
     OfferedTiming slower = preferred;
@@ -192,18 +165,51 @@ bool SlowDown(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& 
 
 bool Replace(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& preferred) {
   const auto write = [&](const Candidate& candidate) {
-    return candidate.found && WritePreferred(image, preferred, candidate);
+    return candidate.found && SetPreferred(image, preferred, candidate.mode);
   };
   Mode vga;
   const bool known = VicMode(1, vga);
   const Candidate last = {known && IsTaken(budget, ModeFrom(vga), true), ModeFrom(vga)};
   // Within the display's range limits; then those that it offers in spite of them.
-  return write(SamePicture(budget, preferred, false)) || write(LargestOffered(image, budget, false)) ||
-         write(SmallerFormat(budget, preferred)) || write(LargestOffered(image, budget, true)) ||
+  return write(SamePicture(budget, preferred, false)) || write(Largest(image, budget, false)) ||
+         write(SmallerFormat(budget, preferred)) || write(Largest(image, budget, true)) ||
          write(SamePicture(budget, preferred, true)) || write(last);
 }
 
 }  // namespace
+
+bool LargestOffered(const EdidHandle& image, const LinkBudget& budget, bool anyRange, OfferedTiming& largest) {
+  Candidate best;
+  VisitOffers(image, [&](const OfferedTiming& offer) {
+    const bool reached =
+        offer.block == 0 || image.blocks[offer.block].type == EDID_BLOCK_CEA || offer.source != TIMING_DETAILED;
+    if (IsPreferredSlot(offer) || offer.timing.interlaced != 0 || offer.ycc420 == YCC420_ONLY || !reached) return;
+    if (IsBetter(offer, best) && IsTaken(budget, offer, anyRange)) best = {true, offer};
+  });
+  if (best.found) largest = best.mode;
+  return best.found;
+}
+
+// The first descriptor becomes this mode. A picture of another size is not what the panel natively has.
+bool SetPreferred(EdidHandle& image, const OfferedTiming& preferred, const OfferedTiming& mode) {
+  EdidBlock& base = image.blocks[0];
+  DtdTiming timing = mode.timing;
+  SetImageSize(base, timing);
+  DtdSlot slot;
+  if (mode.source == TIMING_DETAILED) {
+    BytesOf(image.blocks[mode.block]).From(mode.offset).First(kSlotSize).CopyTo(slot.bytes);
+    if (!IsSizeOf(Bytes(slot.bytes, sizeof slot.bytes), timing)) WriteSize(slot.bytes, timing);
+    if (mode.block == 0) EraseDetailedTiming(image, PlaceOf(mode));
+  } else if (VESA_SetDTD(&timing, &slot) != 0) {
+    return false;
+  }
+  SetBaseSlot(base, 0, Bytes(slot.bytes, sizeof slot.bytes));
+  if (timing.hactive != preferred.timing.hactive || timing.vactive != preferred.timing.vactive) {
+    ClearNativeTimings(image);
+  }
+  WidenRange(image, mode);
+  return true;
+}
 
 bool LimitPreferred(EdidHandle& image, const LinkBudget& budget) {
   OfferedTiming preferred;

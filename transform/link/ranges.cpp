@@ -77,6 +77,15 @@ void Widen(uint8_t* slot, unsigned minAt, unsigned offsetBit, bool offsets, uint
   if (offsets) slot[4] = Low8((slot[4] & ~(3u << offsetBit)) | now << offsetBit);
 }
 
+// A maximum of 0 tells nothing; with CVT it is less precise steps of 250 kHz lower.
+void WidenClock(uint8_t* slot, bool offsets, uint32_t clock) {
+  const bool precise = slot[10] == kCvtKind && offsets;
+  const uint32_t told = slot[9] * kClockStep - (precise ? (slot[12] >> 2) * 250u : 0u);
+  if (slot[9] == 0 || clock <= told) return;
+  slot[9] = Low8(std::max<uint32_t>(slot[9], std::min((clock + kClockStep - 1) / kClockStep, 255u)));
+  if (precise) slot[12] &= 3;
+}
+
 // Bits per colour of a digital input (EDID 1.4, table 3.11): byte 20 bits 6..4, 0 undefined, 1 for 6, 2 for 8, ...
 void LimitDepth(EdidBlock& base, unsigned most) {
   if (most == 0 || base.bytes[19] < 4 || (base.bytes[20] & 0x80) == 0) return;
@@ -119,6 +128,7 @@ void WidenRange(EdidHandle& image, const OfferedTiming& mode) {
     const auto rounded = [](uint64_t value) { return static_cast<uint32_t>((value + 500) / 1000); };
     Widen(slot, 5, 0, offsets, rounded(mode.rate), rounded(mode.rate));
     if (slot[7] != slot[8]) Widen(slot, 7, 2, offsets, rounded(lines), rounded(lines));
+    WidenClock(slot, offsets, mode.timing.pixelClock);
   });
 }
 

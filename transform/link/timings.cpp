@@ -91,6 +91,13 @@ Outcome LimitSvd(EdidHandle& image, const LinkBudget& budget, const OfferedTimin
     if (slow) ClearFromMap420(image, place);
     return Outcome::kChanged;
   }
+  return DropSvd(image, place);
+}
+
+}  // namespace
+
+Outcome DropSvd(EdidHandle& image, BytePlace place) {
+  if (place.at == 0) return Outcome::kKept;
   if (IsLastSvd(image)) {
     ReplaceSvd(image, place, 1);
     ClearFromMap420(image, place);
@@ -99,8 +106,6 @@ Outcome LimitSvd(EdidHandle& image, const LinkBudget& budget, const OfferedTimin
   EraseSvd(image, place);
   return Outcome::kGone;
 }
-
-}  // namespace
 
 bool IsOfferedElsewhere(const EdidHandle& image, const LinkBudget& budget, const OfferedTiming& mode, uint32_t rate) {
   bool found = false;

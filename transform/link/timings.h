@@ -29,11 +29,21 @@ Outcome LimitOffer(EdidHandle& image, const LinkBudget& budget, const OfferedTim
 // Takes a timing that is neither a detailed one nor a VIC of CTA-861 out of its list. False when it cannot be.
 bool EraseOffer(EdidHandle& image, const OfferedTiming& offer);
 
+// Takes a short video descriptor out of its list. The last one of all becomes VIC 1: a source of HDMI asks for one.
+Outcome DropSvd(EdidHandle& image, BytePlace place);
+
 // Every timing but the preferred one.
 void LimitTimings(EdidHandle& image, const LinkBudget& budget);
 
 // The preferred timing is one, and carried: slowed down, or another mode of the same size, or the next detailed timing,
 // or the largest that the image still offers. False when the link carries none at all.
 bool LimitPreferred(EdidHandle& image, const LinkBudget& budget);
+
+// The largest progressive picture that the image offers beside its preferred timing and that fits a descriptor; as a
+// detailed timing, or fastest. False without one; range limits bind unless `anyRange`.
+bool LargestOffered(const EdidHandle& image, const LinkBudget& budget, bool anyRange, OfferedTiming& largest);
+
+// Another mode takes the place of the preferred timing, and leaves its own in the base block. False when it fits none.
+bool SetPreferred(EdidHandle& image, const OfferedTiming& preferred, const OfferedTiming& mode);
 
 }  // namespace reedid
