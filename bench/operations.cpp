@@ -56,12 +56,22 @@ void HighRefresh(const ByteVector& image) {
   benchmark::DoNotOptimize(EDID_GenerateEdid(handle.get(), output, kRoom));
 }
 
+// With the first image that is measured: what a splitter does when a display is plugged in.
+void LimitToCommon(const ByteVector& image) {
+  static const Image other(image);
+  const Image handle(image);
+  if (!handle || !other) return;
+  benchmark::DoNotOptimize(EDID_LimitToCommon(handle.get(), other.get()));
+  benchmark::DoNotOptimize(EDID_GenerateEdid(handle.get(), output, kRoom));
+}
+
 constexpr Operation kOperations[] = {
     {"open, close", OpenAndClose},
     {"open, every block's model, close", OpenModels},
     {"open, every model, every data block decoded, close", OpenAndDecode},
     {"open, all frame rates, close", AllFrameRates},
     {"open, frame rates, limit to HDMI 2.0, generate, close", LimitToHdmi20},
+    {"open, common with another, generate, close", LimitToCommon},
     {"open, high refresh, generate, close", HighRefresh, 3 * 128},
 };
 

@@ -79,6 +79,26 @@ void GetOffers(EdidHandle& handle) {
   EDID_GetRates(&handle, rates.data(), static_cast<uint32_t>(rates.size()));
 }
 
+// Another display, for edits of two: some of everything that a mix looks at.
+const Image kOther(Edid()
+                       .Dtd(k1080p60)
+                       .Descriptor(0xFD, {0, 48, 75, 30, 90, 20, 1, 0x0A, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20})
+                       .Extension(Cta()
+                                      .Flags(0x70)
+                                      .Vdb({16, 4, 31, 97, 1})
+                                      .Block(1, Hex("09 07 07 15 07 50"))
+                                      .Block(4, {1, 0, 0})
+                                      .Hdmi(0x1000, Hex("B8 3C 20 80 22 01 00"))
+                                      .HdmiForum(Hex("01 78 80 33 00 30 78 8B 37 0F"))
+                                      .Extended(1, Hex("46 D0 00 44 57 53 68 65 87 5F"))
+                                      .Extended(5, {0xE0, 0})
+                                      .Extended(6, Hex("05 01 60 58 40"))
+                                      .Extended(15, {8}))
+                       .Build());
+
+template <void (*Mix)(EdidHandle*, const EdidHandle*)>
+constexpr auto WithOther = Void<[](EdidHandle& handle) { Mix(&handle, kOther.get()); }>;
+
 constexpr Operation kOperations[] = {
     {"EDID_Open", Void<[](EdidHandle& handle) { Image(Generate(&handle)); }>},
     {"EDID_AddBlock", [](EdidHandle& handle) { return EDID_AddBlock(&handle, Last(handle), 1); }},
@@ -122,6 +142,12 @@ constexpr Operation kOperations[] = {
     {"EDID_MakeHdmi", [](EdidHandle& handle) { return EDID_MakeHdmi(&handle, 0x2100); }},
     {"EDID_StripHdr", [](EdidHandle& handle) { return EDID_StripHdr(&handle); }},
     {"EDID_LimitToSDR", Void<EDID_LimitToSDR>},
+    {"EDID_LimitToDolbyLowlatency", Void<EDID_LimitToDolbyLowlatency>},
+    {"EDID_MIX_DolbyVision", WithOther<EDID_MIX_DolbyVision>},
+    {"EDID_MIX_H14bVSDB", WithOther<EDID_MIX_H14bVSDB>},
+    {"EDID_MIX_HFVSDB", WithOther<EDID_MIX_HFVSDB>},
+    {"EDID_LimitToCommon", [](EdidHandle& handle) { return EDID_LimitToCommon(&handle, kOther.get()); }},
+    {"EDID_TakeAudio", [](EdidHandle& handle) { return EDID_TakeAudio(&handle, kOther.get()); }},
 };
 
 }  // namespace
