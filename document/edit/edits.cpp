@@ -12,6 +12,10 @@ Edit LimitEdit(const Limit& limit, const Rates& rates) {
   return edit;
 }
 
+Edit LinkEdit(const EdidLink& link, const std::string& name, const Rates& rates) {
+  return {[=](Image image) { return ApplyLink(std::move(image), link, name, rates); }, link};
+}
+
 Edit AddressEdit(uint16_t address) {
   return {[address](Image image) { return SetAddress(std::move(image), address); }};
 }

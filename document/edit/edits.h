@@ -16,6 +16,8 @@ struct Edit {
 };
 
 Edit LimitEdit(const Limit& limit, const Rates& rates);
+// `name` is the link's in messages.
+Edit LinkEdit(const EdidLink& link, const std::string& name, const Rates& rates);
 Edit AddressEdit(uint16_t address);
 
 // The image with all edits, in their order. Throws kRefused.

@@ -74,7 +74,11 @@ Image ApplyLimit(Image image, const Limit& limit, const Rates& rates) {
     limit.apply(image.handle());
     return image;
   }
-  EdidLink link = *limit.link;
+  return ApplyLink(std::move(image), *limit.link, limit.name, rates);
+}
+
+Image ApplyLink(Image image, const EdidLink& asked, const std::string& name, const Rates& rates) {
+  EdidLink link = asked;
   link.rates = rates.data();
   link.rateCount = static_cast<uint32_t>(rates.size());
   if (EDID_LimitToLink(image.handle(), &link) != 0) {
@@ -82,7 +86,7 @@ Image ApplyLimit(Image image, const Limit& limit, const Rates& rates) {
         ErrorKind::kRefused,
         fmt::format("{}: cannot be held to {}: none of its timings fits, or the CTA-861 extension has no room to "
                     "state the clock",
-                    image.name(), limit.name));
+                    image.name(), name));
   }
   return image;
 }

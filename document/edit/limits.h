@@ -32,6 +32,15 @@ Rates ParseRates(const std::string& text);
 // to one of the display's own rates when there are none. Throws kRefused.
 Image ApplyLimit(Image image, const Limit& limit, const Rates& rates);
 
+// The same for any link, which messages name by `name`.
+Image ApplyLink(Image image, const EdidLink& link, const std::string& name, const Rates& rates);
+
+// A link with one limit of its own, from "300" (MHz), "60" (Hz), "3840x2160@60" and "40" (Gbit/s of FRL). Throw kArgument.
+EdidLink ParseMaxClock(const std::string& text);
+EdidLink ParseMaxRate(const std::string& text);
+EdidLink ParseMaxPicture(const std::string& text);
+EdidLink ParseMaxFrl(const std::string& text);
+
 // Every timing that needs a higher clock than a link without FRL has; where it has YCbCr 4:2:0, such a timing needs half.
 std::vector<std::string> TimingsAbove(const Image& image, const EdidLink& link);
 

@@ -421,6 +421,40 @@ has out '^dropped .*HDR Static'
 expect 0 check out.bin
 expect 0 limit frl40g tv-4k120.bin -o out.bin
 has out 'FRL rate  12 Gbit/s on 4 lanes -> 10 Gbit/s on 4 lanes'
+# steps in their order; what hardware cannot do, in the words of people
+expect 0 edit tv-4k120.bin --max 1920x1080@60 --max-clock 150 --dolby low-latency -o out.bin
+expect 0 timings out.bin --json
+grep -q '"hactive": *\(2560\|3840\)' out && fail 'a picture is larger than --max'
+expect 0 edit tv-4k120.bin --max-frl 24 --max-rate 60 -o out.bin
+has out 'FRL rate  12 Gbit/s on 4 lanes -> 6 Gbit/s on 4 lanes'
+for wrong in '--max 1920' '--max 0x1080' '--max 1920x1080@' '--max-clock 0' '--max-rate fast' '--max-frl 41' '--dolby standard'; do
+  # shellcheck disable=SC2086
+  expect 2 edit tv-4k120.bin $wrong -o new2.bin
+done
+expect 3 edit tv-4k120.bin --common missing.bin -o new2.bin
+
+# --- common and receiver
+expect 0 common tv-4k120.bin tv-4k.bin -o common.bin
+has out '^tv-4k.bin costs the others$'
+has out '^dropped .* 2560x1440 '
+has out '^tv-4k120.bin costs the others nothing'
+expect 0 check common.bin
+expect 0 edit tv-4k120.bin --common tv-4k.bin -q -o out.bin
+same common.bin out.bin
+expect 0 common tv-4k.bin tv-4k.bin tv-4k.bin -q -o out.bin
+[ -s out ] && fail "common --quiet printed: $(cat out)"
+same tv-4k.bin out.bin
+expect 0 common tv-4k120.bin tv-4k.bin --json -o out.bin
+has out '"costs":'
+expect 2 common tv-4k.bin -o new2.bin
+expect 0 limit pcm2ch tv-4k.bin -q -o avr.bin
+expect 0 receiver --video tv-4k120.bin --audio avr.bin --phys 3.0.0.0 -o receiver.bin
+has out 'Physical address  1.0.0.0 -> 3.0.0.0'
+"$tool" audio receiver.bin | tail -n +2 >one && "$tool" audio avr.bin | tail -n +2 >two
+same one two
+expect 0 check receiver.bin
+expect 5 receiver --video dvi.bin --audio avr.bin -o new2.bin
+expect 2 receiver --video tv-4k.bin -o new2.bin
 # an extension of timings without data blocks is limited too: 3840x2160 at 650 MHz behind an empty base block
 head -c 128 dvi.bin >bare.bin
 poke bare.bin 126 001

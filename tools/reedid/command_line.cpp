@@ -229,6 +229,31 @@ void AddEdit(CLI::App& app, Command& chosen) {
   AddEditOutput(*command, *options);
 }
 
+void AddCommon(CLI::App& app, Command& chosen) {
+  CommonOptions* options = nullptr;
+  CLI::App* command =
+      AddCommand(app, "common", "What all of several displays take, for a splitter", chosen, RunCommon, options);
+  command->add_option("input", options->inputs, "EDIDs of two or more displays; the first gives its name and size")
+      ->required()
+      ->expected(2, 1000);
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_flag("--json", options->json, kJsonHelp);
+  command->add_flag("-q,--quiet", options->quiet, "no table of what each display costs the others");
+}
+
+void AddReceiver(CLI::App& app, Command& chosen) {
+  ReceiverOptions* options = nullptr;
+  CLI::App* command =
+      AddCommand(app, "receiver", "The picture of one EDID with the sound of another", chosen, RunReceiver, options);
+  command->add_option("--video", options->video, "EDID of the television")->required()->type_name("EDID");
+  command->add_option("--audio", options->audio, "EDID with the sound of the receiver")->required()->type_name("EDID");
+  command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
+  command->add_flag("--force", options->force, kForceHelp);
+  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddTable(*command, options->table);
+  command->add_flag("-q,--quiet", options->table.quiet, "no table of changes");
+}
+
 void AddHighRefresh(CLI::App& app, Command& chosen) {
   HighRefreshOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "high-refresh", "Three blocks or more into two, high rates kept", chosen,
@@ -267,6 +292,8 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   AddFix(app, chosen);
   AddHighRefresh(app, chosen);
   AddEdit(app, chosen);
+  AddCommon(app, chosen);
+  AddReceiver(app, chosen);
   AddToHdmi(app, chosen);
   AddConvert(app, chosen);
   AddSample(app, chosen);

@@ -87,6 +87,24 @@ struct EditOptions {
 };
 Exit RunEdit(const EditOptions& options, Streams& streams);
 
+struct CommonOptions {
+  std::vector<std::string> inputs;  // two or more
+  std::string output;
+  bool quiet = false;  // no table
+  bool json = false;
+};
+Exit RunCommon(const CommonOptions& options, Streams& streams);
+
+struct ReceiverOptions {
+  std::string video;
+  std::string audio;
+  std::string address = "1.0.0.0";
+  std::string output;
+  TableOptions table;
+  bool force = false;  // also an address that no port can have
+};
+Exit RunReceiver(const ReceiverOptions& options, Streams& streams);
+
 struct HighRefreshOptions {
   std::string input;
   std::string output;

@@ -49,7 +49,7 @@ std::string TableText(Node before, Node after, const TableOptions& table, const 
 // The table comes first, where it cannot be mixed with the image: when it cannot be printed, the exit code says that no
 // output was written.
 void Finish(const std::string& text, const document::ByteVector& bytes, const std::string& output, Streams& streams) {
-  output == "-" ? Tell(text) : streams.Offer(text);
+  OfferTable(text, output, streams);
   WriteOutput(output, bytes, streams);
 }
 
@@ -88,6 +88,17 @@ Exit RunEdit(const EditOptions& options, Streams& streams) {
   }
   Finish(text, bytes, options.output, streams);
   return above.empty() ? Exit::kDone : Exit::kNo;
+}
+
+// A receiver plays the sound itself: that of its own EDID, behind the television's picture.
+Exit RunReceiver(const ReceiverOptions& options, Streams& streams) {
+  EditOptions edit;
+  edit.input = options.video;
+  edit.edits = {{&FindStep("--audio-from"), options.audio}, {&FindStep("--phys"), options.address}};
+  edit.output = options.output;
+  edit.table = options.table;
+  edit.force = options.force;
+  return RunEdit(edit, streams);
 }
 
 Exit RunDiff(const DiffOptions& options, Streams& streams) {

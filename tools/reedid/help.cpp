@@ -79,7 +79,20 @@ constexpr CommandHelp kCommands[] = {
      "  reedid fix display.bin -o mended.bin\n"
      "  reedid fix display.bin --rule serial-placeholder -o mended.bin"},
     {"high-refresh", kChange, "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
-    {"edit", kChange, "Example:\n  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin"},
+    {"edit", kChange,
+     "Examples:\n"
+     "  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin\n"
+     "  reedid edit display.bin --max 3840x2160@60 --max-clock 300 -o scaler.bin\n"
+     "  reedid edit tv.bin --common monitor.bin --audio-from avr.bin -o out.bin"},
+    {"common", kChange,
+     "Timings, sound, colours and link that all displays take; names, sizes and the address are those of the first.\n"
+     "A table tells what each display costs the others.\n\n"
+     "Examples:\n"
+     "  reedid common left.bin right.bin -o splitter.bin\n"
+     "  reedid common hall1.bin hall2.bin hall3.bin -o - | reedid check -"},
+    {"receiver", kChange,
+     "The sound is what the EDID after --audio tells of it: formats, speakers, room. All else is the television's.\n\n"
+     "Example:\n  reedid receiver --video tv.bin --audio avr.bin --phys 1.0.0.0 -o out.bin"},
     {"to-hdmi", kChange,
      "Adds what is missing of video formats, two-channel audio, front speakers, HDMI block and video capability to "
      "the\n"

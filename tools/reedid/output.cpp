@@ -181,4 +181,12 @@ void RequireOutput(const std::string& path, const std::string& command) {
                                             command));
 }
 
+void OfferTable(const std::string& text, const std::string& output, Streams& streams) {
+  if (output != "-") {
+    streams.Offer(text);
+  } else {
+    Tell(text);
+  }
+}
+
 }  // namespace reedid::tool

@@ -20,4 +20,7 @@ void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Stream
 // Stops a command that writes when it was given no -o: Exit::kUsage.
 void RequireOutput(const std::string& path, const std::string& command);
 
+// A table beside an output: it goes where it cannot be mixed with the image.
+void OfferTable(const std::string& text, const std::string& output, Streams& streams);
+
 }  // namespace reedid::tool
