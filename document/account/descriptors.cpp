@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "document/account/detailed_timing.h"
 #include "document/account/records.h"
 #include "document/account/timing_lists.h"
@@ -168,6 +170,25 @@ Node DescribeDescriptor(const VesaBlock& model, unsigned index, const ByteSource
   const bool decoded = kind.describe != nullptr && kind.describe(model, slot, at, node);
   node.AddRest(at, decoded ? "Other bytes" : "Bytes");
   return node;
+}
+
+void AddCvtBytes(std::span<const uint8_t> code, unsigned number, const SourceBytes& from, Node& node) {
+  DtdSlot slot = {EDID_DESCRIPTOR_CVT_CODES, {0, 0, 0, EDID_DESCRIPTOR_CVT_CODES, 0, 1}};
+  std::copy(code.begin(), code.end(), slot.bytes + 6);
+  VesaCvtRecord record;
+  if (VESA_GetCvtTiming(&slot, &record) == 0 && record.codes[0].lines != 0) {
+    AddCvtCode(record.codes[0], number, from, node);
+  }
+}
+
+void AddStandardBytes(std::span<const uint8_t> code, unsigned number, const ByteSource& at, Node& node) {
+  DtdSlot slot = {EDID_DESCRIPTOR_STD_TIMINGS, {0, 0, 0, EDID_DESCRIPTOR_STD_TIMINGS}};
+  std::fill(std::begin(slot.bytes) + 5, std::end(slot.bytes), uint8_t{1});  // no timing
+  std::copy(code.begin(), code.end(), slot.bytes + 5);
+  StdTiming timings[6];
+  if (VESA_GetStandardTimings(&slot, timings) != 0 || !timings[0].valid) return;
+  const TimingItem item = StandardItem(nullptr, timings[0]);
+  node.AddTiming(fmt::format("Standard timing {}", number), item, "", at(0, code.size()));
 }
 
 }  // namespace reedid::document

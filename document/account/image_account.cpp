@@ -10,6 +10,7 @@
 #include "document/account/checksum.h"
 #include "document/account/cta.h"
 #include "document/account/displayid.h"
+#include "document/account/extensions.h"
 #include "document/read/override_count.h"
 
 namespace reedid::document {
@@ -29,6 +30,18 @@ bool DescribeMap(const EdidBlock& block, unsigned index, const ByteSource& at, N
   return true;
 }
 
+// Kinds that the library opens as one record.
+bool DescribeOther(const EdidBlock& block, const ByteSource& at, Node& node) {
+  switch (block.bytes[0]) {
+    case EDID_EXTENSION_DISPLAY_INFO:
+      return DescribeDisplayInfo(block, at, node);
+    case EDID_EXTENSION_VIDEO_TIMING:
+      return DescribeVideoTimings(block, at, node);
+    default:
+      return false;
+  }
+}
+
 bool DescribeContent(const EdidBlock& block, unsigned index, const ByteSource& at, Node& node) {
   switch (block.type) {
     case EDID_BLOCK_VESA:
@@ -42,7 +55,7 @@ bool DescribeContent(const EdidBlock& block, unsigned index, const ByteSource& a
     case EDID_BLOCK_DISPID_EXT:
       return DescribeSection(block, at, node);
     default:
-      return false;
+      return DescribeOther(block, at, node);
   }
 }
 

@@ -135,6 +135,10 @@ const char* BlockKindName(const EdidBlock& block) {
   static constexpr const char* kNames[] = {
       "extension of unknown kind", "base block",         "block map", "CTA-861 extension", "first DisplayID section",
       "further DisplayID section", "DisplayID extension"};
+  if (block.type == EDID_BLOCK_UNKNOWN && block.bytes != nullptr) {
+    if (block.bytes[0] == EDID_EXTENSION_DISPLAY_INFO) return "display information extension";
+    if (block.bytes[0] == EDID_EXTENSION_VIDEO_TIMING) return "video timing extension";
+  }
   return block.type < std::size(kNames) ? kNames[block.type] : kNames[0];
 }
 

@@ -226,6 +226,31 @@ TEST(Describe, BaseBlock) {
   });
 }
 
+// Extensions of one record, without their checksum.
+ByteVector Extension(const ByteVector& head) {
+  ByteVector block = head;
+  block.resize(128);
+  return block;
+}
+
+TEST(Describe, OtherExtensions) {
+  const Edid info = Edid().Extension(Extension(
+      {0x40, 1, 3, 0, 0, 0, 0, 0xC8, 0x48, 1, 165, 0, 165, 0, 1, 2, 3, 25, 25, 0xA8, 0, 0, 0, 0, 0, 0, 0x40}));
+  const DtdSlot dtd = test::SlotOf(test::k2160p60);
+  const Edid timings = Edid().Extension(
+      Extension(Concat({{0x10, 1, 1, 1, 1}, ByteVector(dtd.bytes, dtd.bytes + 18), {0x1F, 0x10, 0x10, 0xE1, 0xC0}})));
+  ExpectLines({
+      {"display information", info, "Block 1: display information extension\n"},
+      {"its link", info, "Interface         DVI, dual link for high resolution\n"},
+      {"its clock", info, "from 1 MHz, up to 165 MHz\n    Second link"},
+      {"its panel", info, "RGB stripes rectangle\n"},
+      {"video timings", timings, "1 detailed timings, 1 CVT codes, 1 standard timings\n"},
+      {"detailed", timings, "Detailed timing 1: 3840x2160 60.000 Hz 594.000 MHz\n"},
+      {"CVT", timings, "Code 1             768x576 49.811 Hz"},
+      {"standard", timings, "Standard timing 1  2048x1152 60.000 Hz"},
+  });
+}
+
 TEST(Describe, Sections) {
   const ByteVector every = EveryDisplayIdBlock();
   const ByteVector alone = Section(0x12, 6).Block(0x55, 0, {7}).Build();
