@@ -128,8 +128,9 @@ TEST(Image, AddsAndDeletes) {
                                                   {remove(3), "77 1 3 sum 0 count 2"},
                                                   {remove(0), "1 3 sum 0 count 1"},
                                                   {removeStale, "1 3 sum 0 count 1"},
-                                                  {add(0xFFFFFFFF), "1 3 77 sum 0 count 2"}});
-  const EdidBlock& last = image->blocks[2];
+                                                  {remove(1), "1 sum 0 count 0"},
+                                                  {add(0xFFFFFFFF), "1 77 sum 0 count 1"}});
+  const EdidBlock& last = image->blocks[1];
   EXPECT_EQ(last.capacity, 200);
   EXPECT_EQ(ByteVector(last.bytes, last.bytes + 200), Concat({marked, ByteVector(72)}));
 }

@@ -9,15 +9,6 @@ namespace {
 
 using TimingVector = std::vector<DtdTiming>;
 
-TimingVector DtdsOf(const ByteVector& image) {
-  const Image handle(image);
-  TimingVector list(EDID_GetDTDCnt(handle.get()));
-  const uint32_t found = EDID_FindOutAllDTD(handle.get(), list.data(), static_cast<uint32_t>(list.size()));
-  EXPECT_LE(found, list.size());
-  list.resize(found);
-  return list;
-}
-
 std::vector<uint32_t> WidthsOf(const TimingVector& list) {
   std::vector<uint32_t> widths;
   for (const DtdTiming& timing : list) widths.push_back(timing.hactive);
@@ -29,16 +20,17 @@ const ByteVector kType1 = {0x45, 0x0A, 0, 0, 0x7F, 2, 0x9F, 0, 0x0F, 0, 0x5F, 0,
 
 TEST(Dtds, AreCountedAndCollectedInOrder) {
   const TimingVector list =
-      DtdsOf(Edid()
-                 .Dtd(k1080p60)
-                 .Name("reedid")
-                 .Extension(Cta().Dtd(k720p60).Dtd(k2160p60))
-                 .Extension(Section().Block(0x03, 0, Concat({kType1, kType1, kType1})).Block(0x06, 0, {1}))
-                 .Build());
+      Image(Edid()
+                .Dtd(k1080p60)
+                .Name("reedid")
+                .Extension(Cta().Dtd(k720p60).Dtd(k2160p60))
+                .Extension(Section().Block(0x03, 0, Concat({kType1, kType1, kType1})).Block(0x06, 0, {1}))
+                .Build())
+          .DetailedTimings();
   EXPECT_EQ(WidthsOf(list), (std::vector<uint32_t>{1920, 1280, 3840, 640, 640, 640}));
   for (const DtdTiming& timing : list) EXPECT_EQ(timing.preferred, &timing == &list[0]);
   // In another slot than the first, a timing is not the preferred one.
-  EXPECT_EQ(DtdsOf(Edid().Name("reedid").Dtd(k1080p60).Build()).at(0).preferred, 0);
+  EXPECT_EQ(Image(Edid().Name("reedid").Dtd(k1080p60).Build()).DetailedTimings().at(0).preferred, 0);
 }
 
 // However many blocks there are, each is opened, and complained about, once.
@@ -53,7 +45,8 @@ TEST(Dtds, MoreThanACountHoldsWrapAround) {
     for (int i = 0; i < extensions; ++i) edid.Extension(six);
     TimingVector list;
     const std::string line = Err("DispID_Open", "error version: 0.2");
-    EXPECT_EQ(LogOf([&] { list = DtdsOf(edid.Build()); }), line + line) << "counted once, collected once";
+    EXPECT_EQ(LogOf([&] { list = Image(edid.Build()).DetailedTimings(); }), line + line)
+        << "counted once, collected once";
     ASSERT_EQ(list.size(), timings);
     EXPECT_EQ(list.front().hactive, 1920);
     EXPECT_EQ(list.back().hactive, timings == 1 ? 1920 : 1280);

@@ -16,20 +16,6 @@
 namespace reedid::test {
 namespace {
 
-std::vector<OfferedTiming> TimingsOf(const ByteVector& image) {
-  const Image handle(image);
-  std::vector<OfferedTiming> list(EDID_GetTimings(handle.get(), nullptr, 0));
-  EXPECT_EQ(EDID_GetTimings(handle.get(), list.data(), static_cast<uint32_t>(list.size())), list.size());
-  return list;
-}
-
-std::vector<uint32_t> RatesOf(const ByteVector& image) {
-  const Image handle(image);
-  std::vector<uint32_t> rates(EDID_GetRates(handle.get(), nullptr, 0));
-  EXPECT_EQ(EDID_GetRates(handle.get(), rates.data(), static_cast<uint32_t>(rates.size())), rates.size());
-  return rates;
-}
-
 // "source: 1920x1080 60000" and what is marked; place as "@block.container.dataBlock.index:offset".
 std::string TextOf(const OfferedTiming& t, bool place) {
   const auto text = [](unsigned number) { return std::to_string(number); };
@@ -48,7 +34,7 @@ std::string TextOf(const OfferedTiming& t, bool place) {
 
 std::vector<std::string> TextsOf(const ByteVector& image, bool place) {
   std::vector<std::string> texts;
-  for (const OfferedTiming& timing : TimingsOf(image)) texts.push_back(TextOf(timing, place));
+  for (const OfferedTiming& timing : Image(image).Timings()) texts.push_back(TextOf(timing, place));
   return texts;
 }
 
@@ -195,12 +181,12 @@ TEST(Offers, OfADisplayIdSection) {
 }
 
 TEST(Offers, WhatTheRecordTells) {
-  const std::vector<OfferedTiming> list =
-      TimingsOf(Edid()
-                    .Set(35, {0x20})
-                    .Dtd(AtClock(k2160p60, 594000))
-                    .Extension(Cta().Vdb({218}).Hdmi(0x1000, {0, 0, 0x20, 0, 0x20, 4}))
-                    .Build());
+  const std::vector<OfferedTiming> list = Image(Edid()
+                                                    .Set(35, {0x20})
+                                                    .Dtd(AtClock(k2160p60, 594000))
+                                                    .Extension(Cta().Vdb({218}).Hdmi(0x1000, {0, 0, 0x20, 0, 0x20, 4}))
+                                                    .Build())
+                                              .Timings();
   ASSERT_EQ(list.size(), 4u);
   const OfferedTiming& vga = list[0];
   EXPECT_EQ(vga.dmt, 4);
@@ -213,7 +199,7 @@ TEST(Offers, WhatTheRecordTells) {
   // A border beside a blanking that holds it, and one that does not fit.
   ByteVector bordered = Hex("D5 09 80 A0 20 E0 2D 10 08 60 22 00 46 6D 10 08 08 18"), odd = bordered;
   odd[15] = 40;
-  const std::vector<OfferedTiming> two = TimingsOf(Edid().Slot(bordered).Slot(odd).Build());
+  const std::vector<OfferedTiming> two = Image(Edid().Slot(bordered).Slot(odd).Build()).Timings();
   ASSERT_EQ(two.size(), 2u);
   EXPECT_EQ(two[0].timing.hfrontPorch * 100 + two[0].timing.vfrontPorch, 1610);
   EXPECT_EQ(two[0].rate, 59929u);
@@ -254,8 +240,8 @@ TEST(Offers, OfOneCode) {
 
 TEST(Rates, FallEachOnceAndStayApart) {
   const ByteVector image = Edid().Set(35, {0x20}).Dtd(k1080p60).Extension(Cta().Vdb({16, 31, 63, 4, 3})).Build();
-  EXPECT_EQ(RatesOf(image), (std::vector<uint32_t>{120000, 60000, 59940, 50000}));
   const Image handle(image);
+  EXPECT_EQ(handle.Rates(), (std::vector<uint32_t>{120000, 60000, 59940, 50000}));
   uint32_t rates[3] = {1, 1, 1};
   EXPECT_EQ(EDID_GetRates(handle.get(), rates, 2), 4u);
   EXPECT_EQ(rates[1], 60000u);
@@ -284,7 +270,7 @@ TEST(Rates, OfManyTimings) {
     }
     edid.Extension(cta);
   }
-  EXPECT_EQ(RatesOf(edid.Build()), std::vector<uint32_t>(expected.begin(), expected.end()));
+  EXPECT_EQ(Image(edid.Build()).Rates(), std::vector<uint32_t>(expected.begin(), expected.end()));
 }
 
 // The rates of the detailed timings, read from the bytes with arithmetic of its own.
@@ -315,12 +301,13 @@ TEST(Corpus, OffersTheRatesOfItsTimings) {
     if (bytes.size() % 128 != 0 || !isEdidHeader(bytes.data())) continue;
     std::set<uint32_t> all, detailed, told;
     Quietly([&] {
-      for (const OfferedTiming& timing : TimingsOf(bytes)) {
+      const Image handle(bytes);
+      for (const OfferedTiming& timing : handle.Timings()) {
         all.insert(timing.rate);
         const bool known = timing.block == 0 || bytes[128u * timing.block] == 2;
         if (timing.source == TIMING_DETAILED && known) detailed.insert(timing.rate);
       }
-      const std::vector<uint32_t> rates = RatesOf(bytes);
+      const std::vector<uint32_t> rates = handle.Rates();
       told.insert(rates.begin(), rates.end());
     });
     EXPECT_EQ(told, all);

@@ -144,6 +144,7 @@ TEST(PatchSection, KeepsLengthAndChecksums) {
 
 TEST(PatchBase, FreedSlotsBecomeDummies) {
   const ByteVector dummy = Hex("00 00 00 10 00*14");
+  const DtdTiming fast = AtClock(k720p60, 10 * 0x6400);  // its clock has a byte 00
   const struct {
     const char* name;
     unsigned erased;
@@ -151,8 +152,8 @@ TEST(PatchBase, FreedSlotsBecomeDummies) {
   } rows[] = {
       {"descriptors keep their places", 1, Edid().Dtd(k1080p60).Dtd(k720p60).Name("a").Name("b"),
        Edid().Dtd(k1080p60).Slot(dummy).Name("a").Name("b")},
-      {"later timings move up", 0, Edid().Dtd(k1080p60).Dtd(k720p60).Name("a").Dtd(k2160p60),
-       Edid().Dtd(k720p60).Dtd(k2160p60).Name("a").Slot(dummy)},
+      {"later timings move up", 0, Edid().Dtd(k1080p60).Dtd(fast).Name("a").Dtd(k2160p60),
+       Edid().Dtd(fast).Dtd(k2160p60).Name("a").Slot(dummy)},
       {"a descriptor leaves its place", 2, Edid().Dtd(k1080p60).Name("a").Name("b").Dtd(k720p60),
        Edid().Dtd(k1080p60).Name("a").Slot(dummy).Dtd(k720p60)},
   };
@@ -162,6 +163,7 @@ TEST(PatchBase, FreedSlotsBecomeDummies) {
     EXPECT_EQ(HexOf(Generate(handle.get())), HexOf(row.after.Build())) << row.name;
     EXPECT_NE(FreeBaseSlot(handle->blocks[0]), kBaseSlots) << row.name;
   }
+  EXPECT_FALSE(HasBaseSlots(Block(EDID_BLOCK_VESA, ByteVector(128)))) << "without the header of an EDID";
 }
 
 }  // namespace

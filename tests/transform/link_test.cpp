@@ -49,12 +49,6 @@ bool HasTimingFirst(const ByteVector& image) {
   return isEdidHeader(image.data()) != 0 && (image[54] != 0 || image[55] != 0);
 }
 
-std::vector<OfferedTiming> TimingsOf(const EdidHandle* handle) {
-  std::vector<OfferedTiming> list(EDID_GetTimings(handle, nullptr, 0));
-  EDID_GetTimings(handle, list.data(), static_cast<uint32_t>(list.size()));
-  return list;
-}
-
 void ExpectLimited(const Row& row) {
   const Image handle(row.before.Build());
   EXPECT_EQ(EDID_LimitToLink(handle.get(), &row.link), 0) << row.name;
@@ -270,7 +264,7 @@ TEST(LimitToLink, HoldsForEveryDisplay) {
         const ByteVector once = handle.Bytes();
         EXPECT_EQ(once.size(), size);
         EXPECT_TRUE(!hadPreferred || HasTimingFirst(once));
-        for (const OfferedTiming& offer : TimingsOf(handle.get())) {
+        for (const OfferedTiming& offer : handle.Timings()) {
           if (offer.block == 0 || handle->blocks[offer.block].type != EDID_BLOCK_UNKNOWN) {
             EXPECT_LE(offer.timing.pixelClock / (offer.ycc420 == YCC420_ONLY ? 2 : 1), link->maxTmdsClock);
           }

@@ -126,9 +126,9 @@ TEST(BaseBlock, ReportsOddValuesAndWritesThem) {
       {"digitalInput=2 standby=2", 20, "25"},  // flags by bit 0
       {"established=3,0,0,0,0,0,0,0,0,3", 35, "01 02 00"},
       {"established/16=2", 35, "00 00 80"},  // the last by any bit
-      {"standardTimings/0/hactive=248 standardTimings/0/frameRate=60 standardTimings/0/aspectRatio=5 "
+      {"standardTimings/0/hactive=255 standardTimings/0/frameRate=60 standardTimings/0/aspectRatio=5 "
        "standardTimings/0/valid",
-       38, "00 00", "invalid std hactive: 248"},
+       38, "00 00", "invalid std hactive: 255"},
       {"standardTimings/1/hactive=256 standardTimings/1/frameRate=59 standardTimings/1/aspectRatio=2 "
        "standardTimings/1/valid",
        40, "01 7F", "invalid std refresd rate: 59"},
