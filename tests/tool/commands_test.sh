@@ -588,5 +588,31 @@ for signal in INT TERM HUP PIPE; do
 done
 same out.bin tv-4k.bin
 
+# --- devices, as far as there need not be any: what is wrong is told before one is opened
+cp dvi.bin broken.bin
+poke broken.bin 127 000
+while IFS='|' read -r code arguments message; do
+  expect "$code" $arguments
+  has err "$message"
+done <<'END'
+3|show connector:none-1|connector:none-1: .*connector
+3|show i2c:/dev/none|modprobe i2c-dev
+3|show override:HDMI-A-1|can be written only; read connector:
+4|edit tv-4k.bin --limit sdr -o i2c:/dev/none|can be read only; write to v4l2:
+3|show v4l2:/dev/null|name an HDMI or DisplayPort receiver
+3|show v4l2:/dev/null,pad=x|the pad is a number
+4|send dvi.bin -o v4l2:none --pad 1|v4l2:none,pad=1: not written: no such device
+5|send broken.bin -o v4l2:none|finds errors in it .*--force
+4|send broken.bin --force -o v4l2:none|no such device
+5|plot tv-4k.bin -o v4l2:none|no EDID in raw bytes
+4|send dvi.bin -o firmware:a,b|letters, digits
+2|send dvi.bin -o out.bin|name a device
+2|send --clear dvi.bin -o v4l2:none|name an input, or --clear
+2|send -o v4l2:none|name an input, or --clear
+2|rates dvi.bin --pad 1|--pad is for names such as v4l2
+END
+cp dvi.bin i2c:file
+expect 0 check ./i2c:file
+
 [ $failures -eq 0 ] || { echo "$failures failures"; exit 1; }
 echo "all commands behave"

@@ -12,6 +12,9 @@ end
 function __reedid_samples
     reedid sample | string match -rg '^([a-z0-9][a-z0-9-]*) '
 end
+function __reedid_connectors
+    reedid displays 2>/dev/null | string match -rg '^card[0-9]+-(.*): '
+end
 function __reedid_forms
     reedid convert --help | sed -n 's/^  --to .*{\(.*\)}.*/\1/p' | tr ',' '\n'
 end
@@ -30,3 +33,6 @@ complete -c reedid -n '__reedid_at sample' -f -a '(__reedid_samples)'
 complete -c reedid -n '__reedid_at help' -f -a '(__reedid_commands)'
 complete -c reedid -n '__reedid_behind --to' -f -a '(__reedid_forms)'
 complete -c reedid -n 'string match -q "sample:*" (commandline -ct)' -f -a 'sample:(__reedid_samples)'
+complete -c reedid -n 'string match -q "connector:*" (commandline -ct)' -f -a 'connector:(__reedid_connectors)'
+complete -c reedid -n 'string match -q "override:*" (commandline -ct)' -f -a 'override:(__reedid_connectors)'
+complete -c reedid -n 'string match -q "i2c:*" (commandline -ct)' -f -a 'i2c:(__reedid_connectors)'

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "commands.h"
+#include "device/schemes.h"
 #include "document/printable.h"
 #include "edit_steps.h"
 #include "help.h"
@@ -14,12 +16,53 @@
 namespace reedid::tool {
 namespace {
 
-constexpr char kInputHelp[] = "file with raw bytes or hexadecimal text, '-' for standard input, or sample:NAME";
+constexpr char kInputHelp[] =
+    "file with raw bytes or hexadecimal text, '-' for standard input, sample:NAME, or a device (see reedid --help)";
 constexpr char kInputsHelp[] =
-    "files, folders with all files in and below them, '-' for standard input, or sample:NAME";
-constexpr char kOutputHelp[] = "file to write, '-' for standard output; replaced as a whole or not at all";
+    "files, folders with all files in and below them, '-' for standard input, sample:NAME, or devices";
+constexpr char kOutputHelp[] = "file to write, '-' for standard output, or a device; replaced as a whole or not at all";
 constexpr char kJsonHelp[] = "print JSON (docs/json.md)";
-constexpr char kForceHelp[] = "write an address that no port can have, too";
+constexpr char kForceHelp[] = "send to a device what check calls wrong, too";
+constexpr char kForceAddressHelp[] =
+    "write an address that no port can have, and send to a device what check calls wrong";
+constexpr char kDeviceGroup[] = "Devices";
+
+template <class Options>
+concept HasInputs = requires(Options options) {
+  options.inputs;
+};
+template <class Options>
+concept HasInput = requires(Options options) {
+  options.input;
+};
+template <class Options>
+concept HasTwo = requires(Options options) {
+  options.second;
+};
+template <class Options>
+concept HasOutput = requires(Options options) {
+  options.output;
+};
+
+// The names of images that a command was given.
+template <class Options>
+std::vector<std::string*> NamesIn(Options& options) {
+  std::vector<std::string*> names;
+  if constexpr (HasInputs<Options>) {
+    for (std::string& name : options.inputs) names.push_back(&name);
+  }
+  if constexpr (HasInput<Options>) names.push_back(&options.input);
+  if constexpr (HasTwo<Options>) names.insert(names.end(), {&options.first, &options.second});
+  if constexpr (HasOutput<Options>) names.push_back(&options.output.name);
+  return names;
+}
+
+// A pad is a part of the names of video devices, once all words are known.
+void CompleteNames(const std::vector<std::string*>& names, unsigned pad) {
+  size_t completed = 0;
+  for (std::string* name : names) completed += device::AddPad(*name, pad) ? 1 : 0;
+  if (completed == 0) throw ToolError(Exit::kUsage, "--pad is for names such as v4l2:/dev/video0");
+}
 
 // Adds a command whose options live as long as the parser; returns it for its options to be set up.
 template <class Options>
@@ -28,9 +71,16 @@ CLI::App* AddCommand(CLI::App& app, const char* name, const char* help, Command&
   CLI::App* command = app.add_subcommand(name, help);
   if (const CommandHelp* more = FindHelp(name)) command->group(more->group)->footer(more->footer);
   auto owned = std::make_shared<Options>();
+  auto pad = std::make_shared<std::optional<unsigned>>();
   options = owned.get();
-  command->callback(
-      [owned, run, &chosen] { chosen = [owned, run](Streams& streams) { return run(*owned, streams); }; });
+  if constexpr (HasInputs<Options> || HasTwo<Options> || HasOutput<Options>) {
+    command->add_option("--pad", *pad, "connector of the video device, where it has several (v4l2:)")
+        ->group(kDeviceGroup);
+  }
+  command->callback([owned, pad, run, &chosen] {
+    if (*pad) CompleteNames(NamesIn(*owned), **pad);
+    chosen = [owned, run](Streams& streams) { return run(*owned, streams); };
+  });
   return command;
 }
 
@@ -50,6 +100,11 @@ void AddColor(CLI::App& command, std::string& color) {
   command.add_option("--color", color, "auto: on a terminal, unless NO_COLOR is set")
       ->check(CLI::IsMember({kAutoColor, "always", "never"}))
       ->capture_default_str();
+}
+
+void AddOutput(CLI::App& command, Output& output, const char* forceHelp = kForceHelp) {
+  command.add_option("-o,--output", output.name, kOutputHelp);
+  command.add_flag("--force", output.force, forceHelp)->group(forceHelp == kForceHelp ? kDeviceGroup : "Options");
 }
 
 void AddShow(CLI::App& app, Command& chosen) {
@@ -93,7 +148,7 @@ void AddFix(CLI::App& app, Command& chosen) {
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("--rule", options->rules, "what this rule finds, and nothing else; may be given again")
       ->allow_extra_args(false);
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output);
   command->add_flag("-q,--quiet", options->quiet, "no table of changes");
 }
 
@@ -104,8 +159,7 @@ void AddPhys(CLI::App& app, Command& chosen) {
   command->add_option("address", options->address,
                       "new address, as 1.2.0.0 or 0x1200; without it, print the present one");
   command->add_flag("--json", options->json, kJsonHelp);
-  command->add_option("-o,--output", options->output, kOutputHelp);
-  command->add_flag("--force", options->force, kForceHelp);
+  AddOutput(*command, options->output, kForceAddressHelp);
 }
 
 void AddToHdmi(CLI::App& app, Command& chosen) {
@@ -113,8 +167,7 @@ void AddToHdmi(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "to-hdmi", "Turn a DVI EDID into an HDMI one", chosen, RunToHdmi, options);
   command->add_option("input", options->input, kInputHelp)->required();
   command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
-  command->add_flag("--force", options->force, kForceHelp);
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output, kForceAddressHelp);
 }
 
 void AddConvert(CLI::App& app, Command& chosen) {
@@ -124,14 +177,29 @@ void AddConvert(CLI::App& app, Command& chosen) {
   command->add_option("--to", options->form, "raw bytes, hexadecimal text or a C array")
       ->required()
       ->check(CLI::IsMember({"raw", "hex", "c"}));
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output);
 }
 
 void AddSample(CLI::App& app, Command& chosen) {
   SampleOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "sample", "List the built-in EDIDs, or write one", chosen, RunSample, options);
   command->add_option("name", options->name, "sample to write; without it, list them");
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output);
+}
+
+void AddSend(CLI::App& app, Command& chosen) {
+  SendOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "send", "To a device, as it is", chosen, RunSend, options);
+  command->add_option("input", options->input, kInputHelp);
+  command->add_flag("--clear", options->clear, "take away what was sent, instead");
+  AddOutput(*command, options->output);
+}
+
+void AddDisplays(CLI::App& app, Command& chosen) {
+  DisplaysOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "displays", "What is plugged into this machine", chosen, RunDisplays, options);
+  command->add_flag("--json", options->json, kJsonHelp);
+  AddColor(*command, options->color);
 }
 
 void AddQuery(CLI::App& app, Command& chosen, const char* name, const char* help,
@@ -172,7 +240,7 @@ void AddPlot(CLI::App& app, Command& chosen) {
   PlotOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "plot", "A picture of colours and timings (SVG)", chosen, RunPlot, options);
   command->add_option("input", options->input, kInputHelp)->required();
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  command->add_option("-o,--output", options->output.name, kOutputHelp);
 }
 
 void AddTable(CLI::App& command, TableOptions& table) {
@@ -188,9 +256,9 @@ void AddDiff(CLI::App& app, Command& chosen) {
   AddTable(*command, options->table);
 }
 
-void AddEditOutput(CLI::App& command, EditOptions& options) {
+void AddEditOutput(CLI::App& command, EditOptions& options, const char* forceHelp = kForceHelp) {
   command.add_option("--rates", options.rates, "rates to lower timings to, as 120,60,50; else those of the display");
-  command.add_option("-o,--output", options.output, kOutputHelp);
+  AddOutput(command, options.output, forceHelp);
   AddTable(command, options.table);
   command.add_flag("-q,--quiet", options.table.quiet, "no table of changes");
 }
@@ -225,8 +293,7 @@ void AddEdit(CLI::App& app, Command& chosen) {
         ->type_name(step.word)
         ->trigger_on_parse();
   }
-  command->add_flag("--force", options->force, kForceHelp);
-  AddEditOutput(*command, *options);
+  AddEditOutput(*command, *options, kForceAddressHelp);
 }
 
 void AddCommon(CLI::App& app, Command& chosen) {
@@ -236,7 +303,7 @@ void AddCommon(CLI::App& app, Command& chosen) {
   command->add_option("input", options->inputs, "EDIDs of two or more displays; the first gives its name and size")
       ->required()
       ->expected(2, 1000);
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output);
   command->add_flag("--json", options->json, kJsonHelp);
   command->add_flag("-q,--quiet", options->quiet, "no table of what each display costs the others");
 }
@@ -248,8 +315,7 @@ void AddReceiver(CLI::App& app, Command& chosen) {
   command->add_option("--video", options->video, "EDID of the television")->required()->type_name("EDID");
   command->add_option("--audio", options->audio, "EDID with the sound of the receiver")->required()->type_name("EDID");
   command->add_option("--phys", options->address, "physical address, as 1.0.0.0 or 0x1000")->capture_default_str();
-  command->add_flag("--force", options->force, kForceHelp);
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output, kForceAddressHelp);
   AddTable(*command, options->table);
   command->add_flag("-q,--quiet", options->table.quiet, "no table of changes");
 }
@@ -259,7 +325,7 @@ void AddHighRefresh(CLI::App& app, Command& chosen) {
   CLI::App* command = AddCommand(app, "high-refresh", "Three blocks or more into two, high rates kept", chosen,
                                  RunHighRefresh, options);
   command->add_option("input", options->input, kInputHelp)->required();
-  command->add_option("-o,--output", options->output, kOutputHelp);
+  AddOutput(*command, options->output);
   AddTable(*command, options->table);
   command->add_flag("-q,--quiet", options->table.quiet, "no table of changes");
 }
@@ -295,6 +361,8 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   AddCommon(app, chosen);
   AddReceiver(app, chosen);
   AddToHdmi(app, chosen);
+  AddDisplays(app, chosen);
+  AddSend(app, chosen);
   AddConvert(app, chosen);
   AddSample(app, chosen);
   app.footer(MainFooter());

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "output.h"
 #include "streams.h"
 
 namespace reedid::tool {
@@ -52,7 +53,7 @@ Exit RunTiming(const TimingOptions& options, Streams& streams);
 
 struct PlotOptions {
   std::string input;
-  std::string output;
+  Output output;
 };
 Exit RunPlot(const PlotOptions& options, Streams& streams);
 
@@ -81,15 +82,14 @@ struct EditOptions {
   std::string input;
   std::vector<EditWord> edits;
   std::string rates;  // "120,60,50"; empty: those of the image
-  std::string output;
+  Output output;
   TableOptions table;
-  bool force = false;  // also an address that no port can have
 };
 Exit RunEdit(const EditOptions& options, Streams& streams);
 
 struct CommonOptions {
   std::vector<std::string> inputs;  // two or more
-  std::string output;
+  Output output;
   bool quiet = false;  // no table
   bool json = false;
 };
@@ -99,15 +99,14 @@ struct ReceiverOptions {
   std::string video;
   std::string audio;
   std::string address = "1.0.0.0";
-  std::string output;
+  Output output;
   TableOptions table;
-  bool force = false;  // also an address that no port can have
 };
 Exit RunReceiver(const ReceiverOptions& options, Streams& streams);
 
 struct HighRefreshOptions {
   std::string input;
-  std::string output;
+  Output output;
   TableOptions table;
 };
 Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams);
@@ -133,7 +132,7 @@ Exit RunExplain(const ExplainOptions& options, Streams& streams);
 struct FixOptions {
   std::string input;
   std::vector<std::string> rules;  // none: what is safe
-  std::string output;
+  Output output;
   bool quiet = false;
 };
 Exit RunFix(const FixOptions& options, Streams& streams);
@@ -144,30 +143,41 @@ uint16_t AskedAddress(const std::string& text, bool force);
 struct PhysOptions {
   std::string input;
   std::string address;  // empty: read
-  std::string output;
-  bool json = false;   // of what is read
-  bool force = false;  // also an address that no port can have
+  Output output;
+  bool json = false;  // of what is read
 };
 Exit RunPhys(const PhysOptions& options, Streams& streams);
 
 struct ToHdmiOptions {
   std::string input;
   std::string address = "1.0.0.0";
-  std::string output;
-  bool force = false;  // also an address that no port can have
+  Output output;
 };
 Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams);
 
 struct ConvertOptions {
   std::string input;
   std::string form;  // raw, hex or c
-  std::string output;
+  Output output;
 };
 Exit RunConvert(const ConvertOptions& options, Streams& streams);
 
+struct SendOptions {
+  std::string input;
+  Output output;
+  bool clear = false;  // instead of sending: take away what was sent
+};
+Exit RunSend(const SendOptions& options, Streams& streams);
+
+struct DisplaysOptions {
+  std::string color = kAutoColor;
+  bool json = false;
+};
+Exit RunDisplays(const DisplaysOptions& options, Streams& streams);
+
 struct SampleOptions {
   std::string name;  // empty: list
-  std::string output;
+  Output output;
 };
 Exit RunSample(const SampleOptions& options, Streams& streams);
 

@@ -20,7 +20,7 @@ Exit RunConvert(const ConvertOptions& options, Streams& streams) {
   document::Image image = ReadImage(options.input);
   const document::ByteVector bytes = image.Generate(ToldNotes());
   if (options.form == "raw") {
-    if (options.output == "-" && streams.ResultIsTerminal()) {
+    if (options.output.name == "-" && streams.ResultIsTerminal()) {
       throw ToolError(Exit::kUsage, "raw bytes do no good on a terminal; use --to hex, or -o FILE");
     }
     WriteOutput(options.output, bytes, streams);

@@ -48,7 +48,7 @@ std::string TableText(Node before, Node after, const TableOptions& table, const 
 
 // The table comes first, where it cannot be mixed with the image: when it cannot be printed, the exit code says that no
 // output was written.
-void Finish(const std::string& text, const document::ByteVector& bytes, const std::string& output, Streams& streams) {
+void Finish(const std::string& text, const document::ByteVector& bytes, const Output& output, Streams& streams) {
   OfferTable(text, output, streams);
   WriteOutput(output, bytes, streams);
 }
@@ -57,7 +57,7 @@ void Finish(const std::string& text, const document::ByteVector& bytes, const st
 std::vector<document::Edit> MakeEdits(const EditOptions& options) {
   if (options.edits.empty()) throw ToolError(Exit::kUsage, "edit: name an edit, such as --limit or --phys");
   const Rates rates = options.rates.empty() ? Rates() : document::ParseRates(options.rates);
-  const StepSettings settings = {rates, options.force};
+  const StepSettings settings = {rates, options.output.force};
   std::vector<document::Edit> edits;
   for (const EditWord& word : options.edits) edits.push_back(word.step->make(word.value, settings));
   return edits;
@@ -97,7 +97,6 @@ Exit RunReceiver(const ReceiverOptions& options, Streams& streams) {
   edit.edits = {{&FindStep("--audio-from"), options.audio}, {&FindStep("--phys"), options.address}};
   edit.output = options.output;
   edit.table = options.table;
-  edit.force = options.force;
   return RunEdit(edit, streams);
 }
 

@@ -44,7 +44,7 @@ Exit RunFix(const FixOptions& options, Streams& streams) {
   const document::Fixed fixed = document::Fix(BytesOf(image), ThisYear(), {options.rules});
   if (!options.quiet) {
     const std::string text = (fixed.done.empty() ? "" : ChangesOf(image, fixed.image)) + MendedText(fixed);
-    options.output == "-" ? Tell(text) : streams.Offer(text);
+    options.output.name == "-" ? Tell(text) : streams.Offer(text);
   }
   WriteOutput(options.output, fixed.image, streams);
   return Exit::kDone;

@@ -57,7 +57,7 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
   if (!options.address.empty()) RequireOutput(options.output, "phys with an address");
   Image image = ReadImage(options.input);
   if (options.address.empty()) return ReadPhys(image, options.json, streams);
-  const uint16_t address = AskedAddress(options.address, options.force);
+  const uint16_t address = AskedAddress(options.address, options.output.force);
   image = document::SetAddress(std::move(image), address);
   const document::ByteVector bytes = image.Generate(ToldNotes());
   WriteOutput(options.output, bytes, streams);
@@ -66,7 +66,7 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
 
 Exit RunToHdmi(const ToHdmiOptions& options, Streams& streams) {
   RequireOutput(options.output, "to-hdmi");
-  const uint16_t address = AskedAddress(options.address, options.force);
+  const uint16_t address = AskedAddress(options.address, options.output.force);
   Image image = document::ToHdmi(ReadImage(options.input), address, ToldNotes());
   const document::ByteVector bytes = image.Generate(ToldNotes());
   WriteOutput(options.output, bytes, streams);

@@ -15,7 +15,7 @@ namespace {
 constexpr char kLook[] = "Look at EDIDs";
 constexpr char kAsk[] = "Ask one thing";
 constexpr char kChange[] = "Write a changed EDID";
-constexpr char kForms[] = "Get and convert EDIDs";
+constexpr char kForms[] = "Get and send EDIDs";
 
 constexpr CommandHelp kCommands[] = {
     {"show", kLook,
@@ -99,6 +99,19 @@ constexpr CommandHelp kCommands[] = {
      "CTA-861 extension (a new one if there is none), which becomes the first extension. Timings above 600 MHz are\n"
      "lowered as by 'reedid limit hdmi20'. An analog input is refused.\n\n"
      "Example:\n  reedid to-hdmi dvi.bin --phys 1.0.0.0 -o hdmi.bin"},
+    {"displays", kForms,
+     "Every connector with its state, the display behind it, and the bus that its EDID can be read from.\n\n"
+     "Examples:\n  reedid displays\n  reedid show connector:HDMI-A-1        what the kernel read there\n"
+     "  reedid show i2c:HDMI-A-1              what the display says now"},
+    {"send", kForms,
+     "Every command sends what it writes when -o names a device; this one changes nothing:\n"
+     "  v4l2:/dev/video0    a capture card or another receiver shows it to its source\n"
+     "  override:HDMI-A-1   the kernel takes it for the display's, until it restarts\n"
+     "  firmware:NAME       the kernel finds it when it starts\n"
+     "What check finds errors in is not sent; what was sent is read back.\n\n"
+     "Examples:\n"
+     "  reedid send display.bin -o v4l2:/dev/video0\n"
+     "  reedid send --clear -o v4l2:/dev/video0"},
     {"convert", kForms,
      "Examples:\n"
      "  reedid convert display.txt --to raw -o display.bin\n"
@@ -111,7 +124,11 @@ constexpr char kFooter[] =
     "/sys/class/drm/*/edid,\n"
     "'-' for standard input, or sample:NAME for a built-in EDID. show, check, rates, timings, preferred and audio "
     "take\n"
-    "several, and folders with all files in and below them.\n"
+    "several, and folders with all files in and below them. On Linux, an input may be a device:\n"
+    "  connector:HDMI-A-1  what the kernel read there; 'reedid displays' lists them\n"
+    "  i2c:/dev/i2c-4      what the display says, over DDC; i2c:HDMI-A-1 is the bus of this connector\n"
+    "  v4l2:/dev/video0    what a capture card shows to its source\n"
+    "and so may an output: v4l2:/dev/video0, override:HDMI-A-1, firmware:NAME ('reedid help send').\n"
     "\n"
     "Results go to standard output or to the file after -o, diagnostics and notes to standard error. What is written\n"
     "has the right extension count, block map and checksums; a note tells which were wrong before.\n"

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "device/schemes.h"
 #include "document/read/input.h"
-#include "document/read/samples.h"
 #include "streams.h"
 #include "tool_error.h"
 
@@ -21,7 +21,6 @@ namespace {
 using document::ByteVector;
 
 constexpr size_t kMaxInput = 1 << 20;  // 255 blocks written as text with every byte on a line of its own, and more
-constexpr std::string_view kSamplePrefix = "sample:";
 
 [[noreturn]] void Fail(const std::string& name, const std::string& what) {
   throw ToolError(Exit::kInput, fmt::format("{}: {}", name, what));
@@ -53,20 +52,21 @@ ByteVector ReadToEnd(const std::string& name) {
   }
 }
 
-// What was read last: a pipe can be read only once, but is asked for its names and then for each of its images.
+// What was read last: a pipe can be read only once, but is asked for its names and then for each of its images; and a
+// display is not asked twice.
 const ByteVector& Content(const std::string& name) {
   static std::string last;
   static ByteVector content;
   if (last != name || name.empty()) {
     last.clear();  // what is thrown on the way leaves no name for the wrong content
-    content = ReadToEnd(name);
+    content = device::FindScheme(name) != nullptr ? device::ReadFrom(name, ToldNotes()) : ReadToEnd(name);
     last = name;
   }
   return content;
 }
 
 std::vector<ByteVector> ImagesIn(const std::string& name) {
-  if (name.starts_with(kSamplePrefix)) return {document::SampleBytes(name.substr(kSamplePrefix.size()))};
+  if (device::FindScheme(name) != nullptr) return {Content(name)};
   return document::ParseInput(ShownName(name), Content(name));
 }
 
@@ -105,7 +105,7 @@ document::Image ReadImage(const std::string& name) {
 
 std::vector<std::string> NamesIn(const std::string& name) {
   std::string file;
-  if (NumberIn(name, file) != 0) return {name};
+  if (NumberIn(name, file) != 0 || device::FindScheme(name) != nullptr) return {name};
   size_t count = 1;
   try {
     count = ImagesIn(name).size();

@@ -9,8 +9,8 @@
 namespace reedid::tool {
 
 /*
- * Opens a file, standard input ("-") or a built-in EDID ("sample:NAME"), raw or as hexadecimal text. Of a text with
- * several EDIDs, "NAME#2" is the second. Files are read to their end whatever size they claim: those of /sys/class/drm
+ * Opens a file, standard input ("-"), raw or as hexadecimal text, or what has a scheme (device/schemes.h), such as a
+ * built-in EDID ("sample:NAME") or a display ("i2c:/dev/i2c-4"). Of a text with several EDIDs, "NAME#2" is the second. Files are read to their end whatever size they claim: those of /sys/class/drm
  * claim 0. Throws Exit::kInput.
  */
 document::Image ReadImage(const std::string& name);

@@ -13,7 +13,9 @@
 #include <cstring>
 #include <filesystem>
 
+#include "device/schemes.h"
 #include "memory.h"
+#include "send.h"
 
 namespace reedid::tool {
 namespace {
@@ -158,8 +160,10 @@ bool IsStandardOutput(const std::string& path) {
 
 }  // namespace
 
-void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Streams& streams) {
+void WriteOutput(const Output& output, std::span<const uint8_t> bytes, Streams& streams) {
   RequireMemory();
+  const std::string& path = output.name;
+  if (device::FindScheme(path) != nullptr) return SendToDevice(output, bytes, streams);
   if (IsStandardOutput(path)) return streams.Result(bytes);
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return ReplaceFile(path, bytes, {NewFileMode()});
@@ -174,15 +178,16 @@ void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Stream
   ReplaceFile(path, bytes, {status.st_mode & 07777, status.st_uid, status.st_gid});
 }
 
-void RequireOutput(const std::string& path, const std::string& command) {
-  if (!path.empty()) return;
+void RequireOutput(const Output& output, const std::string& command) {
+  if (device::FindScheme(output.name) != nullptr) device::OutputScheme(output.name);
+  if (!output.empty()) return;
   throw ToolError(Exit::kUsage, fmt::format("{} writes an EDID: name the output with -o FILE (-o - is standard output, "
                                             "the input's own name replaces the input)",
                                             command));
 }
 
-void OfferTable(const std::string& text, const std::string& output, Streams& streams) {
-  if (output != "-") {
+void OfferTable(const std::string& text, const Output& output, Streams& streams) {
+  if (output.name != "-") {
     streams.Offer(text);
   } else {
     Tell(text);

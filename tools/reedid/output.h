@@ -8,19 +8,26 @@
 
 namespace reedid::tool {
 
+// Where a command writes to, and how.
+struct Output {
+  std::string name;    // a file, "-", or a device by its scheme
+  bool force = false;  // what is wrong goes to a device, too
+  bool empty() const { return name.empty(); }
+};
+
 /*
- * Writes bytes to `path`, "-" (or a name of descriptor 1) for standard output. A file is written under another name in
+ * Writes bytes to `output`, "-" (or a name of descriptor 1) for standard output. A file is written under another name in
  * its folder, brought to disk and renamed; it keeps the permissions (but set-user-id), the owner and the symbolic links
  * of the file that it replaces; other names of that file keep the old content, which is said. No signal but KILL leaves
  * the other name behind. A file without write permission is not replaced. Devices, pipes and files of the kernel (/proc,
- * /sys, debugfs) are written directly. Throws Exit::kOutput.
+ * /sys, debugfs) are written directly. What has a scheme is sent (send.h). Throws Exit::kOutput.
  */
-void WriteOutput(const std::string& path, std::span<const uint8_t> bytes, Streams& streams);
+void WriteOutput(const Output& output, std::span<const uint8_t> bytes, Streams& streams);
 
-// Stops a command that writes when it was given no -o: Exit::kUsage.
-void RequireOutput(const std::string& path, const std::string& command);
+// Stops a command that writes when it was given no -o: Exit::kUsage; or one that cannot be written to: Exit::kOutput.
+void RequireOutput(const Output& output, const std::string& command);
 
 // A table beside an output: it goes where it cannot be mixed with the image.
-void OfferTable(const std::string& text, const std::string& output, Streams& streams);
+void OfferTable(const std::string& text, const Output& output, Streams& streams);
 
 }  // namespace reedid::tool

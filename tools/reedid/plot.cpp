@@ -17,8 +17,8 @@ Exit RunPlot(const PlotOptions& options, Streams& streams) {
   if (options.output.empty()) {
     throw ToolError(Exit::kUsage, "plot writes a picture: name it with -o FILE.svg (-o - is standard output)");
   }
-  if (std::filesystem::equivalent(options.input, options.output, ignored)) {
-    throw ToolError(Exit::kUsage, fmt::format("{}: a picture in its place would lose the EDID", options.output));
+  if (std::filesystem::equivalent(options.input, options.output.name, ignored)) {
+    throw ToolError(Exit::kUsage, fmt::format("{}: a picture in its place would lose the EDID", options.output.name));
   }
   const document::Image image = ReadImage(options.input);
   const std::string picture = document::DrawPicture(image, document::DescribeImage(image));
