@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs Debian packages that are not there yet: install-deps.sh tool|tests|clang|lint|bench|cross|coverage|ci
+# Installs Debian packages that are not there yet: install-deps.sh tool|tests|clang|lint|bench|cross|coverage|kernel|ci
 # Needs root or sudo only when something is missing.
 set -eu
 
@@ -9,6 +9,7 @@ tests="$tool libgtest-dev binutils dpkg-dev file doxygen"
 clang="clang libclang-rt-14-dev"
 lint="$tool clang-format clang-tidy"
 bench="$build nlohmann-json3-dev binutils libbenchmark-dev"
+kernel="$tool qemu-system-x86 busybox-static cpio"
 cross="$build nlohmann-json3-dev binutils googletest qemu-user g++-powerpc-linux-gnu g++-aarch64-linux-gnu"
 case "${1:-tool}" in
   tool) packages=$tool ;;
@@ -18,8 +19,9 @@ case "${1:-tool}" in
   bench) packages=$bench ;;
   cross) packages=$cross ;;
   coverage) packages="$tests gcovr" ;;
-  ci) packages="$tests $clang $lint $bench $cross lintian" ;;
-  *) echo "usage: $0 tool|tests|clang|lint|bench|cross|coverage|ci" >&2; exit 2 ;;
+  kernel) packages=$kernel ;;
+  ci) packages="$tests $clang $lint $bench $cross $kernel lintian" ;;
+  *) echo "usage: $0 tool|tests|clang|lint|bench|cross|coverage|kernel|ci" >&2; exit 2 ;;
 esac
 
 missing=""
