@@ -44,4 +44,22 @@ unsigned FreeBaseSlot(const EdidBlock& block) {
   return kBaseSlots;
 }
 
+unsigned LeadingTimings(const EdidBlock& block) {
+  unsigned count = 0;
+  while (HasBaseSlots(block) && count < kBaseSlots && IsTimingSlot(BaseSlot(block, count))) ++count;
+  return count;
+}
+
+bool InsertBaseTiming(EdidBlock& block, Bytes slot) {
+  const unsigned place = LeadingTimings(block), free = FreeBaseSlot(block);
+  if (free == kBaseSlots || slot.size() != kSlotSize) return false;
+  uint8_t moved[kSlotSize];
+  for (unsigned i = free; i > place; --i) {
+    BaseSlot(block, i - 1).CopyTo(moved);
+    SetBaseSlot(block, i, Bytes(moved, sizeof moved));
+  }
+  SetBaseSlot(block, place, slot);
+  return true;
+}
+
 }  // namespace reedid

@@ -29,6 +29,12 @@ void SetBaseSlot(EdidBlock& block, unsigned index, Bytes slot);
 // free is a dummy, which no reader takes for anything.
 void EraseBaseSlot(EdidBlock& block, unsigned index);
 
+// How many slots from the first on are timings.
+unsigned LeadingTimings(const EdidBlock& block);
+
+// Puts a timing behind those; what stands there moves down into a free slot. False, nothing changed, without one.
+bool InsertBaseTiming(EdidBlock& block, Bytes slot);
+
 // The first slot that is free (a dummy, or all zero); kBaseSlots when there is none.
 unsigned FreeBaseSlot(const EdidBlock& block);
 

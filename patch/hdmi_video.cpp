@@ -60,6 +60,16 @@ void EraseFromMask(uint8_t* mask, unsigned index) {
 
 }  // namespace
 
+bool HasRatios(const CtaCursor& vsdb) {
+  const VideoPart part(vsdb.bytes());
+  return part.present && Bits(vsdb.bytes()[part.begin], 3, 2) == 1;
+}
+
+bool Has3d(const CtaCursor& vsdb) {
+  const VideoPart part(vsdb.bytes());
+  return part.present && Bit(vsdb.bytes()[part.begin], 7) != 0;
+}
+
 void EraseHdmiVic(CtaCursor& vsdb, unsigned at) {
   const VideoPart part(vsdb.bytes());
   const unsigned place = at - vsdb.at();

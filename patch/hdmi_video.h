@@ -28,6 +28,12 @@ inline bool Is420(const CtaCursor& cursor) {
   return cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO) || cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP);
 }
 
+// Whether the image sizes of the EDID are shapes only, by the HDMI 1.4b block.
+bool HasRatios(const CtaCursor& vsdb);
+
+// Whether 3D formats are told, which may be told of all VICs.
+bool Has3d(const CtaCursor& vsdb);
+
 // Removes the HDMI VIC at byte `at` of the block's bytes. The data block shrinks.
 void EraseHdmiVic(CtaCursor& vsdb, unsigned at);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "displayid/descriptors.h"
 #include "patch/base_block.h"
 #include "patch/hdmi_video.h"
 
@@ -12,7 +13,11 @@ namespace {
 constexpr unsigned kNativeByte = 3;  // of a CTA extension, bits 3..0
 constexpr unsigned kExtendedPayload = 2;
 constexpr unsigned kFeaturesByte = 24;
-constexpr uint8_t kFirstDtdReference = 129, kLastDtdReference = 144;  // detailed timings 1 to 16
+// Short video references (CTA-861, 7.5.12): detailed timings 1 to 16, type VII and X timings 1 to 16 in the order of their
+// data blocks, the first type VIII code.
+constexpr uint8_t kDtdReference = 129, kLastDtdReference = 144;
+constexpr uint8_t kVtdbReference = 145, kLastVtdbReference = 160;
+constexpr uint8_t kCodeReference = 254;
 
 // Lists by place hold within the extensions of an EDID, or within one DisplayID data block.
 struct Scope {
@@ -49,6 +54,17 @@ void EraseByte(CtaCursor& cursor, unsigned at, unsigned head) {
   bytes.From(at + 1).CopyTo(fresh + at);
   fresh[0] = Low8(fresh[0] - 1);
   cursor.Replace(Bytes(fresh, bytes.size() - 1));
+}
+
+// False, nothing changed, when the data block or its extension is full.
+bool AppendByte(CtaCursor& cursor, uint8_t value) {
+  const auto size = static_cast<unsigned>(cursor.bytes().size());
+  if (size == REEDID_CEA_DATA_BLOCK_SIZE) return false;
+  uint8_t fresh[REEDID_CEA_DATA_BLOCK_SIZE];
+  cursor.bytes().CopyTo(fresh);
+  fresh[0] = Low8(fresh[0] + 1);
+  fresh[size] = value;
+  return cursor.Replace(Bytes(fresh, size + 1));
 }
 
 // Whether any bit of a 4:2:0 capability map is left.
@@ -125,6 +141,20 @@ void EditReferences(EdidHandle& handle, Follow follow) {
   });
 }
 
+// Whether a data block lists timings that references count, and the size of one.
+struct CountedTimings {
+  explicit CountedTimings(const CtaCursor& cursor) {
+    const bool seven = cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII);
+    if ((!seven && !cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_X)) || cursor.run().holder != 0) return;
+    size = (seven ? kTypeISize : kTypeIxSize) + Bits(cursor.bytes()[kListFlags], 4, 3);
+    const auto bytes = static_cast<unsigned>(cursor.bytes().size());
+    count = bytes < kListStart ? 0 : (bytes - kListStart) / size;
+  }
+  static constexpr unsigned kListFlags = 2, kListStart = 3;
+  unsigned size = 1;
+  unsigned count = 0;
+};
+
 void DropUnlisted(EdidHandle& handle, uint8_t vic) {
   if (CountSvds(handle, vic) == 0 && CountVics420(handle, vic) == 0) RedirectVic(handle, vic, 0);
 }
@@ -147,13 +177,36 @@ bool VisitDetailedTimings(const EdidHandle& handle, Visit visit) {
 }
 
 // The first detailed timings of an EDID are the native ones; every CTA extension tells how many.
-void LessNative(EdidHandle& handle, unsigned number) {
+// Calls change(count), which gives the new one.
+template <class Change>
+void ChangeNativeCount(EdidHandle& handle, Change change) {
   for (unsigned i = 0; i < handle.blockCount; ++i) {
     EdidBlock& block = handle.blocks[i];
     if (block.type != EDID_BLOCK_CEA || !IsWhole(block) || block.bytes[1] < 2) continue;
     const uint8_t flags = block.bytes[kNativeByte];
-    if (number < Bits(flags, 0, 4)) Overwrite(block, kNativeByte, Low8(flags - 1));
+    Overwrite(block, kNativeByte, Low8((flags & 0xF0u) | change(Bits(flags, 0, 4))));
   }
+}
+
+unsigned MostNative(EdidHandle& handle) {
+  unsigned most = 0;
+  ChangeNativeCount(handle, [&](unsigned count) {
+    most = std::max(most, count);
+    return count;
+  });
+  return most;
+}
+
+bool HasTimingsBehind(const EdidHandle& handle, unsigned block) {
+  return VisitDetailedTimings(handle, [&](BytePlace place) { return place.block > block; });
+}
+
+// References to detailed timings from this number on follow when one comes in front of them.
+void MakeRoomInReferences(EdidHandle& handle, unsigned number) {
+  EditReferences(handle, [number](uint8_t reference) {
+    const bool moves = reference >= kDtdReference + number && reference <= kLastDtdReference;
+    return reference == kLastDtdReference && moves ? uint8_t{0} : Low8(reference + (moves ? 1 : 0));
+  });
 }
 
 }  // namespace
@@ -218,18 +271,28 @@ void EraseVic420(EdidHandle& handle, BytePlace place) {
   if (vic != 0) DropUnlisted(handle, vic);
 }
 
+bool AddVic(EdidHandle& handle, unsigned block, uint8_t vic) {
+  bool forAll = false;
+  unsigned at = 0;  // of the last video block
+  VisitCtaDataBlocks(handle.blocks[block], [&](CtaCursor& cursor) {
+    if (cursor.run().holder != 0) return;
+    forAll = forAll || (cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_420_MAP) && !IsBitMap(cursor)) ||
+             (IsHdmi14b(cursor) && Has3d(cursor));
+    if (cursor.Is(CEA_TAG_VIDEO)) at = cursor.at();
+  });
+  bool added = false;
+  VisitCtaDataBlocks(handle.blocks[block], [&](CtaCursor& cursor) {
+    if (!forAll && !added && at != 0 && cursor.at() == at) added = AppendByte(cursor, vic);
+  });
+  return added;
+}
+
 bool AddVic420(EdidHandle& handle, unsigned block, uint8_t vic) {
   bool added = false, listed = false;
   VisitCtaDataBlocks(handle.blocks[block], [&](CtaCursor& cursor) {
     if (added || cursor.run().holder != 0 || !cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_420_VIDEO)) return;
-    const auto size = static_cast<unsigned>(cursor.bytes().size());
     listed = true;
-    if (size == REEDID_CEA_DATA_BLOCK_SIZE) return;
-    uint8_t fresh[REEDID_CEA_DATA_BLOCK_SIZE];
-    cursor.bytes().CopyTo(fresh);
-    fresh[0] = Low8(fresh[0] + 1);
-    fresh[size] = vic;
-    added = cursor.Replace(Bytes(fresh, size + 1));
+    added = AppendByte(cursor, vic);
   });
   if (listed) return added;
   CtaCursor cursor(CollectionOf(handle.blocks[block]));
@@ -252,11 +315,51 @@ void EraseDetailedTiming(EdidHandle& handle, BytePlace place) {
   } else {
     EraseCtaSlot(block, (place.at - SlotsOf(block).begin) / kSlotSize);
   }
-  LessNative(handle, number);
-  EditReferences(handle, [number](uint8_t reference) {
-    if (reference < kFirstDtdReference || reference > kLastDtdReference) return reference;
-    const unsigned referred = reference - kFirstDtdReference;
-    return referred == number ? uint8_t{0} : Low8(reference - (referred > number ? 1 : 0));
+  ChangeNativeCount(handle, [=](unsigned count) { return count - (number < count ? 1 : 0); });
+  DropReference(handle, number > kLastDtdReference - kDtdReference ? uint8_t{0} : Low8(kDtdReference + number));
+}
+
+bool AddDetailedTiming(EdidHandle& handle, unsigned block, Bytes slot) {
+  const unsigned count = CountDetailedTimings(handle);
+  if (!HasTimingsBehind(handle, block) &&
+      InsertCtaSlot(handle.blocks[block], SlotsOf(handle.blocks[block]).count, slot)) {
+    ChangeNativeCount(handle, [=](unsigned native) { return std::min(native, count); });
+    return true;
+  }
+  const unsigned number = LeadingTimings(handle.blocks[0]);
+  if (number == 0 || MostNative(handle) > number || !InsertBaseTiming(handle.blocks[0], slot)) return false;
+  MakeRoomInReferences(handle, number);
+  return true;
+}
+
+uint8_t ReferenceTo(const EdidHandle& handle, BytePlace place) {
+  unsigned number = 0;  // of type VII and X timings, from 0
+  uint8_t reference = 0;
+  bool found = false, codes = false;
+  VisitCtaDataBlocks(handle, [&](const CtaCursor& cursor) {
+    const CountedTimings list(cursor);
+    const bool isCodes = cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VIII) && cursor.run().holder == 0;
+    if (!found && Covers(handle, cursor, place)) {
+      found = true;
+      const unsigned at = place.at - cursor.at();
+      number += at < CountedTimings::kListStart ? 0 : (at - CountedTimings::kListStart) / list.size;
+      if (list.count != 0 && number <= kLastVtdbReference - kVtdbReference) reference = Low8(kVtdbReference + number);
+      if (isCodes && !codes && at == CountedTimings::kListStart) reference = kCodeReference;
+    }
+    if (!found) number += list.count;
+    codes = codes || isCodes;
+  });
+  return reference;
+}
+
+void DropReference(EdidHandle& handle, uint8_t reference) {
+  if (reference == 0) return;
+  const auto isIn = [=](uint8_t first, uint8_t last) { return reference >= first && reference <= last; };
+  const uint8_t last = isIn(kDtdReference, kLastDtdReference)     ? kLastDtdReference
+                       : isIn(kVtdbReference, kLastVtdbReference) ? kLastVtdbReference
+                                                                  : reference;
+  EditReferences(handle, [=](uint8_t other) {
+    return other == reference ? uint8_t{0} : Low8(other - (other > reference && other <= last ? 1 : 0));
   });
 }
 

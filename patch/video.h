@@ -42,8 +42,21 @@ void EraseVic420(EdidHandle& handle, BytePlace place);
 // Adds a VIC to the 4:2:0 video block of the extension, or makes one. False, nothing changed, when there is no room.
 bool AddVic420(EdidHandle& handle, unsigned block, uint8_t vic);
 
+// Adds a VIC to the last video block of the extension, so that all others keep their places. False, nothing changed,
+// when there is none or no room, or when what the extension tells of all its VICs (4:2:0, 3D) would be told of it too.
+bool AddVic(EdidHandle& handle, unsigned block, uint8_t vic);
+
 // Removes a detailed timing of the base block or of a CTA extension.
 void EraseDetailedTiming(EdidHandle& handle, BytePlace place);
+
+// Adds a detailed timing that is not native: behind all others of a CTA extension that is the last, else in the base block
+// behind its first ones. False, nothing changed, when there is no room.
+bool AddDetailedTiming(EdidHandle& handle, unsigned block, Bytes slot);
+
+// The short video reference of the type VII, VIII or X timing at a place of a CTA extension; 0 where it has none. Ask
+// before the timing is removed, and drop the reference afterwards: those to later timings of its kind follow.
+uint8_t ReferenceTo(const EdidHandle& handle, BytePlace place);
+void DropReference(EdidHandle& handle, uint8_t reference);
 
 // Follows references to a VIC that the image no longer has to another one, or drops them (0).
 void RedirectVic(EdidHandle& handle, uint8_t vic, uint8_t to);

@@ -82,7 +82,9 @@ bool Covers(const Cursor& cursor, const OfferedTiming& offer) {
   return offer.offset >= cursor.at() && offer.offset < cursor.at() + cursor.bytes().size();
 }
 
-bool EraseDescriptor(EdidBlock& block, const OfferedTiming& offer) {
+bool EraseDescriptor(EdidHandle& image, const OfferedTiming& offer) {
+  EdidBlock& block = image.blocks[offer.block];
+  const uint8_t reference = ReferenceTo(image, PlaceOf(offer));
   bool done = false, found = false;
   VisitCtaDataBlocks(block, [&](CtaCursor& cursor) {
     if (found || !Covers(cursor, offer)) return;
@@ -94,6 +96,7 @@ bool EraseDescriptor(EdidBlock& block, const OfferedTiming& offer) {
     found = true;
     done = EraseFrom(cursor, offer, cursor.bytes()[1], kDispIdHeaderSize, 2);
   }
+  if (done) DropReference(image, reference);
   return done;
 }
 
@@ -125,7 +128,7 @@ bool EraseOffer(EdidHandle& image, const OfferedTiming& offer) {
       });
       return true;
     default:
-      return EraseDescriptor(block, offer);
+      return EraseDescriptor(image, offer);
   }
 }
 
