@@ -17,6 +17,7 @@ namespace {
 constexpr uint32_t kStep = 5000;         // kHz, of a TMDS clock in HDMI blocks
 constexpr uint32_t kLeastTold = 165000;  // what every source assumes
 constexpr uint32_t kMost14b = 340000;    // above it the HDMI Forum block tells
+constexpr unsigned kDtdClockStep = 10;   // kHz
 constexpr unsigned kFlagsByte = 3;       // of a CTA extension
 constexpr uint8_t kUnderscans = 0x80, kBasicAudio = 0x40;
 constexpr uint8_t kPcm[] = {CEA_TAG_AUDIO << 5 | 3, 0x09, 0x07, 0x07};         // 2 channels, 32..48 kHz, 16..24 bits
@@ -70,12 +71,13 @@ VideoBlock OwnTimings(EdidHandle& image, const LinkBudget& budget) {
     if (budget.Takes(offer, offer.timing.pixelClock)) video.Add(VicOf(offer));
   });
   // Every HDMI display shows 640x480 at 60 Hz and lists a VIC. Where the range limits leave it out it is told as an
-  // established timing, if there is another VIC.
+  // established timing, if there is another VIC; if there is none, the range limits hold it.
   OfferedTiming vga = {};
   Mode mode;
   if (VicMode(1, mode)) vga.timing = mode.timing;
   vga.rate = RateOf(mode);
   if (video.size == 1 || budget.Takes(vga, vga.timing.pixelClock)) {
+    if (video.size == 1) WidenRange(image, vga);
     video.Add(1);
   } else {
     EdidBlock& base = image.blocks[0];
@@ -143,6 +145,30 @@ void SetFlags(EdidHandle& image, uint8_t flags) {
   }
 }
 
+// What is told as a detailed timing but is none that could be limited, and needs more than HDMI carries without FRL: the
+// block of it, 0 for none. Extensions that end in the middle of a data block have such.
+unsigned FindUnlimited(const EdidHandle& image) {
+  for (unsigned i = 1; i < image.blockCount; ++i) {
+    const CtaSlots slots = SlotsOf(image.blocks[i]);
+    for (unsigned slot = 0; slot < slots.count; ++slot) {
+      const Bytes bytes = BytesOf(image.blocks[i]).From(slots.begin + slot * kSlotSize);
+      if (bytes.Le16(0) * kDtdClockStep > EDID_LINK_HDMI20.maxTmdsClock) return i;
+    }
+  }
+  return 0;
+}
+
+// A map of the extensions, which stands in front of them from two on; with EDID 1.4 it need not (E-EDID A.1).
+bool AddBlockMap(EdidHandle& image) {
+  constexpr uint8_t kWithoutMap = 4;
+  constexpr unsigned kMappedFrom = 3;
+  if (image.blocks[0].bytes[19] >= kWithoutMap || image.blockCount < kMappedFrom || CtaPlace(image) != 1) return true;
+  if (Has(image, CEA_TAG_EXTENDED, CEA_EXT_TAG_EXTENSION_OVERRIDE)) return true;  // which has to stand in block 1
+  uint8_t bytes[REEDID_BLOCK_SIZE] = {EDID_EXTENSION_BLOCK_MAP};
+  const EdidBlock map = {EDID_BLOCK_MAP, REEDID_BLOCK_SIZE, REEDID_BLOCK_SIZE, bytes};
+  return InsertBlock(image, map, 1);
+}
+
 enum class Made { kDone, kNoMemory, kNoRoom };
 
 Made Make(EdidHandle& image, const LinkBudget& budget, uint16_t physAddr, bool fresh) {
@@ -183,12 +209,22 @@ int32_t EDID_MakeHdmi(EdidHandle* handle, uint16_t physAddr) {
     Draft draft(*handle);
     if (!draft.ok()) return REEDID_ERR("malloc fail");
     LimitTimings(draft.image(), budget);
-    if (!LimitPreferred(draft.image(), budget)) return REEDID_ERR("no timing fits the link");
+    if (!LimitPreferred(draft.image(), budget)) {
+      REEDID_ERR("no timing fits the link");
+      return EDID_LINK_NO_TIMING;
+    }
+    if (const unsigned block = FindUnlimited(draft.image())) {
+      REEDID_ERR("block %u: timings that cannot be limited", block);
+      return EDID_LINK_DAMAGED;
+    }
     const Made made = Make(draft.image(), budget, physAddr, fresh);
     if (made == Made::kNoMemory) return REEDID_ERR("malloc fail");
     if (made == Made::kNoRoom) continue;
+    const bool grew = draft.image().blockCount > handle->blockCount;
+    if (grew && !AddBlockMap(draft.image())) return REEDID_ERR("malloc fail");
     draft.Commit(*handle);
     return 0;
   }
-  return REEDID_ERR("not enough space");
+  REEDID_ERR("block 1: no room for the HDMI block");
+  return EDID_LINK_NO_ROOM;
 }

@@ -210,6 +210,13 @@ REEDID_API extern const EdidLink EDID_LINK_FRL4;           /**< FRL 4, 32 Gbit/s
 REEDID_API extern const EdidLink EDID_LINK_FRL5;           /**< FRL 5, 40 Gbit/s */
 REEDID_API extern const EdidLink EDID_LINK_FRL6;           /**< FRL 6, 48 Gbit/s: all of HDMI 2.1 */
 
+/** Why EDID_LimitToLink and EDID_MakeHdmi could not; the image is unchanged. */
+typedef enum EdidLinkFailure {
+  EDID_LINK_NO_TIMING = -2, /**< "no timing fits the link": not even 640x480 at 60 Hz could be preferred */
+  EDID_LINK_NO_ROOM = -3,   /**< "block %u: no room ...": that extension is full */
+  EDID_LINK_DAMAGED = -4    /**< "block %u: timings that cannot be limited": bytes of no timing where one is counted */
+} EdidLinkFailure;
+
 /**
  * Limits an image to a link. Take this for every limit; EDID_LimitToHDMI20 and EDID_LimitToHDMI14 write whole blocks
  * anew, may choose rates that no display has, and need not leave a preferred timing.
@@ -227,10 +234,13 @@ REEDID_API extern const EdidLink EDID_LINK_FRL6;           /**< FRL 6, 48 Gbit/s
  *   the native count, which refer to timings by their place, stay true; no native mark appears.
  * - Range limits, HDMI and HDMI Forum blocks tell no more than the link has, and enough for the timings. The HDMI Forum
  *   block goes when the link has no FRL, no 4:2:0 and at most 340 MHz.
- * DisplayID extensions stay, with their timings limited: a source that does not know them does not read them.
+ * - A display that takes DVI only (`dvi`) has no HDMI block to say that image sizes are shapes: they become millimetres.
+ * DisplayID extensions stay, with their timings limited: a source that does not know them does not read them. So do the
+ * ranges of variable refresh rate (AMD, Adaptive-Sync): a source varies the rate of a timing, so that the part of a range
+ * above all timings is never used.
  *
- * Done twice equals once. 0; -1, image unchanged: "invalid parameters", "malloc fail" (it works on a copy), "no timing
- * fits the link", "no room to tell the TMDS clock" (of a display without HDMI Forum block in a full extension).
+ * Done twice equals once. Each change of a timing is told by an INFO line. 0; an EdidLinkFailure; -1 with "invalid
+ * parameters" or "malloc fail" (it works on a copy). When it is not 0 the image is unchanged.
  */
 REEDID_API int32_t EDID_LimitToLink(EdidHandle* handle, const EdidLink* link);
 
@@ -254,8 +264,10 @@ REEDID_API int32_t EDID_StripHdr(EdidHandle* handle);
  *   or HDR; above 340 MHz an HDMI Forum VSDB with SCDC;
  * - a video capability data block: RGB range selectable, nothing overscanned.
  * The socket of EDID 1.4 becomes HDMI. Timings that HDMI 2.0 does not carry are limited as by EDID_LimitToLink; limit
- * further afterwards. An image that is HDMI already is left alone. 0; -1, image unchanged: "invalid parameters", an
- * address that is no port's, an analog input, "malloc fail", "no timing fits the link", "not enough space".
+ * further afterwards. Before EDID 1.4 a block map comes with the second extension. 640x480 as the only video format
+ * widens range limits that leave it out. An image that is HDMI already is left alone. 0; an EdidLinkFailure; -1 with
+ * "invalid parameters", an address that is no port's, an analog input, "malloc fail". When it is not 0 the image is
+ * unchanged.
  */
 REEDID_API int32_t EDID_MakeHdmi(EdidHandle* handle, uint16_t physAddr);
 

@@ -19,6 +19,9 @@ TEST(MakeHdmi, AddsWhatIsMissing) {
   const Cta full =
       Cta().Flags(0x80).Vdb({16, 1}).Block(3, filler).Block(3, filler).Block(3, filler).Block(3, ByteVector(20, 0x11));
   const Cta hdr = Cta().Flags(0x31).Vdb({16, 1}).Block(1, {0x0F, 7, 7}).Extended(6, {5, 1});
+  const DtdTiming odd = AtClock(k1080p60, 140000);  // no VIC
+  const Cta only640 =
+      Cta().Flags(0xC0).Vdb({1}).Block(1, kPcm).Block(4, kFront).Hdmi(0x1200, {0, 33}).Extended(0, {0x4A});
   const Cta fullAfter = Cta(full).Flags(0xC0);
   const struct {
     const char* name;
@@ -52,6 +55,16 @@ TEST(MakeHdmi, AddsWhatIsMissing) {
                                                   .Hdmi(0x1200, {0, 68})
                                                   .HdmiForum({1, 119, 0x80, 0})
                                                   .Extended(0, {0x4A}))},
+      {"before EDID 1.4 a map tells of the second extension", Input(0x80, 3).Dtd(k1080p60).Extension(section),
+       Input(0x80, 3)
+           .Dtd(k1080p60)
+           .Extension(Concat({{0xF0, 2, 0x70}, ByteVector(124, 0), {0x9E}}))
+           .Extension(
+               Cta().Flags(0xC0).Vdb({16, 1}).Block(1, kPcm).Block(4, kFront).Hdmi(0x1200, {0, 33}).Extended(0, {0x4A}))
+           .Extension(section)},
+      {"the only format widens the range limits",
+       Input(0x80, 3).Dtd(odd).Descriptor(0xFD, Hex("00 32 4B 28 50 11 00 0A 20*06")),
+       Input(0x80, 3).Dtd(odd).Descriptor(0xFD, Hex("00 32 4B 1F 50 11 00 0A 20*06")).Extension(only640)},
       {"HDMI already", Input(0xA2).Extension(Cta().Hdmi(0x3000)), Input(0xA2).Extension(Cta().Hdmi(0x3000))},
   };
   for (const auto& row : rows) {

@@ -83,6 +83,19 @@ TEST(LimitToLink, DetailedTimings) {
        Edid(hd).Extension(Cta(native).Dtd(k1440p144).Dtd(k720p60).Dtd(Slower(k1440p144, 60))),
        Edid(hd).Extension(
            Cta().Flags(2).Vdb({16, 63}).Extended(13, {16, 129, 130, 131}).Dtd(k720p60).Dtd(Slower(k1440p144, 60)))},
+      {"references to type VII timings and codes, of both kinds of blocks", EDID_LINK_HDMI14,
+       Edid(hd).Extension(Cta()
+                              .Vdb({16})
+                              .Extended(0x2A, {0, 0x02, 0xFF, 0x0E, 0x6F, 0x08, 0xEF})
+                              .Extended(0x2A, {0, 0x02, 0x7F, 0x07, 0x37, 0x04, 0x3B})
+                              .Extended(0x23, {0, 0x52, 0x04})
+                              .Extended(8, {145})
+                              .Extended(13, {146, 145, 254, 147})),
+       Edid(hd).Extension(Cta()
+                              .Vdb({16})
+                              .Extended(0x2A, {0, 0x02, 0x7F, 0x07, 0x37, 0x04, 0x3B})
+                              .Extended(0x23, {0, 0x52, 0x04})
+                              .Extended(13, {145, 254, 146}))},
       {"an extension without data blocks", EDID_LINK_HDMI14, Edid(hd).Extension(Cta().Dtd(k2160p60)),
        Edid(hd).Extension(Cta().Dtd(AtClock(k2160p60, 297000)))},
       {"not below the range limits: it goes", EDID_LINK_HDMI14,
@@ -197,6 +210,12 @@ TEST(LimitToLink, WhatTheDisplaySaysOfItsLink) {
            .Extension(
                Cta().Flags(0xF1).Vdb({16}).Block(1, {9, 7, 7}).Hdmi(0x1000).Extended(0, {0x4A}).Extended(6, {5, 1})),
        Edid().Set(20, {0xA1}).Dtd(k1080p60).Extension(Cta().Flags(0x81).Vdb({16}).Extended(0, {0x4A}))},
+      {"without the HDMI block sizes are no shapes", EDID_LINK_DVI,
+       Edid()
+           .Set(21, {60, 34})
+           .Dtd(Sized(k1080p60, 160, 90))
+           .Extension(Cta().Vdb({16}).Hdmi(0x1000, {0, 0, 0x20, 8, 0})),
+       Edid().Set(21, {60, 34}).Dtd(Sized(k1080p60, 600, 337)).Extension(Cta().Vdb({16}))},
   };
   for (const Row& row : rows) ExpectLimited(row);
 }
@@ -287,7 +306,7 @@ TEST(LimitToLink, RefusesWhatItCannotDo) {
                  {"EDID_LimitToLink", [&] { return EDID_LimitToLink(handle.get(), nullptr); }},
                  {"EDID_LimitToLink", [&] { return EDID_LimitToLink(handle.get(), &frl); }},
                  {"EDID_LimitToLink", [&] { return EDID_LimitToLink(handle.get(), &rates); }}});
-  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_LimitToLink(handle.get(), &tiny), -1); }),
+  EXPECT_EQ(LogOf([&] { EXPECT_EQ(EDID_LimitToLink(handle.get(), &tiny), EDID_LINK_NO_TIMING); }),
             Err("EDID_LimitToLink", "no timing fits the link"));
   EXPECT_EQ(Generate(handle.get()), image);
 }

@@ -12,6 +12,7 @@
 
 #include "patch/base_block.h"
 #include "patch/hdmi_video.h"
+#include "transform/link/image_size.h"
 
 namespace reedid {
 namespace {
@@ -121,13 +122,14 @@ uint32_t FastestTmds(const EdidHandle& image) {
   return fastest;
 }
 
-bool LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before) {
+std::optional<unsigned> LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before) {
   if (link.ycc420 == 0) EraseDataBlocksIf(image, Is420);
   if (!NeedsForum(link)) EraseDataBlocksIf(image, IsHdmiForum);
   const uint32_t fastest = FastestTmds(image);
   const HdmiRates now = HdmiRatesOf(image);
   const Lost lost = {before.ycc420 && !now.ycc420, before.uhdVics && !now.uhdVics};
-  bool first = true, done = true;
+  bool first = true;
+  std::optional<unsigned> full;
   VisitCtaDataBlocks(image, [&](CtaCursor& cursor) {
     if (IsHdmiForum(cursor)) return LimitForum(cursor, link, lost);
     if (!IsHdmi14b(cursor)) return;
@@ -135,13 +137,44 @@ bool LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before)
       const unsigned bits = DeepBits(link.maxBitsPerColour);  // 30, 36, 48 bit are bits 4, 5, 6
       Clear(cursor, kColourByte, bits << 4 | (bits == 7 ? 8u : 0u));
     }
-    if (first || link.maxTmdsClock != 0) done = LimitTmds(cursor, link, before, fastest) && done;
+    const bool limits = first || link.maxTmdsClock != 0;
     first = false;
+    if (limits && !LimitTmds(cursor, link, before, fastest))
+      full = static_cast<unsigned>(cursor.run().block - image.blocks);
   });
-  return done;
+  return full;
 }
 
+namespace {
+
+// The HDMI block says whether image sizes are shapes only (byte 8 of table 8-16, bits 4..3 behind the latencies: 1).
+bool SizesAreRatios(const EdidHandle& image) {
+  bool ratios = false;
+  VisitCtaDataBlocks(image,
+                     [&](const CtaCursor& cursor) { ratios = ratios || (IsHdmi14b(cursor) && HasRatios(cursor)); });
+  return ratios;
+}
+
+// Without the word of the HDMI block, shapes would be read as millimetres: they become what the screen has of that shape.
+void WriteTrueSizes(EdidHandle& image) {
+  const DtdTiming screen = HasBaseSlots(image.blocks[0]) ? ScreenSize(image.blocks[0]) : DtdTiming{};
+  VisitOffers(image, [&](const OfferedTiming& offer) {
+    const uint32_t width = offer.timing.hImageSize, height = offer.timing.vImageSize;
+    if (offer.source != TIMING_DETAILED || width == 0 || height == 0 || screen.hImageSize == 0) return;
+    DtdTiming timing = {};
+    timing.hImageSize = Low16(std::min<uint32_t>(screen.hImageSize, screen.vImageSize * width / height));
+    timing.vImageSize = Low16(std::min<uint32_t>(screen.vImageSize, screen.hImageSize * height / width));
+    uint8_t slot[REEDID_DTD_SIZE];
+    BytesOf(image.blocks[offer.block]).From(offer.offset).First(sizeof slot).CopyTo(slot);
+    WriteSize(slot, timing);
+    Overwrite(image.blocks[offer.block], offer.offset, Bytes(slot, sizeof slot));
+  });
+}
+
+}  // namespace
+
 void MakeDvi(EdidHandle& image) {
+  if (SizesAreRatios(image)) WriteTrueSizes(image);
   constexpr unsigned kHdmiFlags = 0x70;  // basic audio, YCbCr 4:4:4, YCbCr 4:2:2
   EraseDataBlocksIf(image, [](const CtaCursor& cursor) {
     const bool timings = cursor.Is(CEA_TAG_VIDEO) || cursor.Is(CEA_TAG_EXTENDED, CEA_EXT_TAG_TYPE_VII) ||

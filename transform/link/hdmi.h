@@ -5,9 +5,9 @@
 
 namespace reedid {
 
-// The HDMI blocks, once the timings are carried: clocks, FRL and DSC, deep colour, 4:2:0. False without room for a TMDS
-// clock that has to be told now.
-bool LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before);
+// The HDMI blocks, once the timings are carried: clocks, FRL and DSC, deep colour, 4:2:0. The extension that has no room
+// for a TMDS clock which has to be told now, if any.
+std::optional<unsigned> LimitHdmi(EdidHandle& image, const EdidLink& link, const HdmiRates& before);
 
 // The TMDS clock in kHz that the fastest timing of an image needs.
 uint32_t FastestTmds(const EdidHandle& image);

@@ -48,8 +48,14 @@ int32_t EDID_LimitToLink(EdidHandle* handle, const EdidLink* link) {
   const LinkBudget budget(*link, *handle);
   const HdmiRates before = HdmiRatesOf(*handle);
   LimitTimings(draft.image(), budget);
-  if (!LimitPreferred(draft.image(), budget)) return REEDID_ERR("no timing fits the link");
-  if (!LimitHdmi(draft.image(), *link, before)) return REEDID_ERR("no room to tell the TMDS clock");
+  if (!LimitPreferred(draft.image(), budget)) {
+    REEDID_ERR("no timing fits the link");
+    return EDID_LINK_NO_TIMING;
+  }
+  if (const auto full = LimitHdmi(draft.image(), *link, before)) {
+    REEDID_ERR("block %u: no room to tell the TMDS clock", *full);
+    return EDID_LINK_NO_ROOM;
+  }
   if (link->dvi != 0) MakeDvi(draft.image());
   LimitRanges(draft.image(), *link);
   draft.Commit(*handle);

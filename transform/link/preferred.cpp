@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
+#include "base/log.h"
 #include "patch/base_block.h"
 #include "timing/dtd.h"
 #include "timing/tables.h"
 #include "transform/link/hdmi.h"
+#include "transform/link/image_size.h"
 #include "transform/link/timings.h"
 
 namespace reedid {
 namespace {
-
-constexpr unsigned kSizeBytes = 12;  // image size in a detailed timing descriptor: 12, 13, 14
 
 // A mode that could stand in the first descriptor.
 struct Candidate {
@@ -25,11 +25,6 @@ OfferedTiming ModeFrom(const Mode& mode) {
   offer.rate = RateOf(mode);
   offer.vTotalHalfLines = mode.vTotalHalfLines;
   return offer;
-}
-
-bool FitsDescriptor(const DtdTiming& t) {
-  return t.pixelClock >= 10 && t.pixelClock < 655360 && t.hactive < 4096 && t.hblank < 4096 && t.vactive < 4096 &&
-         t.vblank < 4096 && t.hfrontPorch < 1024 && t.hsyncWidth < 1024 && t.vfrontPorch < 64 && t.vsyncWidth < 64;
 }
 
 bool IsTaken(const LinkBudget& budget, const OfferedTiming& mode, bool anyRange) {
@@ -108,47 +103,6 @@ Candidate SmallerFormat(const LinkBudget& budget, const OfferedTiming& picture) 
   return best;
 }
 
-DtdTiming SizeOf(Bytes slot) {
-  DtdTiming size = {};
-  size.hImageSize = Low16(slot[kSizeBytes] | Bits(slot[kSizeBytes + 2], 4, 4) << 8);
-  size.vImageSize = Low16(slot[kSizeBytes + 1] | Bits(slot[kSizeBytes + 2], 0, 4) << 8);
-  return size;
-}
-
-// The size of the picture on the screen: as it was, or what another shape has of the screen (base block bytes 21 and 22,
-// cm; a 0 makes them a ratio).
-void SetImageSize(const EdidBlock& base, DtdTiming& timing) {
-  const DtdTiming told = SizeOf(BaseSlot(base, 0));
-  uint32_t width = told.hImageSize, height = told.vImageSize;
-  const uint32_t lines = timing.vactive * (timing.interlaced != 0 ? 2u : 1u);
-  const auto scaled = [](uint32_t size, uint32_t of, uint32_t to) { return to == 0 ? size : size * of / to; };
-  const auto less = [](uint32_t a, uint32_t b) { return a * 20 < b * 19; };
-  if (less(scaled(height, timing.hactive, lines), width) || less(scaled(width, lines, timing.hactive), height)) {
-    if (base.bytes[21] != 0 && base.bytes[22] != 0) {
-      width = std::max(width, base.bytes[21] * 10u);
-      height = std::max(height, base.bytes[22] * 10u);
-    }
-    const uint32_t fullWidth = width;
-    width = std::min(width, scaled(height, timing.hactive, lines));
-    height = std::min(height, scaled(fullWidth, lines, timing.hactive));
-  }
-  timing.hImageSize = Low16(width);
-  timing.vImageSize = Low16(height);
-}
-
-// Whether an image size is that of a picture which fills a screen of this size, one way or the other.
-bool IsSizeOf(Bytes slot, const DtdTiming& wanted) {
-  const DtdTiming told = SizeOf(slot);
-  const auto close = [](uint32_t a, uint32_t b) { return a * 20 >= b * 19 && b * 20 >= a * 19; };
-  return close(told.hImageSize, wanted.hImageSize) && close(told.vImageSize, wanted.vImageSize);
-}
-
-void WriteSize(uint8_t* slot, const DtdTiming& timing) {
-  slot[kSizeBytes] = Low8(timing.hImageSize);
-  slot[kSizeBytes + 1] = Low8(timing.vImageSize);
-  slot[kSizeBytes + 2] = Low8((timing.hImageSize >> 8) << 4 | timing.vImageSize >> 8);
-}
-
 bool SlowDown(EdidHandle& image, const LinkBudget& budget, const OfferedTiming& preferred) {
   const auto taken = [&](uint32_t rate) {
     OfferedTiming slower = preferred;
@@ -194,7 +148,7 @@ bool LargestOffered(const EdidHandle& image, const LinkBudget& budget, bool anyR
 bool SetPreferred(EdidHandle& image, const OfferedTiming& preferred, const OfferedTiming& mode) {
   EdidBlock& base = image.blocks[0];
   DtdTiming timing = mode.timing;
-  SetImageSize(base, timing);
+  SetImageSize(base, SizeOf(BaseSlot(base, 0)), timing);
   DtdSlot slot;
   if (mode.source == TIMING_DETAILED) {
     BytesOf(image.blocks[mode.block]).From(mode.offset).First(kSlotSize).CopyTo(slot.bytes);
@@ -220,7 +174,12 @@ bool LimitPreferred(EdidHandle& image, const LinkBudget& budget) {
     found = true;
   });
   if (!found) return true;
-  return SlowDown(image, budget, preferred) || Replace(image, budget, preferred);
+  const bool slowed = SlowDown(image, budget, preferred);
+  if (!slowed && !Replace(image, budget, preferred)) return false;
+  REEDID_INFO_AS("LimitPreferred", "%ux%u %u.%03u Hz %u kHz %s", unsigned{preferred.timing.hactive},
+                 unsigned{preferred.timing.vactive}, preferred.rate / 1000, preferred.rate % 1000,
+                 preferred.timing.pixelClock, slowed ? "lowered" : "replaced");
+  return true;
 }
 
 }  // namespace reedid

@@ -1,5 +1,6 @@
 #include "transform/link/timings.h"
 
+#include "base/log.h"
 #include "patch/base_block.h"
 #include "timing/tables.h"
 
@@ -11,15 +12,6 @@ constexpr unsigned kMaxSteps = 100000;  // each removes or slows a timing; there
 bool SamePicture(const OfferedTiming& a, const OfferedTiming& b) {
   return a.timing.hactive == b.timing.hactive && a.timing.vactive == b.timing.vactive &&
          a.timing.interlaced == b.timing.interlaced;
-}
-
-// The highest rate at which the totals of a timing are carried, and the clock; 0 without one.
-uint32_t SlowerRate(const LinkBudget& budget, const OfferedTiming& offer, unsigned unit) {
-  return budget.BestRate({offer.rate}, [&](uint32_t rate) {
-    OfferedTiming slower = offer;
-    slower.rate = rate;
-    return budget.Takes(slower, ClockAt(offer, rate, unit));
-  });
 }
 
 // In steps of 10 kHz, or of 1 kHz less one in 24 bits as DisplayID has them.
@@ -107,6 +99,25 @@ Outcome DropSvd(EdidHandle& image, BytePlace place) {
   return Outcome::kGone;
 }
 
+namespace {
+
+void TellOutcome(const OfferedTiming& offer, Outcome outcome) {
+  static constexpr const char* kWords[] = {"lowered", "dropped", "stays"};
+  REEDID_INFO_AS("LimitTimings", "block %u byte %u: %ux%u %u.%03u Hz %u kHz %s", unsigned{offer.block},
+                 unsigned{offer.offset}, unsigned{offer.timing.hactive}, unsigned{offer.timing.vactive},
+                 offer.rate / 1000, offer.rate % 1000, offer.timing.pixelClock, kWords[static_cast<unsigned>(outcome)]);
+}
+
+}  // namespace
+
+uint32_t SlowerRate(const LinkBudget& budget, const OfferedTiming& offer, unsigned unit) {
+  return budget.BestRate({offer.rate}, [&](uint32_t rate) {
+    OfferedTiming slower = offer;
+    slower.rate = rate;
+    return budget.Takes(slower, ClockAt(offer, rate, unit));
+  });
+}
+
 bool IsOfferedElsewhere(const EdidHandle& image, const LinkBudget& budget, const OfferedTiming& mode, uint32_t rate) {
   bool found = false;
   VisitOffers(image, [&](const OfferedTiming& other) {
@@ -150,7 +161,9 @@ void LimitTimings(EdidHandle& image, const LinkBudget& budget) {
       }
     });
     if (!found) return;
-    if (LimitOffer(image, budget, offer) != Outcome::kGone) ++next;
+    const Outcome outcome = LimitOffer(image, budget, offer);
+    if (!IsPreferredSlot(offer)) TellOutcome(offer, outcome);
+    if (outcome != Outcome::kGone) ++next;
   }
 }
 

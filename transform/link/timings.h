@@ -18,6 +18,15 @@ constexpr BytePlace PlaceOf(const OfferedTiming& offer) {
 // Whether the image offers this picture at this rate elsewhere, in a form that the link carries.
 bool IsOfferedElsewhere(const EdidHandle& image, const LinkBudget& budget, const OfferedTiming& mode, uint32_t rate);
 
+// Whether 18 bytes can hold a timing.
+constexpr bool FitsDescriptor(const DtdTiming& t) {
+  return t.pixelClock >= 10 && t.pixelClock < 655360 && t.hactive < 4096 && t.hblank < 4096 && t.vactive < 4096 &&
+         t.vblank < 4096 && t.hfrontPorch < 1024 && t.hsyncWidth < 1024 && t.vfrontPorch < 64 && t.vsyncWidth < 64;
+}
+
+// The highest rate at which the totals of a timing are carried in steps of `unit` kHz, below its own; 0 without one.
+uint32_t SlowerRate(const LinkBudget& budget, const OfferedTiming& offer, unsigned unit);
+
 // What becomes of a timing that the link does not carry as it is offered.
 enum class Outcome {
   kChanged,  // it is carried now
