@@ -272,6 +272,21 @@ REEDID_API int32_t EDID_StripHdr(EdidHandle* handle);
 REEDID_API int32_t EDID_MakeHdmi(EdidHandle* handle, uint16_t physAddr);
 
 /**
+ * Brings an image of three blocks or more into two, for sources that read no more. Take this for it;
+ * EDID_HighRefreshRate writes both blocks anew, may take range limits and names out for timings, and holds the display to
+ * HDMI 2.0. The base block and the first CTA extension (the first extension, without one) stay byte for byte; what the
+ * blocks that go tell of timings comes in, where there is room behind the timings of the extension or in free slots of
+ * the base block:
+ * - timings that the two blocks lack, as they are when they need at most 600 MHz, high rates first;
+ * - high rates that are still missing (99 Hz and more), as 1920x1080 by CVT with reduced blanking;
+ * - timings that need more, slowed down to a rate of the display.
+ * Progressive ones only. They have the image size of the first timing and are not native; range limits are widened to
+ * hold them. The screen size of DisplayID goes to the base block where that tells none or a smaller one. 0, also for two
+ * blocks and less; -1, image unchanged: "invalid parameters", "malloc fail" (it works on a copy).
+ */
+REEDID_API int32_t EDID_FitTwoBlocks(EdidHandle* handle);
+
+/**
  * Leaves two channels of L-PCM of all sound: other formats, rooms and speakers beyond front left and right go, an
  * L-PCM descriptor of more channels gets two. An audio data block without L-PCM gets basic audio: 32 to 48 kHz, 16 bit.
  * Take this to limit the sound; EDID_LimitToPCM2CH writes extensions anew, reaches one audio block of each, and does

@@ -139,6 +139,7 @@ constexpr Operation kOperations[] = {
     {"EDID_LimitToLink, DVI", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_DVI); }},
     {"EDID_LimitToLink, 300 MHz", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_300MHZ_420); }},
     {"EDID_LimitToLink, FRL 3", [](EdidHandle& handle) { return EDID_LimitToLink(&handle, &EDID_LINK_FRL3); }},
+    {"EDID_FitTwoBlocks", [](EdidHandle& handle) { return EDID_FitTwoBlocks(&handle); }},
     {"EDID_MakeHdmi", [](EdidHandle& handle) { return EDID_MakeHdmi(&handle, 0x2100); }},
     {"EDID_StripHdr", [](EdidHandle& handle) { return EDID_StripHdr(&handle); }},
     {"EDID_LimitToSDR", Void<EDID_LimitToSDR>},
