@@ -3,8 +3,10 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <utility>
 
 #include "document/edit/data_blocks.h"
+#include "document/edit/to_hdmi.h"
 #include "document/printable.h"
 
 namespace reedid::document {
@@ -51,12 +53,12 @@ std::optional<uint16_t> AddressOf(const Image& image) {
   return address;
 }
 
-Image SetAddress(Image image, uint16_t address) {
-  if (EDID_PatchPhyAddr(image.handle(), address) != 0) {
-    throw Error(ErrorKind::kRefused,
-                fmt::format("{}: no HDMI block to hold the address; add one with 'reedid to-hdmi'", image.name()));
-  }
-  return image;
+Image SetAddress(Image image, uint16_t address, Notes& notes) {
+  if (EDID_PatchPhyAddr(image.handle(), address) == 0) return image;
+  Image made = ToHdmi(std::move(image), address, notes);
+  notes.push_back(
+      fmt::format("{}: had no HDMI block for the address; it is one of HDMI now, as by 'reedid to-hdmi'", made.name()));
+  return made;
 }
 
 }  // namespace reedid::document

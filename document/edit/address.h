@@ -19,7 +19,8 @@ uint16_t ParseAddress(const std::string& text, Odd odd = Odd::kRefuse);
 // None when no CTA-861 extension has an HDMI block with an address.
 std::optional<uint16_t> AddressOf(const Image& image);
 
-// The image with another address in all its HDMI blocks; nothing else changes. Throws kRefused.
-Image SetAddress(Image image, uint16_t address);
+// The image with another address in all its HDMI blocks; nothing else changes. One without HDMI block becomes one of HDMI,
+// which is noted. Throws kRefused.
+Image SetAddress(Image image, uint16_t address, Notes& notes);
 
 }  // namespace reedid::document

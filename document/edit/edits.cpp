@@ -17,7 +17,10 @@ Edit LinkEdit(const EdidLink& link, const std::string& name, const Rates& rates)
 }
 
 Edit AddressEdit(uint16_t address) {
-  return {[address](Image image) { return SetAddress(std::move(image), address); }};
+  return {[address](Image image) {
+    Notes told;  // by what changed
+    return SetAddress(std::move(image), address, told);
+  }};
 }
 
 Image ApplyEdits(Image image, std::span<const Edit> edits) {

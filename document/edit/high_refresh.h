@@ -8,7 +8,7 @@ namespace reedid::document {
 // Throws kRefused when the image has no more than two blocks, or is no EDID.
 void CheckHighRefresh(const Image& image);
 
-// The image in two blocks with its high frame rates. Notes when the range limits had to give way. Throws kRefused.
-Image HighRefresh(Image image, Notes& notes);
+// The image in two blocks with its high frame rates; what stood in them stays. Throws kRefused.
+Image HighRefresh(Image image);
 
 }  // namespace reedid::document

@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 
+#include "document/edit/data_blocks.h"
 #include "document/printable.h"
 #include "reedid/reedid.hpp"
 
@@ -36,7 +38,33 @@ std::string Describe(const OfferedTiming& offer) {
                      offer.rate / 1000, offer.rate % 1000, t.pixelClock / 1000, t.pixelClock % 1000);
 }
 
+// The block of the first HDMI block that cannot hold a TMDS clock yet.
+size_t HdmiBlockOf(const Image& image) {
+  constexpr size_t kTmdsClock = 7;
+  const uint8_t* found = nullptr;
+  VisitDataBlocks(image, [&](std::span<const uint8_t> bytes) {
+    if (found == nullptr && IsVendorBlock(bytes, REEDID_OUI_HDMI) && bytes.size() <= kTmdsClock) found = bytes.data();
+  });
+  const auto holds = [=](const EdidBlock& block) { return found >= block.bytes && found < block.bytes + block.size; };
+  const auto blocks = image.blocks();
+  return static_cast<size_t>(std::ranges::find_if(blocks, holds) - blocks.begin());
+}
+
 }  // namespace
+
+std::string WhyNotLimited(const Image& image, int32_t result) {
+  switch (result) {
+    case EDID_LINK_NO_TIMING:
+      return "the preferred timing (block 0, descriptor 1) needs more, and so does even 640x480 at 60 Hz in its place";
+    case EDID_LINK_NO_ROOM:
+      return fmt::format("block {}, a CTA-861 extension, has no byte left to state the TMDS clock in its HDMI block",
+                         HdmiBlockOf(image));
+    case EDID_LINK_DAMAGED:
+      return "a CTA-861 extension counts bytes as timings that are none; mend it first, 'reedid check' names it";
+    default:
+      return "no memory";
+  }
+}
 
 std::span<const Limit> Limits() {
   return kLimits;
@@ -81,12 +109,10 @@ Image ApplyLink(Image image, const EdidLink& asked, const std::string& name, con
   EdidLink link = asked;
   link.rates = rates.data();
   link.rateCount = static_cast<uint32_t>(rates.size());
-  if (EDID_LimitToLink(image.handle(), &link) != 0) {
-    throw Error(
-        ErrorKind::kRefused,
-        fmt::format("{}: cannot be held to {}: none of its timings fits, or the CTA-861 extension has no room to "
-                    "state the clock",
-                    image.name(), name));
+  const int32_t result = EDID_LimitToLink(image.handle(), &link);
+  if (result != 0) {
+    throw Error(ErrorKind::kRefused,
+                fmt::format("{}: not held to {}: {}", image.name(), name, WhyNotLimited(image, result)));
   }
   return image;
 }

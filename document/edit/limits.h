@@ -41,6 +41,9 @@ EdidLink ParseMaxRate(const std::string& text);
 EdidLink ParseMaxPicture(const std::string& text);
 EdidLink ParseMaxFrl(const std::string& text);
 
+// What an EdidLinkFailure means for its users.
+std::string WhyNotLimited(const Image& image, int32_t result);
+
 // Every timing that needs a higher clock than a link without FRL has; where it has YCbCr 4:2:0, such a timing needs half.
 std::vector<std::string> TimingsAbove(const Image& image, const EdidLink& link);
 

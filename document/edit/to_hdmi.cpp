@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <utility>
-
 #include "document/account/values.h"
 #include "document/edit/address.h"
 #include "document/edit/limits.h"
@@ -37,8 +35,11 @@ Image ToHdmi(Image image, uint16_t address, Notes& notes) {
         fmt::format("{}: timings above 600 MHz, the most of HDMI without FRL, are limited as by hdmi20", image.name()));
   }
   constexpr uint16_t kFirstPort = 0x1000;
-  if (EDID_MakeHdmi(image.handle(), kFirstPort) != 0) Refuse(image, "there is no room for the HDMI block");
-  return SetAddress(std::move(image), address);
+  const int32_t result = EDID_MakeHdmi(image.handle(), kFirstPort);
+  if (result == EDID_LINK_NO_ROOM) Refuse(image, "block 1, its CTA-861 extension, has no room for the HDMI block");
+  if (result != 0) Refuse(image, WhyNotLimited(image, result));
+  if (EDID_PatchPhyAddr(image.handle(), address) != 0) Refuse(image, "its HDMI block ends before the address");
+  return image;
 }
 
 }  // namespace reedid::document

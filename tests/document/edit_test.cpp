@@ -43,7 +43,24 @@ std::optional<Error> WhyStopped(const std::function<void(Notes&)>& work, Notes& 
 }
 
 TEST(Edit, Stops) {
+  const EdidLink slowLink = {20000, 0, 0, 0, 0, 0, 0, 0, 0, 0, nullptr, 0};
+  const Limit slow = {"slow", "", &slowLink, nullptr};
   const Edid analog = Edid().Set(20, {0x0E});
+  const test::ByteVector filler(30, 0x11), rest(9, 0x11);
+  const Edid full = Edid()
+                        .Dtd(test::k1080p60)
+                        .Extension(Cta()
+                                       .Vdb({16, 95})
+                                       .Hdmi(0x1000, {})
+                                       .HdmiForum({1, 120, 0x80, 1})
+                                       .Extended(14, {97})
+                                       .Block(3, filler)
+                                       .Block(3, filler)
+                                       .Block(3, filler)
+                                       .Block(3, rest));
+  test::ByteVector damaged = Edid().Dtd(test::k1080p60).Set(20, {0xA5}).Extension(Cta().Dtd(test::k1080p60)).Build();
+  std::fill_n(damaged.begin() + 128 + 4, 8, uint8_t{0});  // a timing without a picture,
+  damaged[128 + 4] = damaged[128 + 5] = 0xFE;             // of 652 MHz
   const struct {
     const char* name;
     std::function<void(Notes&)> work;
@@ -57,15 +74,21 @@ TEST(Edit, Stops) {
       {"no hexadecimal digit", [](Notes&) { ParseAddress("0x12g4"); }, ErrorKind::kArgument, "'0x12g4'"},
       {"a digit behind a 0", [](Notes&) { ParseAddress("1.0.2.0"); }, ErrorKind::kRefused, "no port"},
       {"the root", [](Notes&) { ParseAddress("0.0.0.0"); }, ErrorKind::kRefused, "no port"},
-      {"an address without a block", [](Notes&) { SetAddress(Sample("dvi"), 0x1000); }, ErrorKind::kRefused,
-       "no HDMI block"},
+      {"an address where no HDMI block can be", [&](Notes& notes) { SetAddress(Open(analog), 0x1000, notes); },
+       ErrorKind::kRefused, "analog"},
+      {"a clock that nothing fits", [&](Notes&) { ApplyLimit(Sample("dvi"), slow, {}); }, ErrorKind::kRefused,
+       "not held to slow: the preferred timing (block 0, descriptor 1)"},
+      {"no byte for the clock", [&](Notes&) { ApplyLimit(Open(full), FindLimit("300mhz-420"), {}); },
+       ErrorKind::kRefused, "block 1, a CTA-861 extension, has no byte left"},
+      {"timings that are none", [&](Notes& notes) { ToHdmi(Image::FromBytes("x", damaged), 0x1000, notes); },
+       ErrorKind::kRefused, "counts bytes as timings"},
       {"HDMI already", [](Notes& notes) { ToHdmi(Sample("tv-4k"), 0x1000, notes); }, ErrorKind::kRefused,
        "address 1.0.0.0"},
       {"analog", [&](Notes& notes) { ToHdmi(Open(analog), 0x1000, notes); }, ErrorKind::kRefused, "analog"},
       {"no EDID",
        [](Notes& notes) { ToHdmi(Image::FromBytes("x", Section(0x12, 6).Block(0x55, 0, {7}).Build()), 0x1000, notes); },
        ErrorKind::kRefused, "no place"},
-      {"two blocks", [](Notes& notes) { HighRefresh(Sample("tv-4k"), notes); }, ErrorKind::kRefused, "two blocks"},
+      {"two blocks", [](Notes&) { HighRefresh(Sample("tv-4k")); }, ErrorKind::kRefused, "two blocks"},
   };
   for (const auto& c : cases) {
     Notes notes;
@@ -107,6 +130,14 @@ TEST(Edit, ToHdmi) {
   EXPECT_EQ(test::ByteVector(cta + 4, cta + 4 + expected.size()), expected);
   const Edid fast = Edid().Dtd(AtClock(k2160p60, 650000)).Set(20, {0xA5});
   EXPECT_TRUE(TimingsAbove(ToHdmi(Open(fast), 0x1000, notes), EDID_LINK_HDMI20).empty());
+  EXPECT_EQ(notes.size(), 1u);
+}
+
+// An address where no HDMI block is makes it one of HDMI, and says so.
+TEST(Edit, AddressAddsTheBlock) {
+  Notes notes;
+  const Image image = SetAddress(Sample("dvi"), 0x2100, notes);
+  EXPECT_EQ(AddressOf(image), 0x2100);
   EXPECT_EQ(notes.size(), 1u);
 }
 

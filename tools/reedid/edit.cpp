@@ -115,7 +115,7 @@ Exit RunHighRefresh(const HighRefreshOptions& options, Streams& streams) {
   document::CheckHighRefresh(image);
   Node before = DescribeImage(image);
   const std::string ratesBefore = RatesText(image);
-  image = document::HighRefresh(std::move(image), ToldNotes());
+  image = document::HighRefresh(std::move(image));
   const std::string rates = fmt::format("rates before: {} Hz\nrates after:  {} Hz\n", ratesBefore, RatesText(image));
   const document::ByteVector bytes = image.Generate(ToldNotes());
   Finish(TableText(std::move(before), DescribeBytes(image.name(), bytes), options.table, {rates}), bytes,

@@ -58,7 +58,7 @@ Exit RunPhys(const PhysOptions& options, Streams& streams) {
   Image image = ReadImage(options.input);
   if (options.address.empty()) return ReadPhys(image, options.json, streams);
   const uint16_t address = AskedAddress(options.address, options.output.force);
-  image = document::SetAddress(std::move(image), address);
+  image = document::SetAddress(std::move(image), address, ToldNotes());
   const document::ByteVector bytes = image.Generate(ToldNotes());
   WriteOutput(options.output, bytes, streams);
   return Exit::kDone;

@@ -59,7 +59,8 @@ constexpr CommandHelp kCommands[] = {
      "Examples:\n"
      "  reedid phys display.bin                           print it\n"
      "  reedid phys display.bin 1.2.0.0 -o port2.bin      the EDID for port 2 of a repeater\n"
-     "Nothing but the address and the checksum changes."},
+     "Nothing but the address and the checksum changes. An EDID without HDMI block becomes one of HDMI, as by "
+     "to-hdmi."},
     {"limit", kChange,
      "Limits of a link:\n"
      "  hdmi20          600 MHz, 4:2:0                  hdmi14      340 MHz\n"
@@ -78,7 +79,11 @@ constexpr CommandHelp kCommands[] = {
      "Examples:\n"
      "  reedid fix display.bin -o mended.bin\n"
      "  reedid fix display.bin --rule serial-placeholder -o mended.bin"},
-    {"high-refresh", kChange, "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
+    {"high-refresh", kChange,
+     "The base block and the first CTA-861 extension stay as they are; timings of the other blocks come in where there "
+     "is\n"
+     "room, high rates first, and high rates that do not fit as they are come as 1920x1080.\n\n"
+     "Example:\n  reedid high-refresh display.bin -o two-blocks.bin"},
     {"edit", kChange,
      "Examples:\n"
      "  reedid edit display.bin --limit hdmi20 --limit pcm2ch --phys 1.0.0.0 -o out.bin\n"
