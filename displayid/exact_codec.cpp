@@ -26,7 +26,7 @@ int32_t GetExactBlock(const DispIdForm& form, const ExactCodec& codec, const Dis
   }
   if (form.oui != 0) {
     const uint8_t* oui = entry->bytes + kOuiPlace;
-    const bool same = (uint32_t{oui[0]} << 16 | oui[1] << 8 | oui[2]) == form.oui;
+    const bool same = (uint32_t{oui[0]} << 16 | uint32_t{oui[1]} << 8 | oui[2]) == form.oui;
     if (!same) return REEDID_ERR_AS(caller, "invalid OUI(%02X%02X%02x)", oui[0], oui[1], oui[2]);
   }
   if (!ReadExact(codec, BytesOf(*entry), record)) return REEDID_ERR_AS(caller, "invalid parameters");

@@ -51,7 +51,7 @@ struct Scratch {
 };
 
 void EraseFromMask(uint8_t* mask, unsigned index) {
-  const unsigned bits = mask[0] << 8 | mask[1];
+  const unsigned bits = unsigned{mask[0]} << 8 | mask[1];
   const unsigned below = (1u << index) - 1;
   const unsigned after = (bits & below) | ((bits >> 1) & ~below);
   mask[0] = Low8(after >> 8);
