@@ -29,6 +29,13 @@ while read -r getter; do
   grep -q "By($getter," "$source_dir/include/reedid/records.hpp" || fail "include/reedid/records.hpp does not have $getter"
 done <"$work/getters"
 
+# A codec can be written as text. The text form takes the fuller one where two read the same block, and reads lists of VICs itself.
+grep -E '^(VESA|CEA|DispID|DispID20)_Set' "$source_dir/libreedid.exports" |
+  grep -vxE 'CEA_Set(VDB|ADB|420VDB|420CMDB|H14bVSDB|HFVSDB|HFEEODB)|DispID_Set(VESATiming|CEATiming)|DispID20_SetCtaBlocks' >"$work/setters"
+while read -r setter; do
+  cat "$source_dir"/document/text/*_kinds.cpp | grep -qw "$setter" || fail "document/text has no kind with $setter"
+done <"$work/setters"
+
 # Every field of every public structure has its place pinned.
 awk '/^typedef struct/ { name = $3; print name } /^}/ { name = "" }
      name && /^  (const )?[A-Za-z0-9_]+\*? [A-Za-z0-9_]+(\[[^;]*\])*;/ { field = $1 == "const" ? $3 : $2; sub(/[;[].*/, "", field); print name "." field }' \

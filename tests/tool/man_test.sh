@@ -29,6 +29,9 @@ shape() { tr -d '0-9.-'; }
 "$reedid" explain --markdown | diff - "$source_dir/docs/rules.md" >&2 ||
   fail "docs/rules.md is old: reedid explain --markdown >docs/rules.md"
 
+"$reedid" export --schema | diff - "$source_dir/docs/edid.schema.json" >&2 ||
+  fail "docs/edid.schema.json is old: reedid export --schema >docs/edid.schema.json"
+
 if command -v bash >/dev/null; then
   completed=$(PATH="$(dirname "$reedid"):$PATH" bash -c '. "$1"; COMP_WORDS=(reedid ch) COMP_CWORD=1; _reedid
     echo "${COMPREPLY[*]}"; COMP_WORDS=(reedid convert --) COMP_CWORD=2; _reedid; echo "${COMPREPLY[*]}"' \

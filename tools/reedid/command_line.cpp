@@ -180,6 +180,23 @@ void AddConvert(CLI::App& app, Command& chosen) {
   AddOutput(*command, options->output);
 }
 
+void AddExport(CLI::App& app, Command& chosen) {
+  ExportOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "export", "An EDID as text to be edited", chosen, RunExport, options);
+  command->add_option("input", options->input, kInputHelp);
+  command->add_option("-o,--output", options->output.name, "file to write; without it, standard output");
+  command->add_flag("--all", options->all, "also the fields that are false, 0 or empty");
+  command->add_flag("--schema", options->schema, "the JSON Schema of the form (docs/edid.schema.json)");
+}
+
+void AddBuild(CLI::App& app, Command& chosen) {
+  BuildOptions* options = nullptr;
+  CLI::App* command = AddCommand(app, "build", "The EDID that such a text stands for", chosen, RunBuild, options);
+  command->add_option("input", options->input, "file with the text (docs/text-form.md), '-' for standard input")
+      ->required();
+  AddOutput(*command, options->output);
+}
+
 void AddSample(CLI::App& app, Command& chosen) {
   SampleOptions* options = nullptr;
   CLI::App* command = AddCommand(app, "sample", "List the built-in EDIDs, or write one", chosen, RunSample, options);
@@ -364,6 +381,8 @@ void SetUpCommandLine(CLI::App& app, Command& chosen) {
   AddDisplays(app, chosen);
   AddSend(app, chosen);
   AddConvert(app, chosen);
+  AddExport(app, chosen);
+  AddBuild(app, chosen);
   AddSample(app, chosen);
   app.footer(MainFooter());
 }

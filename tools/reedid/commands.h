@@ -175,6 +175,20 @@ struct DisplaysOptions {
 };
 Exit RunDisplays(const DisplaysOptions& options, Streams& streams);
 
+struct ExportOptions {
+  std::string input;
+  Output output;        // none: standard output
+  bool all = false;     // also the fields that are false, 0 or empty
+  bool schema = false;  // the JSON Schema of the form in place of an EDID
+};
+Exit RunExport(const ExportOptions& options, Streams& streams);
+
+struct BuildOptions {
+  std::string input;
+  Output output;
+};
+Exit RunBuild(const BuildOptions& options, Streams& streams);
+
 struct SampleOptions {
   std::string name;  // empty: list
   Output output;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "document/nearest.h"
 #include "document/printable.h"
 #include "tool_error.h"
 
@@ -121,6 +122,17 @@ constexpr CommandHelp kCommands[] = {
      "Examples:\n"
      "  reedid convert display.txt --to raw -o display.bin\n"
      "  xxd display.bin | reedid convert - --to c -o edid.h"},
+    {"export", kForms,
+     "Text (JSON, docs/text-form.md) that says all that the EDID says: edit it, keep it under version control, build\n"
+     "it again. What show --json prints is for programs that read; this is for people that write, and loses no "
+     "byte.\n\n"
+     "Examples:\n"
+     "  reedid export display.bin -o display.json\n"
+     "  reedid export sample:tv-4k            on standard output"},
+    {"build", kForms,
+     "Checksums, counts and offsets are computed unless the text tells them; what it leaves out takes a default.\n"
+     "Everything that is wrong is told at once, with its place in the text, and nothing is written then.\n\n"
+     "Example:\n  reedid build display.json -o display.bin"},
     {"sample", kForms, "Examples:\n  reedid sample                         list them\n  reedid sample tv-4k -o tv.bin"},
 };
 
@@ -148,20 +160,6 @@ constexpr char kFooter[] =
     "\n"
     "Read on: 'reedid help COMMAND' for options and examples of a command, 'man reedid' for everything.\n";
 
-// Letters to insert, remove, replace or swap with the next one to make one word the other (optimal string alignment).
-size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::vector<size_t>> cost(a.size() + 1, std::vector<size_t>(b.size() + 1));
-  for (size_t i = 0; i <= a.size(); ++i) {
-    for (size_t j = 0; j <= b.size(); ++j) {
-      size_t& here = cost[i][j] = i + j;
-      if (i == 0 || j == 0) continue;
-      here = std::min({cost[i - 1][j] + 1, cost[i][j - 1] + 1, cost[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
-      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) here = std::min(here, cost[i - 2][j - 2] + 1);
-    }
-  }
-  return cost[a.size()][b.size()];
-}
-
 // The nearest command within two slips of the finger; a beginning of a command is near, too.
 std::string NearestCommand(std::string_view word) {
   constexpr size_t kLongest = 20, kMostSlips = 2;
@@ -170,7 +168,7 @@ std::string NearestCommand(std::string_view word) {
   size_t slips = std::min(kMostSlips, word.size() / 2) + 1;
   for (const CommandHelp& command : kCommands) {
     const std::string_view name = command.name;
-    const size_t distance = name.starts_with(word) ? 1 : Distance(word, name);
+    const size_t distance = name.starts_with(word) ? 1 : document::Slips(word, name);
     if (distance >= slips) continue;
     slips = distance;
     nearest = name;

@@ -103,6 +103,11 @@ document::Image ReadImage(const std::string& name) {
   }
 }
 
+std::string ReadText(const std::string& name) {
+  const ByteVector& content = Content(name);
+  return {content.begin(), content.end()};
+}
+
 std::vector<std::string> NamesIn(const std::string& name) {
   std::string file;
   if (NumberIn(name, file) != 0 || device::FindScheme(name) != nullptr) return {name};

@@ -15,6 +15,9 @@ namespace reedid::tool {
  */
 document::Image ReadImage(const std::string& name);
 
+// A text as it stands in a file or on standard input. Throws Exit::kInput.
+std::string ReadText(const std::string& name);
+
 // The names of the EDIDs in an input: its own, or those with # and a number when it is a text that holds several. One
 // that cannot be read has its own name only; ReadImage tells why.
 std::vector<std::string> NamesIn(const std::string& name);
