@@ -41,6 +41,13 @@ while read -r record; do
   grep -qE "\`$record(\[|\`)" docs/data-blocks.md || fail "docs/data-blocks.md does not say where a $record comes from"
 done <"$work/records"
 
+# Every block that the library reads is told by the account, but for questions of kind, and where another getter reads more.
+grep -E '^(VESA|CEA|DispID|DispID20)_Get[A-Za-z0-9]*$' libreedid.exports |
+  grep -vxE 'CEA_GetV(SDB|SVDB)Type|CEA_Get(ADB|H14bVSDB|HFVSDB)' >"$work/getters"
+while read -r getter; do
+  grep -rqw "$getter" document/account document/read || fail "no account in document/account calls $getter"
+done <"$work/getters"
+
 # Calls that the documents name are there.
 grep -ohE '`(EDID|VESA|CEA|DispID|DispID20)_[A-Z][A-Za-z0-9]*[a-z][A-Za-z0-9]*`' docs/*.md README.md | tr -d '`' | sort -u >"$work/calls"
 [ -s "$work/calls" ] || fail "no calls in the documents"

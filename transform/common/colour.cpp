@@ -102,7 +102,7 @@ struct Features {
     bytes[6] = FirstDataBlock(image, Is420).size() != 0 ? uint8_t{1} : uint8_t{0};
     bytes[8] = HasCtaFlag(image, kCtaBasicAudio) ? uint8_t{0xE0} : uint8_t{0};
     const bool bt2020 = (colours[2] & 0xE0) != 0;
-    bytes[9] = Low8(7u | Bit(colours[2], 4) << 3 | Bit(colours[3], 7) << 4 | (bt2020 ? 0x20u : 0u) |
+    bytes[9] = Low8(7u | unsigned{Bit(colours[2], 4)} << 3 | unsigned{Bit(colours[3], 7)} << 4 | (bt2020 ? 0x20u : 0u) |
                     (bt2020 && Bit(hdr[2], 2) ? 0x40u : 0u));
   }
   uint8_t bytes[12] = {};
