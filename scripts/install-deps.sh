@@ -5,7 +5,7 @@ set -eu
 
 build="g++ cmake ninja-build"
 tool="$build pkg-config libcli11-dev libfmt-dev nlohmann-json3-dev"
-tests="$tool libgtest-dev binutils dpkg-dev file doxygen"
+tests="$tool libgtest-dev binutils dpkg-dev file doxygen python3-jsonschema"
 clang="clang libclang-rt-14-dev"
 lint="$tool clang-format clang-tidy"
 bench="$build nlohmann-json3-dev binutils libbenchmark-dev"

@@ -1,8 +1,8 @@
 #!/bin/sh
 # Texts of the tool: every export is valid by the schema, builds the same bytes, and the example of the documents is a sound EDID.
-# Usage: sh text_test.sh SOURCE_DIR REEDID [PYTHON]; validates where PYTHON has jsonschema. REEDID_CORPUS adds its EDIDs.
+# Usage: sh text_test.sh SOURCE_DIR REEDID; needs Python's jsonschema. REEDID_CORPUS adds its EDIDs.
 set -eu
-source_dir=$1 reedid=$2 python=${3:-}
+source_dir=$1 reedid=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 fail() { echo "FAILED: $1"; exit 1; }
@@ -24,8 +24,9 @@ done
 tr -d ' \n' <"$source_dir/docs/text-form.md" >"$work/page"
 grep -qF "$(tr -d ' \n' <"$source_dir/examples/minimal.json")" "$work/page" || fail "docs/text-form.md shows another minimal.json"
 
-if [ -n "$python" ] && "$python" -c 'import jsonschema' 2>/dev/null; then
-  "$python" - "$source_dir/docs/edid.schema.json" "$work"/*.json <<'END' || fail "an export is not valid by the schema"
+python=/usr/bin/python3  # which has Debian's packages, whatever stands before it in the path
+[ -x $python ] || python=python3
+$python - "$source_dir/docs/edid.schema.json" "$work"/*.json <<'END' || fail "an export is not valid by the schema"
 import json, sys
 from jsonschema import Draft202012Validator
 
@@ -37,4 +38,3 @@ print(*wrong, sep="\n")
 broken = {"blocks": [{"kind": "cta", "dataBlocks": [{"kind": "colorimetry", "BT2020": True}]}]}
 sys.exit(bool(wrong) or validator.is_valid(broken))
 END
-fi
