@@ -31,7 +31,7 @@ inline bool IsDataBlock(std::span<const uint8_t> bytes, unsigned tag, unsigned e
 
 inline bool IsVendorBlock(std::span<const uint8_t> bytes, uint32_t oui) {
   return IsDataBlock(bytes, CEA_TAG_VENDOR) && bytes.size() > 3 &&
-         (bytes[1] | bytes[2] << 8 | static_cast<uint32_t>(bytes[3]) << 16) == oui;
+         (bytes[1] | uint32_t{bytes[2]} << 8 | uint32_t{bytes[3]} << 16) == oui;
 }
 
 }  // namespace reedid::document
