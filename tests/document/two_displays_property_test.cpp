@@ -110,7 +110,7 @@ void TellDataBlocks(std::span<uint8_t> blocks, Told& told) {
     if (at + size > blocks.size()) return;
     const std::span<uint8_t> data = blocks.subspan(at, size);
     const CeaDataBlock entry = EntryOf(data);
-    const uint32_t oui = size > 3 ? data[1] | data[2] << 8 | static_cast<uint32_t>(data[3]) << 16 : 0;
+    const uint32_t oui = size > 3 ? data[1] | uint32_t{data[2]} << 8 | uint32_t{data[3]} << 16 : 0;
     const bool scdb = entry.tag == CEA_TAG_EXTENDED && entry.extTag == CEA_EXT_TAG_SINK_CAPABILITY;
     if (entry.tag == CEA_TAG_VENDOR && oui == REEDID_OUI_HDMI && !told.hdmi) TellHdmi(entry, told);
     if (scdb || (entry.tag == CEA_TAG_VENDOR && oui == REEDID_OUI_HDMI_FORUM)) TellForum(entry, told);

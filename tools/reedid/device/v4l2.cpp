@@ -92,7 +92,7 @@ class Receiver {
 std::optional<ByteVector> WithAddress(const std::string& name, std::span<const uint8_t> bytes, uint16_t address) {
   try {
     document::Notes ignored;
-    return document::SetAddress(document::Image::FromBytes(name, bytes), address).Generate(ignored);
+    return document::SetAddress(document::Image::FromBytes(name, bytes), address, ignored).Generate(ignored);
   } catch (const document::Error&) {
     return std::nullopt;
   }
