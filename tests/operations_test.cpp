@@ -107,7 +107,8 @@ TEST(Operations, ModelsTellTheirGaps) {
       EXPECT_TRUE(IsComplete(whole));
       const EdidBlock* const block = std::find_if(handle->blocks, handle->blocks + handle->blockCount,
                                                   [](const EdidBlock& b) { return Family<Model>::Owns(b.type); });
-      for (unsigned nth = 1, failed = 1; failed != 0; ++nth) {
+      unsigned failed = 1;
+      for (unsigned nth = 1; failed != 0; ++nth) {
         SCOPED_TRACE(sample.name + ", allocation " + std::to_string(nth));
         Opened<Model> model;
         MemoryWatch memory;

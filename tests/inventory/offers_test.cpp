@@ -296,8 +296,9 @@ std::set<uint32_t> DetailedRates(const ByteVector& bytes) {
 }
 
 TEST(Corpus, OffersTheRatesOfItsTimings) {
-  for (const auto& [name, bytes] : Corpus()) {
+  for (const auto& [name, image] : Corpus()) {
     SCOPED_TRACE(name);
+    const ByteVector& bytes = image;  // clang captures no structured binding
     if (bytes.size() % 128 != 0 || !isEdidHeader(bytes.data())) continue;
     std::set<uint32_t> all, detailed, told;
     Quietly([&] {
