@@ -107,8 +107,9 @@ TEST(Operations, ModelsTellTheirGaps) {
       EXPECT_TRUE(IsComplete(whole));
       const EdidBlock* const block = std::find_if(handle->blocks, handle->blocks + handle->blockCount,
                                                   [](const EdidBlock& b) { return Family<Model>::Owns(b.type); });
-      unsigned failed = 1;
-      for (unsigned nth = 1; failed != 0; ++nth) {
+      unsigned nth = 0, failed = 1;
+      while (failed != 0) {
+        ++nth;
         SCOPED_TRACE(sample.name + ", allocation " + std::to_string(nth));
         Opened<Model> model;
         MemoryWatch memory;
