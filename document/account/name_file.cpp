@@ -18,7 +18,9 @@ std::string ReadLines(const std::string& path) {
   if (!std::filesystem::is_regular_file(path, error)) return "";
   std::ifstream file(path, std::ios::binary);
   if (!file && errno == ENOMEM) throw std::bad_alloc();
-  return "\n" + std::string(std::istreambuf_iterator<char>(file), {});
+  std::string lines(1, '\n');
+  lines.append(std::istreambuf_iterator<char>(file), {});
+  return lines;
 }
 
 const std::string& LinesOf(const std::string& path) {
