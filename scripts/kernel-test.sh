@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 [ "$(dpkg --print-architecture)" = amd64 ] || { echo "$0: on amd64 machines only; skipped"; exit 0; }
 scripts/install-deps.sh kernel
-preset=${1:-debian}
+preset=${1:-dev}
 [ $# -eq 0 ] || shift
 work=$PWD/build/kernel
 

@@ -1,10 +1,10 @@
 #!/bin/sh
 # Installs what is needed, builds everything and runs all tests: test.sh [PRESET]
-# The presets are those of CMakePresets.json: debian, which packages are built with, or dev, asan, tsan (threads), powerpc and
-# aarch64 (emulated) ...
+# The presets are those of CMakePresets.json: dev, or debian, which packages are built with, asan, tsan (threads), powerpc and
+# aarch64 (emulated).
 set -eu
 cd "$(dirname "$0")/.."
-preset=${1:-debian}
+preset=${1:-dev}
 case $preset in
   powerpc | aarch64) scripts/install-deps.sh cross ;;
   asan | tsan) scripts/install-deps.sh clang ;;
