@@ -40,7 +40,8 @@ control_has libreedid0 shlibs "^libreedid 0 libreedid0 (>= "
 control_has libreedid0 triggers "^activate-noawait ldconfig\$"
 if [ "$tool" = 1 ]; then
   package_holds reedid bin/reedid "share/man/man1/reedid\.1\.gz" share/bash-completion/completions/reedid \
-    share/zsh/vendor-completions/_reedid "share/fish/vendor_completions\.d/reedid\.fish"
+    share/zsh/vendor-completions/_reedid "share/fish/vendor_completions\.d/reedid\.fish" \
+    "share/reedid/edid\.schema\.json"
   field_has reedid Depends libc6
   field_has reedid Recommends hwdata
 fi
