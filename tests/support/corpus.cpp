@@ -12,8 +12,9 @@
 namespace reedid::test {
 namespace {
 
-// Sanitizers look for other faults than the properties' and make all some ten times as slow: a part of the files will do.
-#ifdef REEDID_SANITIZED
+// Sanitizers and emulators look for other faults than the properties' and make all some ten times as slow: a part of the
+// files will do.
+#ifdef REEDID_SAMPLED
 constexpr size_t kEach = 5;
 #else
 constexpr size_t kEach = 1;
