@@ -1,10 +1,12 @@
 // Devices in the kernel's place: a receiver, and the files of connectors.
 
 #include <linux/videodev2.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include "tests/tool/device_support.h"
 #include "tools/reedid/device/connectors.h"
@@ -111,7 +113,7 @@ TEST(Video, TellsTheWayOut) {
 // A machine with two cards: an HDMI connector on each, and DisplayPort on the second.
 class Tree : public ::testing::Test {
  protected:
-  Tree() : root_(std::filesystem::path(::testing::TempDir()) / "reedid-devices") {
+  Tree() : root_(std::filesystem::path(::testing::TempDir()) / ("reedid-devices-" + std::to_string(getpid()))) {
     std::filesystem::remove_all(root_);
     roots_ = {root_ / "sys", "/dev", root_ / "debug", root_ / "firmware"};
     Put("sys/class/drm/version", "drm 1.1.0");
