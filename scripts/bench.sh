@@ -8,7 +8,7 @@ build() { # FOLDER OPTION...
   folder=$1
   shift
   cmake --preset release -B "$folder" -DREEDID_TOOL=OFF -DREEDID_BENCH=ON -DREEDID_WERROR=ON "$@" >/dev/null
-  cmake --build "$folder" >/dev/null
+  cmake --build "$folder" >"$folder/log" || { cat "$folder/log" >&2; exit 1; }
 }
 if [ "${1:-}" = stack ]; then
   build build/stack -DCMAKE_CXX_FLAGS=-fstack-usage
